@@ -1,0 +1,15 @@
+#ifndef HARDWAREVERSION_H
+#define HARDWAREVERSION_H
+
+/// Which phone this is.
+namespace HardwareVersion {
+
+/// Tells whether this is the NQ platform, whose phonebook holds 1000 contacts (100 elsewhere).
+bool is_NQ();
+
+/// Returns the variant of the hardware's sub-platform; 1 is TQ2.
+int getHWSubPlatformVariant();
+
+}  // namespace HardwareVersion
+
+#endif
