@@ -59,12 +59,12 @@ public:
     void setDeviceId(const std::string& id);
 
 private:
-    std::string number;
-    NumberType::NT numberType;
-    std::string timeDate;
-    CallBackType callBackType;
-    CallBackState callBackState;
-    std::string deviceId;
+    std::string number_;
+    NumberType::NT numberType_;
+    std::string timeDate_;
+    CallBackType callBackType_;
+    CallBackState callBackState_;
+    std::string deviceId_;
 };
 
 #endif

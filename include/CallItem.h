@@ -37,9 +37,9 @@ public:
     void setFirstname(const std::string& name);
 
 private:
-    std::string entryId;
-    std::string surname;
-    std::string firstname;
+    std::string entryId_;
+    std::string surname_;
+    std::string firstname_;
 };
 
 #endif

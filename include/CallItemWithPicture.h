@@ -34,8 +34,8 @@ public:
     void setPictureClip(const std::string& clip);
 
 private:
-    std::string uniqueId;
-    std::string pictureClip;
+    std::string uniqueId_;
+    std::string pictureClip_;
 };
 
 #endif

@@ -66,7 +66,7 @@ public:
     void processMissedCallDbXml(const std::string& reply, std::deque<MissedCallItem>& list);
 
 private:
-    DataAccessServiceIfc* service;
+    DataAccessServiceIfc* service_;
 };
 
 /// Tells whether `first` stands before `second`: its key is greater, bytes compared as unsigned. The key is the time and

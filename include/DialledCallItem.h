@@ -73,8 +73,8 @@ public:
     void appendCallInfoToList(const DialledCallInfo& info);
 
 private:
-    std::string journalServiceGroupBy;
-    std::list<DialledCallInfo> dialledCallInfoList;
+    std::string journalServiceGroupBy_;
+    std::list<DialledCallInfo> dialledCallInfoList_;
 };
 
 #endif

@@ -60,7 +60,7 @@ public:
     void appendCallInfoToList(const ForwardedCallInfo& info);
 
 private:
-    std::list<ForwardedCallInfo> forwardedCallInfoList;
+    std::list<ForwardedCallInfo> forwardedCallInfoList_;
 };
 
 #endif

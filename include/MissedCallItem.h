@@ -72,8 +72,8 @@ public:
     void setViewed(bool seen);
 
 private:
-    std::list<MissedCallInfo> missedCallInfoList;
-    bool viewed;
+    std::list<MissedCallInfo> missedCallInfoList_;
+    bool viewed_;
 };
 
 #endif

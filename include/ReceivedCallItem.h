@@ -64,7 +64,7 @@ public:
     void appendCallInfoToList(const ReceivedCallInfo& info);
 
 private:
-    std::list<ReceivedCallInfo> receivedCallInfoList;
+    std::list<ReceivedCallInfo> receivedCallInfoList_;
 };
 
 #endif

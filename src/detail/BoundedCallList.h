@@ -1,0 +1,33 @@
+#ifndef CALLJOURNAL_DETAIL_BOUNDEDCALLLIST_H
+#define CALLJOURNAL_DETAIL_BOUNDEDCALLLIST_H
+
+#include <cstddef>
+#include <list>
+
+namespace calljournal {
+namespace detail {
+
+/// How many calls an entry takes one by one. A list handed over whole may be longer and stays so.
+constexpr std::size_t callLimit = 10;
+
+/// Puts a new call in front; beyond the limit one call, the oldest, leaves.
+template <class Call>
+void addNewest(std::list<Call>& calls, const Call& call) {
+    calls.push_front(call);
+    if (calls.size() > callLimit) {
+        calls.pop_back();
+    }
+}
+
+/// Puts an older call at the back while there is room.
+template <class Call>
+void appendOlder(std::list<Call>& calls, const Call& call) {
+    if (calls.size() < callLimit) {
+        calls.push_back(call);
+    }
+}
+
+}  // namespace detail
+}  // namespace calljournal
+
+#endif
