@@ -1,0 +1,173 @@
+#include "CallListDatabaseAdapter.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "CallListDatabaseAdapterHelper.h"
+#include "detail/Log.h"
+
+using Helper = CallListDatabaseAdapterHelper;
+
+namespace {
+
+constexpr char module[] = "CallListDatabaseAdapter";
+constexpr char source[] = "CallListDatabaseAdapter";
+
+/// The text by which an item is ordered. An item without calls has no time; its entry id stands in.
+const std::string& sortKey(const MissedCallItem& item) {
+    const auto& calls = item.getMissedCallInfoList();
+    return calls.empty() ? item.getEntryId() : calls.front().timeDate;
+}
+
+void logCalls(const MissedCallItem& item) {
+    const auto& calls = item.getMissedCallInfoList();
+    CALLJOURNAL_LOG(module, source, 5, "(*it).getMissedCallInfoList(): size:%d, groupname:%s, groupNumber:%s\n",
+                    static_cast<int>(calls.size()), calls.empty() ? "" : calls.front().groupName.c_str(),
+                    calls.empty() ? "" : calls.front().groupNumber.c_str());
+}
+
+/// Takes items out of a queue in one walk: kept items close up as the walk goes, and the gap behind them is closed at
+/// the end, also when the walk is left by an exception; the item at hand is then still in the queue.
+class ClosingGap {
+public:
+    explicit ClosingGap(std::deque<MissedCallItem>& list) : list_(list) {}
+    ClosingGap(const ClosingGap&) = delete;
+    ClosingGap& operator=(const ClosingGap&) = delete;
+
+    ~ClosingGap() {
+        if (kept_ != next_) {
+            const auto rest = std::move(position(next_), list_.end(), position(kept_));
+            list_.erase(rest, list_.end());
+        }
+    }
+
+    bool atEnd() const { return next_ == list_.size(); }
+    const MissedCallItem& current() const { return list_[next_]; }
+    std::size_t keptCount() const { return kept_; }
+
+    void keep() {
+        if (kept_ != next_) {
+            list_[kept_] = std::move(list_[next_]);
+        }
+        ++kept_;
+        ++next_;
+    }
+
+    void drop() { ++next_; }
+
+private:
+    std::deque<MissedCallItem>::iterator position(std::size_t index) {
+        return list_.begin() + static_cast<std::ptrdiff_t>(index);
+    }
+
+    std::deque<MissedCallItem>& list_;
+    std::size_t kept_ = 0;
+    std::size_t next_ = 0;
+};
+
+}  // namespace
+
+CallListDatabaseAdapter::CallListDatabaseAdapter() : service_(nullptr) {}
+
+CallListDatabaseAdapter::~CallListDatabaseAdapter() = default;
+
+void CallListDatabaseAdapter::init(DataAccessServiceIfc* dataAccessService) {
+    service_ = dataAccessService;
+}
+
+std::string CallListDatabaseAdapter::processRequest(const std::string& request) {
+    return service_ == nullptr ? "failed" : service_->processRequest(request);
+}
+
+bool CallListDatabaseAdapter::isDeleteRequest(const std::string& reason) const {
+    return reason == Helper::DELETEREQUEST;
+}
+
+std::string CallListDatabaseAdapter::updateEntries(const std::string& entries, const std::string& reason,
+                                                   const std::string& schemaName) {
+    std::string request = Helper::createXMLField(Helper::REASONFORMESSAGE, reason);
+    request += entries;
+    Helper::addXMLHeaderFooter(request, schemaName);
+    CALLJOURNAL_LOG(module, source, 5, "CallListDatabaseAdapter::updateEntries msg: \n %s\n", request.c_str());
+    std::string reply = processRequest(request);
+    CALLJOURNAL_LOG(module, source, 5, "DAS resp %s \n", reply.c_str());
+    return reply;
+}
+
+void CallListDatabaseAdapter::updateEntry(const std::string& body, const std::string& reason,
+                                          const std::string& schemaName) {
+    updateEntries(Helper::createXMLField(Helper::ENTRY, body), reason, schemaName);
+}
+
+void CallListDatabaseAdapter::updateMissedEntry(const MissedCallItem& item, const std::string& reason) {
+    updateEntry(Helper::createXMLMissedCallItemBody(item, isDeleteRequest(reason)), reason,
+                Helper::DAS_CALLLOGMISSEDCALLS);
+}
+
+void CallListDatabaseAdapter::updateDialledEntry(const DialledCallItem& item, const std::string& reason) {
+    updateEntry(Helper::createXMLDialledCallItemBody(item, isDeleteRequest(reason)), reason,
+                Helper::DAS_CALLLOGDIALLEDCALLS);
+}
+
+void CallListDatabaseAdapter::updateReceivedEntry(const ReceivedCallItem& item, const std::string& reason) {
+    updateEntry(Helper::createXMLReceivedCallItemBody(item, isDeleteRequest(reason)), reason,
+                Helper::DAS_CALLLOGRECEIVEDCALLS);
+}
+
+void CallListDatabaseAdapter::updateForwardedEntry(const ForwardedCallItem& item, const std::string& reason) {
+    updateEntry(Helper::createXMLForwardedCallItemBody(item, isDeleteRequest(reason)), reason,
+                Helper::DAS_CALLLOGFORWARDEDCALLS);
+}
+
+void CallListDatabaseAdapter::deleteFromConversationsTable(const std::string& callLogId) {
+    std::string request = Helper::XMLHEADER;
+    request += "<Schema name=\"Conversations\"><ReasonForMessage>delete_request</ReasonForMessage>";
+    if (!callLogId.empty()) {
+        request += "<Entry><CallLogId>" + callLogId + "</CallLogId></Entry>";
+    }
+    request += "</Schema>";
+    CALLJOURNAL_LOG(module, source, 6, "CallListDatabaseAdapter::deleteFromConversationsTable() - DAS req '%s'",
+                    request.c_str());
+    const std::string reply = processRequest(request);
+    CALLJOURNAL_LOG(module, source, 6, "CallListDatabaseAdapter::deleteFromConversationsTable() - DAS resp '%s'",
+                    reply.c_str());
+}
+
+bool CallListDatabaseAdapter::populateMissedCallListFromXml(const std::string& reply,
+                                                            std::deque<MissedCallItem>& list) {
+    list.clear();
+    return Helper::parseXMLMissedCallList(reply, list);
+}
+
+void CallListDatabaseAdapter::normalizeMissedCallList(std::deque<MissedCallItem>& list) {
+    CALLJOURNAL_LOG(module, source, 6, "before sort normalizeMissedCallList: missedCallList.size():%d\n",
+                    static_cast<int>(list.size()));
+    std::sort(list.begin(), list.end(), isMissedCallOrdered);
+    CALLJOURNAL_LOG(module, source, 6, "after sort normalizeMissedCallList: missedCallList.size():%d\n",
+                    static_cast<int>(list.size()));
+
+    const std::string deleteRequest = Helper::DELETEREQUEST;
+    for (ClosingGap walk(list); !walk.atEnd();) {
+        logCalls(walk.current());
+        if (!walk.current().getMissedCallInfoList().empty()) {
+            walk.keep();
+            continue;
+        }
+        updateMissedEntry(walk.current(), deleteRequest);
+        walk.drop();
+        // After a removal the walk starts anew. All that a second walk over the kept items does is log them.
+        for (std::size_t i = 0; i < walk.keptCount() && loggingOnAppZel(module, 5); ++i) {
+            logCalls(list[i]);
+        }
+    }
+}
+
+void CallListDatabaseAdapter::processMissedCallDbXml(const std::string& reply, std::deque<MissedCallItem>& list) {
+    populateMissedCallListFromXml(reply, list);
+    normalizeMissedCallList(list);
+}
+
+bool isMissedCallOrdered(const MissedCallItem& first, const MissedCallItem& second) {
+    return sortKey(first) > sortKey(second);
+}

@@ -1,0 +1,36 @@
+#include "CallListDatabaseAdapterHelper.h"
+#include "detail/Codec.h"
+
+namespace detail = calljournal::detail;
+
+// The four kinds differ in their tables only (detail/CallKinds.h); these are their names in the interface.
+#define CALLJOURNAL_CODEC(Kind)                                                                                       \
+    void CallListDatabaseAdapterHelper::createXML##Kind##CallItemBody(const Kind##CallItem& item, std::string& out,   \
+                                                                      bool onlyUniqueId) {                            \
+        detail::appendBody(out, item, onlyUniqueId);                                                                  \
+    }                                                                                                                 \
+    std::string CallListDatabaseAdapterHelper::createXML##Kind##CallItemBody(const Kind##CallItem& item,              \
+                                                                             bool onlyUniqueId) {                     \
+        std::string body;                                                                                             \
+        detail::appendBody(body, item, onlyUniqueId);                                                                 \
+        return body;                                                                                                  \
+    }                                                                                                                 \
+    void CallListDatabaseAdapterHelper::createXML##Kind##CallInfoList(const Kind##CallItem& item, std::string& out) { \
+        detail::appendCalls(out, item);                                                                               \
+    }                                                                                                                 \
+    void CallListDatabaseAdapterHelper::getXML##Kind##CallInfo(const char* xml,                                       \
+                                                               Kind##CallItem::Kind##CallInfo& info) {                \
+        detail::readCall<Kind##CallItem>(xml, info);                                                                  \
+    }                                                                                                                 \
+    bool CallListDatabaseAdapterHelper::getXML##Kind##CallInfoList(const char* xml,                                   \
+                                                                   std::list<Kind##CallItem::Kind##CallInfo>& list) { \
+        return detail::readCalls<Kind##CallItem>(xml, list);                                                          \
+    }                                                                                                                 \
+    void CallListDatabaseAdapterHelper::parseXML##Kind##CallItem(const char* xml, Kind##CallItem& item) {             \
+        detail::readItem(xml, item);                                                                                  \
+    }
+
+CALLJOURNAL_CODEC(Missed)
+CALLJOURNAL_CODEC(Dialled)
+CALLJOURNAL_CODEC(Received)
+CALLJOURNAL_CODEC(Forwarded)

@@ -1,0 +1,231 @@
+#ifndef CALLJOURNAL_DETAIL_CALLKINDS_H
+#define CALLJOURNAL_DETAIL_CALLKINDS_H
+
+#include <array>
+#include <cstddef>
+#include <list>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "DialledCallItem.h"
+#include "ForwardedCallItem.h"
+#include "MissedCallItem.h"
+#include "ReceivedCallItem.h"
+#include "Texts.h"
+
+namespace calljournal {
+namespace detail {
+
+/// A member of a call that the format carries. Its type says how: a text as it is, left out when empty; a flag as "True"
+/// or "False" and an enumeration as its word, always.
+template <class Call>
+using CallMember = std::variant<std::string Call::*, bool Call::*, CallLogEntryEvent::_LogTarget Call::*,
+                                CallLogEntryEvent::_PresentationValue Call::*, CallLogEntryEvent::_TFormat Call::*,
+                                NumberType::NT Call::*, TransferNumber::TransferNumberType Call::*>;
+
+template <class Call>
+struct CallField {
+    std::string_view tag;
+    CallMember<Call> member;
+};
+
+/// How a text of an item is written. Reading always unescapes.
+enum class Form { asItIs, escaped, withoutColons };
+
+template <class Item>
+struct TextAccess {
+    const std::string& (Item::*get)() const;
+    void (Item::*set)(const std::string&);
+    Form form;
+};
+
+template <class Item>
+struct FlagAccess {
+    bool (Item::*get)() const;
+    void (Item::*set)(bool);
+};
+
+/// A member of an item that the format carries: texts unless they are empty, flags always.
+template <class Item>
+struct ItemField {
+    std::string_view writtenAs;
+    std::string_view readAs;
+    std::variant<TextAccess<Item>, FlagAccess<Item>> access;
+};
+
+/// What every kind of item starts with.
+inline constexpr ItemField<CallItemWithPicture> partyFields[] = {
+    {text::UNIQUEID, text::UNIQUEID,
+     TextAccess<CallItemWithPicture>{&CallItemWithPicture::getUniqueId, &CallItemWithPicture::setUniqueId,
+                                     Form::withoutColons}},
+    {text::ENTRYID, text::ENTRYID,
+     TextAccess<CallItemWithPicture>{&CallItem::getEntryId, &CallItem::setEntryId, Form::asItIs}},
+    {text::SURNAME, text::SURNAME,
+     TextAccess<CallItemWithPicture>{&CallItem::getSurname, &CallItem::setSurname, Form::escaped}},
+    {text::FIRSTNAME, text::FIRSTNAME,
+     TextAccess<CallItemWithPicture>{&CallItem::getFirstname, &CallItem::setFirstname, Form::escaped}},
+};
+
+template <class Item>
+constexpr TextAccess<Item> pictureClip() {
+    return {&CallItemWithPicture::getPictureClip, &CallItemWithPicture::setPictureClip, Form::asItIs};
+}
+
+/// Returns `fields` with the places `first` and `second` exchanged.
+template <class Field, std::size_t count>
+constexpr std::array<Field, count> exchanged(std::array<Field, count> fields, std::size_t first, std::size_t second) {
+    const Field kept = fields[first];
+    fields[first] = fields[second];
+    fields[second] = kept;
+    return fields;
+}
+
+/// What sets one kind of item apart from the others: its table in the data access service, its notification, the fields
+/// that follow the party, the list of calls, the fields of a call in the order in which they are written and read, and
+/// whether a flag of a call is unescaped before it is compared with "True".
+template <class Item>
+struct CallKind;
+
+template <>
+struct CallKind<MissedCallItem> {
+    using Call = MissedCallItem::MissedCallInfo;
+    static constexpr std::string_view schema = text::DAS_CALLLOGMISSEDCALLS;
+    static constexpr std::string_view updateMethod = text::MISSEDCALLSUPDATE_XML;
+    static constexpr auto calls = &MissedCallItem::getMissedCallInfoList;
+    static constexpr auto setCalls = &MissedCallItem::setMissedCallInfoList;
+
+    static constexpr std::array<ItemField<MissedCallItem>, 2> itemFields = {{
+        // Served by the data access service under another name than it is written by.
+        {text::PICTURE, text::PICTURE_CLIP, pictureClip<MissedCallItem>()},
+        {text::VIEWED, text::VIEWED,
+         FlagAccess<MissedCallItem>{&MissedCallItem::getViewed, &MissedCallItem::setViewed}},
+    }};
+    static constexpr std::array<CallField<Call>, 19> callFields = {{
+        {text::NUMBER, &Call::number},
+        {text::NUMBERTYPE, &Call::numberType},
+        {text::CONNECTEDNUMBER, &Call::connectedNumber},
+        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
+        {text::CONNECTEDSURNAME, &Call::connectedSurname},
+        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
+        {text::TIMEDATE, &Call::timeDate},
+        {text::COMPLETED_ELSEWHERE, &Call::completedElsewhere},
+        {text::TARGETLOG, &Call::targetLog},
+        {text::NUMBERPRESENTATION, &Call::numberPresentation},
+        {text::NAMEPRESENTATION, &Call::namePresentation},
+        {text::DEFLECTNUMBERPRESENTATION, &Call::deflectNumberPresentation},
+        {text::DEFLECTNUMBER, &Call::deflectNumber},
+        {text::DEFLECTNUMBERTYPE, &Call::deflectNumberType},
+        {text::DEFLECTNAMEPRESENTATION, &Call::deflectNamePresentation},
+        {text::DEFLECTNAME, &Call::deflectName},
+        {text::TIMEFORMAT, &Call::timeFormat},
+        {text::GROUPNAME, &Call::groupName},
+        {text::GROUPNUMBER, &Call::groupNumber},
+    }};
+    static constexpr const auto& readFields = callFields;
+    static constexpr bool unescapesFlags = true;
+};
+
+template <>
+struct CallKind<DialledCallItem> {
+    using Call = DialledCallItem::DialledCallInfo;
+    static constexpr std::string_view schema = text::DAS_CALLLOGDIALLEDCALLS;
+    static constexpr std::string_view updateMethod = text::DIALLEDCALLSUPDATE_XML;
+    static constexpr auto calls = &DialledCallItem::getDialledCallInfoList;
+    static constexpr auto setCalls = &DialledCallItem::setDialledCallInfoList;
+
+    static constexpr std::array<ItemField<DialledCallItem>, 2> itemFields = {{
+        {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<DialledCallItem>()},
+        {text::JSGROUPBY, text::JSGROUPBY,
+         TextAccess<DialledCallItem>{&DialledCallItem::getJournalSeviceGroupBy,
+                                     &DialledCallItem::setJournalSeviceGroupBy, Form::asItIs}},
+    }};
+    static constexpr std::array<CallField<Call>, 16> callFields = {{
+        {text::NUMBER, &Call::number},
+        {text::NUMBERTYPE, &Call::numberType},
+        {text::RESOLVEDNUMBER, &Call::resolvedNumber},
+        {text::CONNECTEDNUMBER, &Call::connectedNumber},
+        {text::CONNECTEDNUMBERPRIORITY, &Call::connectedNumberPriority},
+        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
+        {text::CONNECTEDSURNAME, &Call::connectedSurname},
+        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
+        {text::ISBLUETOOTHCALL, &Call::isBluetoothCall},
+        {text::TIMEDATE, &Call::timeDate},
+        {text::DURATION, &Call::duration},
+        {text::TARGETLOG, &Call::targetLog},
+        {text::NUMBERPRESENTATION, &Call::numberPresentation},
+        {text::NAMEPRESENTATION, &Call::namePresentation},
+        {text::TIMEFORMAT, &Call::timeFormat},
+        {text::TRANSFERTYPE, &Call::transferType},
+    }};
+    // The priority is looked for before the number that it is written behind. Readers of damaged data notice: the search
+    // then goes on from before the number.
+    static constexpr auto readFields = exchanged(callFields, 3, 4);
+    static constexpr bool unescapesFlags = false;
+};
+
+template <>
+struct CallKind<ReceivedCallItem> {
+    using Call = ReceivedCallItem::ReceivedCallInfo;
+    static constexpr std::string_view schema = text::DAS_CALLLOGRECEIVEDCALLS;
+    static constexpr std::string_view updateMethod = text::RECEIVEDCALLSUPDATE_XML;
+    static constexpr auto calls = &ReceivedCallItem::getReceivedCallInfoList;
+    static constexpr auto setCalls = &ReceivedCallItem::setReceivedCallInfoList;
+
+    static constexpr std::array<ItemField<ReceivedCallItem>, 1> itemFields = {{
+        {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<ReceivedCallItem>()},
+    }};
+    static constexpr std::array<CallField<Call>, 18> callFields = {{
+        {text::NUMBER, &Call::number},
+        {text::NUMBERTYPE, &Call::numberType},
+        {text::CONNECTEDNUMBER, &Call::connectedNumber},
+        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
+        {text::CONNECTEDSURNAME, &Call::connectedSurname},
+        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
+        {text::TIMEDATE, &Call::timeDate},
+        {text::DURATION, &Call::duration},
+        {text::TARGETLOG, &Call::targetLog},
+        {text::NUMBERPRESENTATION, &Call::numberPresentation},
+        {text::NAMEPRESENTATION, &Call::namePresentation},
+        {text::DEFLECTNUMBERPRESENTATION, &Call::deflectNumberPresentation},
+        {text::DEFLECTNUMBER, &Call::deflectNumber},
+        {text::DEFLECTNUMBERTYPE, &Call::deflectNumberType},
+        {text::DEFLECTNAMEPRESENTATION, &Call::deflectNamePresentation},
+        {text::DEFLECTNAME, &Call::deflectName},
+        {text::TIMEFORMAT, &Call::timeFormat},
+        {text::TRANSFERTYPE, &Call::transferType},
+    }};
+    static constexpr const auto& readFields = callFields;
+    static constexpr bool unescapesFlags = false;
+};
+
+template <>
+struct CallKind<ForwardedCallItem> {
+    using Call = ForwardedCallItem::ForwardedCallInfo;
+    static constexpr std::string_view schema = text::DAS_CALLLOGFORWARDEDCALLS;
+    static constexpr std::string_view updateMethod = text::FORWARDEDCALLSUPDATE_XML;
+    static constexpr auto calls = &ForwardedCallItem::getForwardedCallInfoList;
+    static constexpr auto setCalls = &ForwardedCallItem::setForwardedCallInfoList;
+
+    static constexpr std::array<ItemField<ForwardedCallItem>, 1> itemFields = {{
+        {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<ForwardedCallItem>()},
+    }};
+    static constexpr std::array<CallField<Call>, 9> callFields = {{
+        {text::NUMBER, &Call::number},
+        {text::NUMBERTYPE, &Call::numberType},
+        {text::CONNECTEDNUMBER, &Call::connectedNumber},
+        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
+        {text::CONNECTEDSURNAME, &Call::connectedSurname},
+        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
+        {text::TIMEDATE, &Call::timeDate},
+        {text::DURATION, &Call::duration},
+        {text::TRANSFERTYPE, &Call::transferType},
+    }};
+    static constexpr const auto& readFields = callFields;
+    static constexpr bool unescapesFlags = false;
+};
+
+}  // namespace detail
+}  // namespace calljournal
+
+#endif

@@ -1,0 +1,30 @@
+#ifndef CALLJOURNAL_DETAIL_LOGLISTCUTTER_H
+#define CALLJOURNAL_DETAIL_LOGLISTCUTTER_H
+
+#include <cstddef>
+#include <string>
+
+namespace calljournal {
+namespace detail {
+
+/// Cuts one "Item" element after the other out of the text of a log list. Each cut joins what stands before and behind
+/// it, which can make a new tag, as in "<It<Item>a</Item>em>"; the next search sees it. The work is linear in the text: it
+/// is never copied again, only what a cut leaves in front of itself moves down, once.
+class LogListCutter {
+public:
+    explicit LogListCutter(std::string text);
+
+    /// Returns the next item's text, zero-terminated and valid until the next call; null when there is none: no begin tag
+    /// is left, or the first end tag does not stand behind the first begin tag with at least one byte in between.
+    const char* next();
+
+private:
+    std::string text_;
+    std::size_t kept_ = 0;  ///< Bytes at the start that stand before all cuts.
+    std::size_t rest_ = 0;  ///< Where the text goes on behind the last cut.
+};
+
+}  // namespace detail
+}  // namespace calljournal
+
+#endif
