@@ -1,0 +1,63 @@
+#ifndef CALLJOURNAL_CARRIEDTEXT_H
+#define CALLJOURNAL_CARRIEDTEXT_H
+
+#include <algorithm>
+#include <list>
+#include <string>
+#include <type_traits>
+#include <variant>
+
+#include "detail/CallKinds.h"
+
+namespace calljournal {
+
+/// Returns the form in which the stored format carries `text`, if its reader unescapes `times` times: the text itself
+/// where that works, or else the text escaped as often.
+std::string carriedText(const std::string& text, int times);
+
+/// Undoes carriedText.
+std::string restoredText(const std::string& carried, int times);
+
+/// How often the decoder of an item unescapes what the encoder writes as it is.
+constexpr int callTextUnescapes = 2;
+constexpr int itemTextUnescapes = 1;
+
+/// Calls `visit(text, times)` for each text of `call` that the format carries, as a reference.
+template <class Item, class Visit>
+void visitCallTexts(typename detail::CallKind<Item>::Call& call, Visit visit) {
+    for (const auto& field : detail::CallKind<Item>::callFields) {
+        if (const auto* member = std::get_if<0>(&field.member)) {
+            visit(call.*(*member), callTextUnescapes);
+        }
+    }
+}
+
+/// Replaces each text that the format writes as it is by `convert(text, times)`. Names are the encoder's own business,
+/// and ids are the store's.
+template <class Item>
+void convertTexts(Item& item, std::string (*convert)(const std::string&, int)) {
+    using Kind = detail::CallKind<Item>;
+    const auto convertFields = [&](auto& party, const auto& fields) {
+        using Party = std::remove_reference_t<decltype(party)>;
+        for (const auto& field : fields) {
+            const auto* access = std::get_if<detail::TextAccess<Party>>(&field.access);
+            if (access != nullptr && access->form == detail::Form::asItIs) {
+                (party.*access->set)(convert((party.*access->get)(), itemTextUnescapes));
+            }
+        }
+    };
+    CallItemWithPicture& party = item;
+    convertFields(party, detail::partyFields);
+    convertFields(item, Kind::itemFields);
+
+    const auto& stored = (item.*Kind::calls)();
+    auto calls = stored;
+    for (auto& call : calls) {
+        visitCallTexts<Item>(call, [&](std::string& text, int times) { text = convert(text, times); });
+    }
+    (item.*Kind::setCalls)(calls);
+}
+
+}  // namespace calljournal
+
+#endif

@@ -1,0 +1,275 @@
+#include "Journal.h"
+
+#include <algorithm>
+#include <set>
+#include <type_traits>
+
+#include "CallListDatabaseAdapterHelper.h"
+#include "CarriedText.h"
+#include "KindInterface.h"
+#include "PartyIndex.h"
+#include "StoreReply.h"
+
+namespace calljournal {
+
+using Helper = CallListDatabaseAdapterHelper;
+
+namespace {
+
+/// The data access service answers in time with this many entries in one request.
+constexpr std::size_t entriesPerRequest = 500;
+
+/// Throws if the reply to a read request is a refusal. Entries may hold any words, so only what stands before them counts.
+void checkReadReply(const std::string& reply) {
+    const std::string head = reply.substr(0, reply.find(Helper::createXMLBegin(Helper::ENTRY)));
+    const bool isRefusal = head.find("<Result>") != std::string::npos || head.find("<Schema") == std::string::npos;
+    if (isRefusal) {
+        throw JournalError(readStoreReply(head).reason);
+    }
+}
+
+void checkWriteReply(const std::string& reply) {
+    const StoreReply result = readStoreReply(reply);
+    if (!result.ok) {
+        throw JournalError(result.reason);
+    }
+}
+
+/// Whether any text of the item may have been escaped by carriedText.
+bool mayBeCarried(const MissedCallItem& item) {
+    const auto holds = [](const std::string& text) { return text.find('&') != std::string::npos; };
+    if (holds(item.getEntryId()) || holds(item.getPictureClip())) {
+        return true;
+    }
+    for (const auto& call : item.getMissedCallInfoList()) {
+        for (const auto& field : detail::CallKind<MissedCallItem>::callFields) {
+            const auto* member = std::get_if<0>(&field.member);
+            if (member != nullptr && holds(call.*(*member))) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+template <class Item>
+bool isNewer(const Item& first, const Item& second) {
+    const auto& firstCalls = (first.*detail::CallKind<Item>::calls)();
+    const auto& secondCalls = (second.*detail::CallKind<Item>::calls)();
+    if (firstCalls.empty() || secondCalls.empty()) {
+        return !firstCalls.empty();
+    }
+    return firstCalls.front().timeDate > secondCalls.front().timeDate;
+}
+
+/// Takes over what a call says of its party.
+template <class Item>
+void updateParty(Item& entry, const NewCall<Item>& call, [[maybe_unused]] const Journal::NumberKey& numberKey) {
+    if (!call.party.getSurname().empty() || !call.party.getFirstname().empty()) {
+        entry.setSurname(call.party.getSurname());
+        entry.setFirstname(call.party.getFirstname());
+    }
+    if (!call.party.getPictureClip().empty()) {
+        entry.setPictureClip(call.party.getPictureClip());
+    }
+    if (!call.party.getEntryId().empty()) {
+        entry.setEntryId(call.party.getEntryId());
+    }
+    if constexpr (std::is_same_v<Item, MissedCallItem>) {
+        entry.setViewed(false);
+    }
+    if constexpr (std::is_same_v<Item, DialledCallItem>) {
+        entry.setJournalSeviceGroupBy(numberKey(call.call.number));
+    }
+}
+
+/// Puts each call into its party's entry and returns the indices of the entries that changed, in the calls' order.
+template <class Item>
+std::vector<std::size_t> addCalls(std::deque<Item>& list, const std::vector<NewCall<Item>>& calls,
+                                  const Journal::NumberKey& numberKey) {
+    PartyIndex<Item> index(list, numberKey);
+    std::vector<std::size_t> changed;
+    std::set<std::size_t> known;
+    for (const NewCall<Item>& call : calls) {
+        std::size_t at = index.find(call.party, call.call);
+        if (at == PartyIndex<Item>::none) {
+            at = list.size();
+            list.emplace_back();
+        }
+        updateParty(list[at], call, numberKey);
+        list[at].addCallInfoToList(call.call);
+        index.add(at, call.call);
+        if (known.insert(at).second) {
+            changed.push_back(at);
+        }
+    }
+    return changed;
+}
+
+template <class Item>
+std::size_t findEntry(const std::deque<Item>& list, const std::string& uniqueId) {
+    const auto found =
+        std::find_if(list.begin(), list.end(), [&](const Item& entry) { return entry.getUniqueId() == uniqueId; });
+    if (found == list.end()) {
+        throw JournalError(std::string("there is no ") + KindInterface<Item>::name + " entry with the id \"" +
+                           uniqueId + "\"");
+    }
+    return static_cast<std::size_t>(found - list.begin());
+}
+
+}  // namespace
+
+Journal::Journal(DataAccessServiceIfc& service)
+    : recorder_(service),
+      numberKey_([](const std::string& number) { return number; }),
+      exclusively_([](const std::function<void()>& work) { work(); }) {
+    Helper::init();
+    adapter_.init(&recorder_);
+}
+
+template <class Item>
+std::deque<Item> Journal::entries() {
+    std::deque<Item> list;
+    if constexpr (std::is_same_v<Item, MissedCallItem>) {
+        const std::string reply = adapter_.processRequest(Helper::readMissedCallList());
+        checkReadReply(reply);
+        adapter_.processMissedCallDbXml(reply, list);
+        for (MissedCallItem& item : list) {
+            if (mayBeCarried(item)) {
+                convertTexts(item, restoredText);
+            }
+        }
+    } else {
+        const std::string reply =
+            adapter_.updateEntries(std::string(), Helper::READREQUEST, std::string(detail::CallKind<Item>::schema));
+        checkReadReply(reply);
+        for (const std::string& body : readEntryBodies(reply)) {
+            list.emplace_back();
+            KindInterface<Item>::decode(body.c_str(), list.back());
+        }
+        std::stable_sort(list.begin(), list.end(), isNewer<Item>);
+    }
+    return list;
+}
+
+template <class Item>
+std::vector<Item> Journal::record(const std::vector<NewCall<Item>>& calls) {
+    std::deque<Item> list;
+    std::size_t oldCount = 0;
+    std::vector<std::size_t> changed;
+    exclusively_([&] {
+        list = entries<Item>();
+        oldCount = list.size();
+        changed = addCalls(list, calls, numberKey_);
+        write(list, changed);
+    });
+
+    std::vector<Item> written;
+    for (const std::size_t index : changed) {
+        written.push_back(list[index]);
+        announce(list[index], std::string(),
+                 index < oldCount ? JournalServiceObserverIfc::CHANGED : JournalServiceObserverIfc::ADDED);
+    }
+    announceUnviewed(list);
+    return written;
+}
+
+MissedCallItem Journal::markViewed(const std::string& uniqueId) {
+    std::deque<MissedCallItem> list;
+    std::size_t index = 0;
+    exclusively_([&] {
+        list = entries<MissedCallItem>();
+        index = findEntry(list, uniqueId);
+        list[index].setViewed(true);
+        write(list, {index});
+    });
+    announce(list[index], std::string(), JournalServiceObserverIfc::VIEWED);
+    announceUnviewed(list);
+    return list[index];
+}
+
+template <class Item>
+Item Journal::remove(const std::string& uniqueId) {
+    std::deque<Item> list;
+    Item removed;
+    exclusively_([&] {
+        list = entries<Item>();
+        const std::size_t index = findEntry(list, uniqueId);
+        removed = list[index];
+        KindInterface<Item>::send(adapter_, removed, Helper::DELETEREQUEST);
+        checkWriteReply(recorder_.lastReply());
+        adapter_.deleteFromConversationsTable(uniqueId);
+        checkWriteReply(recorder_.lastReply());
+        list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
+    });
+    announce(removed, uniqueId, JournalServiceObserverIfc::DELETED);
+    announceUnviewed(list);
+    return removed;
+}
+
+template <class Item>
+void Journal::write(std::deque<Item>& list, const std::vector<std::size_t>& changed) {
+    for (std::size_t first = 0; first < changed.size(); first += entriesPerRequest) {
+        const std::size_t last = std::min(changed.size(), first + entriesPerRequest);
+        std::string entriesText;
+        for (std::size_t i = first; i < last; ++i) {
+            Item carried = list[changed[i]];
+            convertTexts(carried, carriedText);
+            Helper::createXMLField(Helper::ENTRY, KindInterface<Item>::encode(carried), entriesText);
+        }
+        const StoreReply reply = readStoreReply(
+            adapter_.updateEntries(entriesText, Helper::WRITEREQUEST, std::string(detail::CallKind<Item>::schema)));
+        if (!reply.ok) {
+            throw JournalError(reply.reason);
+        }
+        if (reply.uniqueIds.size() != last - first) {
+            throw JournalError("the data access service acknowledged " + std::to_string(reply.uniqueIds.size()) +
+                               " of " + std::to_string(last - first) + " entries");
+        }
+        for (std::size_t i = first; i < last; ++i) {
+            Item& entry = list[changed[i]];
+            if (entry.getUniqueId().empty()) {
+                entry.setUniqueId(reply.uniqueIds[i - first]);
+            }
+        }
+    }
+}
+
+template <class Item>
+void Journal::announce(const Item& entry, const std::string& deletedId, JournalServiceObserverIfc::ActionType action) {
+    if (observers_.empty()) {
+        return;
+    }
+    Item carried = entry;
+    convertTexts(carried, carriedText);
+    notify(KindInterface<Item>::update(carried, deletedId, action));
+}
+
+void Journal::announceUnviewed(const std::deque<MissedCallItem>& list) {
+    if (!observers_.empty()) {
+        notify(Helper::obsReqMissedCallsCountUpdate(unviewedCount(list)));
+    }
+}
+
+void Journal::notify(const std::string& message) {
+    for (JournalServiceObserverIfc* observer : observers_) {
+        observer->notify(message);
+    }
+}
+
+unsigned unviewedCount(const std::deque<MissedCallItem>& entries) {
+    return static_cast<unsigned>(
+        std::count_if(entries.begin(), entries.end(), [](const MissedCallItem& entry) { return !entry.getViewed(); }));
+}
+
+#define CALLJOURNAL_JOURNAL(Kind)                                                                            \
+    template std::deque<Kind##CallItem> Journal::entries<Kind##CallItem>();                                  \
+    template std::vector<Kind##CallItem> Journal::record(const std::vector<NewCall<Kind##CallItem>>& calls); \
+    template Kind##CallItem Journal::remove<Kind##CallItem>(const std::string& uniqueId);
+
+CALLJOURNAL_JOURNAL(Missed)
+CALLJOURNAL_JOURNAL(Dialled)
+CALLJOURNAL_JOURNAL(Received)
+CALLJOURNAL_JOURNAL(Forwarded)
+
+}  // namespace calljournal

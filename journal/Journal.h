@@ -1,0 +1,104 @@
+#ifndef CALLJOURNAL_JOURNAL_H
+#define CALLJOURNAL_JOURNAL_H
+
+#include <deque>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "CallListDatabaseAdapter.h"
+#include "DataAccessServiceIfc.h"
+#include "JournalServiceObserverIfc.h"
+#include "ReplyRecorder.h"
+#include "detail/CallKinds.h"
+
+namespace calljournal {
+
+/// A request that the store did not carry out; `what()` is its reason, for people.
+class JournalError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// One call to be recorded: the party as an item without calls, and the call itself. A call without a number is nobody's
+/// in particular and gets an entry of its own.
+template <class Item>
+struct NewCall {
+    Item party;
+    typename detail::CallKind<Item>::Call call;
+};
+
+/// What a phone's journal service does with calls: keeps one entry for each party, newest call first, in the data access
+/// service, and tells its observers what changed.
+///
+///     SqlDataAccessService store("journal.db");
+///     Journal journal(store);
+///     journal.addObserver(display);
+///     journal.record<MissedCallItem>({{party, call}});
+///     for (const MissedCallItem& entry : journal.entries<MissedCallItem>()) ...
+///
+/// Item is MissedCallItem, DialledCallItem, ReceivedCallItem or ForwardedCallItem. Every text survives the store, markup
+/// included. Operations throw JournalError if the store refuses, and let its own exceptions pass; observers are told only
+/// of what the store acknowledged. One thread at a time.
+class Journal {
+public:
+    /// Gives the texts by which two numbers are the same party's; empty for a number that matches nobody.
+    using NumberKey = std::function<std::string(const std::string& number)>;
+
+    /// Runs a piece of work that reads and then writes while no other process may write.
+    using Exclusively = std::function<void(const std::function<void()>& work)>;
+
+    /// Uses `service`, which must outlive the journal. By default numbers match when they are equal.
+    explicit Journal(DataAccessServiceIfc& service);
+
+    void setNumberKey(NumberKey numberKey) { numberKey_ = std::move(numberKey); }
+    void setExclusively(Exclusively exclusively) { exclusively_ = std::move(exclusively); }
+
+    /// Shows each request and reply to `trace`.
+    void setTrace(ReplyRecorder::Trace trace) { recorder_.setTrace(std::move(trace)); }
+
+    /// Tells `observer`, which must outlive the journal, of every change from now on.
+    void addObserver(JournalServiceObserverIfc& observer) { observers_.push_back(&observer); }
+
+    /// Returns all entries, the one with the newest call first. Missed entries without calls are deleted on the way.
+    template <class Item>
+    std::deque<Item> entries();
+
+    /// Puts each call in front of its party's entry, making entries as needed, and writes the changed entries, up to 500 a
+    /// request. An entry is the party's if it holds a call of that number or, for a call without a number, is of the same
+    /// name. A name or picture that comes with a call replaces the entry's. Returns the written entries with their ids.
+    template <class Item>
+    std::vector<Item> record(const std::vector<NewCall<Item>>& calls);
+
+    /// Marks a missed entry as seen. Throws JournalError if there is no such entry.
+    MissedCallItem markViewed(const std::string& uniqueId);
+
+    /// Deletes an entry and its conversation rows. Throws JournalError if there is no such entry.
+    template <class Item>
+    Item remove(const std::string& uniqueId);
+
+private:
+    /// Writes the entries of `list` at the indices `changed` and gives new ones their ids.
+    template <class Item>
+    void write(std::deque<Item>& list, const std::vector<std::size_t>& changed);
+    template <class Item>
+    void announce(const Item& entry, const std::string& deletedId, JournalServiceObserverIfc::ActionType action);
+    void announceUnviewed(const std::deque<MissedCallItem>& list);
+    template <class Item>
+    void announceUnviewed(const std::deque<Item>&) {}  // only missed calls are counted
+    void notify(const std::string& message);
+
+    ReplyRecorder recorder_;
+    CallListDatabaseAdapter adapter_;
+    NumberKey numberKey_;
+    Exclusively exclusively_;
+    std::vector<JournalServiceObserverIfc*> observers_;
+};
+
+/// How many entries the user has not seen.
+unsigned unviewedCount(const std::deque<MissedCallItem>& entries);
+
+}  // namespace calljournal
+
+#endif
