@@ -1,0 +1,288 @@
+#include <boost/algorithm/string/replace.hpp>
+#include <cstddef>
+#include <istream>
+
+#include "ClientUtils.h"
+#include "ImportContactsCSVParser.h"
+#include "detail/ContactColumns.h"
+#include "detail/Log.h"
+
+const int TAMBER_HEADERS_SIZE = 12;
+
+namespace {
+
+using calljournal::detail::columnOf;
+using calljournal::detail::defaultDialField;
+
+constexpr char module[] = "ImportContactscSVParser";
+constexpr char source[] = "ImportContactsCSVParser";
+
+const std::string TAMBER_HEADERS[TAMBER_HEADERS_SIZE] = {"LastName", "FirstName", "Business1", "Business2",
+                                                         "Mobile1",  "Private1",  "Company1",  "Address1",
+                                                         "Address2", "Position",  "Email1",    "DefaultDial"};
+
+// Names that the import shares with its surroundings; nothing here reads them.
+[[maybe_unused]] const std::string TMP_LDAP_PIC_PATH = "/tmp/ldappic";
+[[maybe_unused]] const std::string IMPORT_CONTACTS_STATUS = "import-contacts-status";
+
+constexpr std::size_t outlookHeaderCount = 92;
+constexpr std::size_t mostHeaders = 100;
+constexpr int highestDefaultDial = 4;
+
+typedef boost::escaped_list_separator<char> Separator;
+typedef boost::tokenizer<Separator> Tokenizer;
+
+/// Tells whether `piece`, which starts outside quotes, ends inside: each quote that is not escaped changes sides.
+bool endsInQuotes(std::string::const_iterator piece, std::string::const_iterator end) {
+    bool inside = false;
+    for (; piece != end; ++piece) {
+        if (*piece == '\\') {
+            ++piece;
+        } else if (*piece == '"') {
+            inside = !inside;
+        }
+    }
+    return inside;
+}
+
+/// Splits a text into columns, and splits it on when its end has changed.
+///
+/// A record of many lines is split once per line, which would cost quadratic time if each split began at the front. So
+/// only what is new goes through Boost. The separator in front of the last column has been passed for good; of the last
+/// column itself it takes the whole text, since the stored one is cut, and the side of the quotes on which it ended.
+class Splitter {
+public:
+    Splitter(ImportContactsCSVParser& importer, Tokenizer& tokenizer, const Separator& separator,
+             std::vector<std::string>& columns)
+        : importer_(importer), tokenizer_(tokenizer), separator_(separator), columns_(columns) {}
+
+    void split(const std::string& text) {
+        tokenizer_.assign(text, separator_);
+        columns_.clear();
+        lastColumn_.clear();
+        walk(tokenizer_, text);
+    }
+
+    /// Brings the columns up to date with `text`, which was `splitSize` bytes long when it was split last: since then it
+    /// grew, or lost carriage returns, at its end. An escape error strikes where splitting the whole would meet it.
+    void splitOn(const std::string& text, std::size_t splitSize) {
+        tokenizer_.assign(text, separator_);
+        if (text.size() < splitSize) {
+            lastColumn_.resize(lastColumn_.size() - (splitSize - text.size()));
+            splitSize = text.size();
+        }
+        columns_.pop_back();
+        // Boost starts outside quotes; a quote of our own, which it drops, takes it inside.
+        std::string rest(inQuotes_ ? "\"" : "");
+        rest.append(text, splitSize, std::string::npos);
+        if (!rest.empty()) {
+            walk(Tokenizer(rest, separator_), rest);
+        } else if (!text.empty()) {
+            addLastColumn();
+        }
+    }
+
+private:
+    /// Walks the pieces of `text`; the first one goes on with the last column.
+    void walk(const Tokenizer& pieces, const std::string& text) {
+        auto begin = text.begin();
+        auto next = text.begin();
+        auto piece = pieces.begin();
+        for (const auto end = pieces.end(); piece != end; ++piece) {
+            begin = next;
+            next = piece.base();
+            if (begin != text.begin()) {
+                lastColumn_.clear();
+            }
+            lastColumn_ += *piece;
+            addLastColumn();
+        }
+        inQuotes_ = endsInQuotes(begin, text.end());
+    }
+
+    void addLastColumn() { columns_.push_back(importer_.trimFieldLength(lastColumn_)); }
+
+    ImportContactsCSVParser& importer_;
+    Tokenizer& tokenizer_;
+    const Separator& separator_;
+    std::vector<std::string>& columns_;
+    std::string lastColumn_;  ///< The last column, not cut.
+    bool inQuotes_ = false;   ///< Whether the text ends inside quotes.
+};
+
+/// Tells whether `line` stops where no field ends: behind a quote that has just opened one, or behind plain text.
+bool stopsInsideField(const std::string& line) {
+    const char last = line.back();
+    if (last == '"') {
+        return line.size() > 1 && line[line.size() - 2] == ',';
+    }
+    return last != ',';
+}
+
+/// The record of the Outlook layout that starts with the current line, while it is put together from further lines.
+class OutlookRecord {
+public:
+    /// The importer's members that an assembly works on.
+    struct Parts {
+        std::string& line;
+        std::string& nextLine;
+        const std::vector<std::string>& columns;
+        std::istream& file;
+        std::size_t headerCount;
+    };
+
+    OutlookRecord(ImportContactsCSVParser& importer, Splitter& splitter, const Parts& parts)
+        : importer_(importer), splitter_(splitter), parts_(parts) {}
+
+    /// Reads and joins lines, or fills up with empty columns, until there are as many columns as headers. Returns false
+    /// if the lines do not come to such a record.
+    bool assemble() {
+        while (!parts_.columns.empty()) {
+            if (parts_.columns.size() >= parts_.headerCount) {
+                return true;
+            }
+            const bool unfinished = continuation_ || stopsInsideField(parts_.line);
+            const bool extended = unfinished && std::getline(parts_.file, parts_.nextLine) ? join() : fillUp();
+            if (!extended) {
+                return false;
+            }
+        }
+        return false;
+    }
+
+private:
+    bool join() {
+        // Not the escaped quote of a first line: in a continued field a doubled quote vanishes.
+        importer_.replaceAllInternal(parts_.nextLine, "\"\"", "");
+        const std::size_t quote = parts_.nextLine.find('"');
+        continuation_ = quote == std::string::npos;
+        if (!continuation_ && parts_.nextLine.compare(quote, 2, "\",") != 0) {
+            return false;
+        }
+        const std::size_t splitSize = parts_.line.size();
+        parts_.line += parts_.nextLine;
+        ClientUtils::handleCRatEnd(parts_.line);
+        splitter_.splitOn(parts_.line, splitSize);
+        return parts_.columns.size() <= parts_.headerCount;
+    }
+
+    /// Commas that fall inside quotes, or are not the separator, add no columns; more of them would not either.
+    bool fillUp() {
+        const std::size_t splitSize = parts_.line.size();
+        const std::size_t count = parts_.columns.size();
+        parts_.line.append(parts_.headerCount - count, ',');
+        splitter_.splitOn(parts_.line, splitSize);
+        continuation_ = false;
+        return parts_.columns.size() > count;
+    }
+
+    ImportContactsCSVParser& importer_;
+    Splitter& splitter_;
+    Parts parts_;
+    bool continuation_ = false;  ///< The last line that was joined left its field open.
+};
+
+/// Tells whether a DefaultDial column, blanks around it aside, is a number from 0 to 4.
+bool isDefaultDial(const std::string& column) {
+    const std::string text = ClientUtils::trim(column);
+    if (!ClientUtils::isAllDigits(text)) {
+        return false;
+    }
+    const int number = ClientUtils::stoi(text);
+    return number >= 0 && number <= highestDefaultDial;
+}
+
+}  // namespace
+
+void ImportContactsCSVParser::tokenizeLine(const std::string& text) {
+    Splitter(*this, tokenizer, separator, tokens).split(text);
+}
+
+void ImportContactsCSVParser::replaceAllInternal(std::string& text, std::string search, std::string replacement) {
+    if (!text.empty() && !search.empty()) {
+        boost::algorithm::replace_all(text, search, replacement);
+    }
+}
+
+void ImportContactsCSVParser::headerLineParser() {
+    headerPending = false;
+    replaceAllInternal(line, "\"", "");
+    tokenizeLine(line);
+    if (tokens.size() == 1) {
+        separator = Separator('\\', ',', '"');
+        tokenizeLine(line);
+        if (tokens.size() == 1) {
+            CALLJOURNAL_LOG(module, source, 2, "the csv file has invalid delimiters");
+            csvType = CSV_INVALID_DELIMITERS;
+            return;
+        }
+    }
+    if (tokens.size() > mostHeaders) {
+        CALLJOURNAL_LOG(module, source, 2, "too many headers, can't be a valid csv file");
+        csvType = CSV_TOO_MANY_HEADERS;
+        return;
+    }
+    headerCount = static_cast<unsigned>(tokens.size());
+    if (isValidTamberHeader(tokens)) {
+        csvType = CSV_TAMBER;
+    } else if (isValidOutlookHeader(tokens)) {
+        csvType = CSV_OUTLOOK;
+    } else {
+        CALLJOURNAL_LOG(module, source, 2, "the file has invalid headers, can't be a valid csv file");
+        csvType = CSV_INVALID_HEADERS;
+    }
+}
+
+bool ImportContactsCSVParser::isValidTamberHeader(const std::vector<std::string>& headers) {
+    columnMap.assign(headers.size(), -1);
+    if (headers.size() != static_cast<std::size_t>(TAMBER_HEADERS_SIZE)) {
+        return false;
+    }
+    for (int field = 0; field < TAMBER_HEADERS_SIZE; ++field) {
+        const auto column = static_cast<std::size_t>(field);
+        if (headers[column] != TAMBER_HEADERS[column]) {
+            return false;
+        }
+        columnMap[column] = field;
+    }
+    return true;
+}
+
+bool ImportContactsCSVParser::isValidOutlookHeader(const std::vector<std::string>& headers) {
+    if (headers.size() == outlookHeaderCount) {
+        return true;
+    }
+    CALLJOURNAL_LOG(module, source, 2, "Header count is not matched with valid Outlook CSV file.");
+    return false;
+}
+
+void ImportContactsCSVParser::lineContentParser() {
+    // CSV doubles a quote inside a quoted field; the splitter knows it escaped.
+    replaceAllInternal(line, "\"\"", "\\\"");
+    Splitter splitter(*this, tokenizer, separator, tokens);
+    splitter.split(line);
+
+    bool fits = true;
+    if (csvType == CSV_OUTLOOK) {
+        fits = OutlookRecord(*this, splitter, {line, nextLine, tokens, file, headerCount}).assemble();
+    } else if (csvType == CSV_TAMBER) {
+        fits = tokens.size() == headerCount;
+    }
+    if (!fits) {
+        CALLJOURNAL_LOG(module, source, 2, "corrupt file: lines have different number of columns");
+        csvType = CSV_COLUMN_MISMATCH;
+        return;
+    }
+    if (csvType == CSV_TAMBER && !isDefaultDial(columnOf(tokens, defaultDialField))) {
+        CALLJOURNAL_LOG(module, source, 2, "corrupt file: default dial has to be an integer between %d and %d", 0,
+                        highestDefaultDial);
+        csvType = CSV_INVALID_DEFAULT_DIAL;
+        return;
+    }
+    Contact contact;
+    initContact(contact);
+    parseContact(contact);
+    if (!isEmpty(contact)) {
+        contacts.push_back(contact);
+    }
+}
