@@ -1,0 +1,62 @@
+#include "EntryBody.h"
+
+#include <algorithm>
+
+namespace calljournal {
+
+namespace {
+
+bool isNameCharacter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+/// Returns the name in the open tag that `body` begins with; empty if there is none.
+std::string_view firstTagName(std::string_view body) {
+    if (body.empty() || body[0] != '<') {
+        return {};
+    }
+    const auto end = std::find_if_not(body.begin() + 1, body.end(), isNameCharacter);
+    return end != body.end() && *end == '>' ? body.substr(1, static_cast<std::size_t>(end - body.begin()) - 1)
+                                            : std::string_view();
+}
+
+/// Returns where the close tag of the first element begins, or npos.
+std::size_t findClose(std::string_view body, std::string_view name, std::size_t textBegin) {
+    const std::string close = "</" + std::string(name) + ">";
+    if (name != "LogList") {
+        return body.find(close, textBegin);
+    }
+    const bool isLast = body.size() - textBegin >= close.size() && body.substr(body.size() - close.size()) == close;
+    return isLast ? body.size() - close.size() : std::string_view::npos;
+}
+
+}  // namespace
+
+std::optional<BodyElement> firstElement(std::string_view body) {
+    const std::string_view name = firstTagName(body);
+    if (name.empty()) {
+        return std::nullopt;
+    }
+    const std::size_t textBegin = name.size() + 2;
+    const std::size_t textEnd = findClose(body, name, textBegin);
+    if (textEnd == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return BodyElement{name, body.substr(textBegin, textEnd - textBegin), body.substr(0, textEnd + name.size() + 3)};
+}
+
+void appendWithPictureClip(std::string_view body, std::string& text) {
+    std::optional<BodyElement> element = firstElement(body);
+    while (element && element->name != "Viewed" && element->name != "LogList") {
+        if (element->name == "Picture") {
+            text.append("<PictureClip>").append(element->text).append("</PictureClip>");
+        } else {
+            text.append(element->whole);
+        }
+        body.remove_prefix(element->whole.size());
+        element = firstElement(body);
+    }
+    text.append(body);
+}
+
+}  // namespace calljournal

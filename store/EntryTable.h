@@ -1,0 +1,70 @@
+#ifndef CALLJOURNAL_ENTRYTABLE_H
+#define CALLJOURNAL_ENTRYTABLE_H
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <soci/soci.h>
+#include <string>
+#include <string_view>
+
+namespace calljournal {
+
+/// The stored entries, with the statements on them prepared once. Every value is bound, never written into the SQL. Throws
+/// soci::soci_error; a table that threw must be thrown away, since SOCI does nothing, and says nothing, when a statement
+/// that failed is used again.
+class EntryTable {
+public:
+    /// Uses `session`, which must outlive the table.
+    explicit EntryTable(soci::session& session);
+    EntryTable(const EntryTable&) = delete;
+    EntryTable& operator=(const EntryTable&) = delete;
+
+    /// Inserts the entry behind all others of `schema`, or gives the body to the one that has the id, in its place.
+    void put(std::string_view schema, std::string_view id, std::string_view body);
+
+    /// Deletes the entry if there is one.
+    void remove(std::string_view schema, std::string_view id);
+
+    /// Returns an id that no entry of any schema has had: the next decimal number; empty when none is left.
+    std::string takeNextId();
+
+    /// Has takeNextId return only numbers above `id`, if `id` is a decimal number that it could return.
+    void skipId(std::string_view id);
+
+    /// Calls `visit` with each entry of `schema`, in order of first insertion. The views are valid during the call.
+    void forEach(std::string_view schema, const std::function<void(std::string_view id, std::string_view body)>& visit);
+
+    /// Returns the body of an entry, or nothing if there is none.
+    std::optional<std::string> find(std::string_view schema, std::string_view id);
+
+    /// How many entries a schema has, and how many bytes their ids and bodies.
+    struct Extent {
+        std::size_t entries;
+        std::size_t bytes;
+    };
+    Extent extent(std::string_view schema);
+
+private:
+    // What the statements are bound to; they come first, since the statements keep their addresses.
+    std::string schema_;
+    std::string id_;
+    std::string body_;
+    long long size_ = 0;
+    long long number_ = 0;
+    long long count_ = 0;
+    std::string foundId_;
+    std::string foundBody_;
+
+    soci::statement put_;
+    soci::statement remove_;
+    soci::statement readNextId_;
+    soci::statement writeNextId_;
+    soci::statement list_;
+    soci::statement find_;
+    soci::statement extent_;
+};
+
+}  // namespace calljournal
+
+#endif

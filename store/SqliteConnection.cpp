@@ -1,0 +1,266 @@
+#include "SqliteConnection.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <filesystem>
+#include <soci/soci.h>
+#include <soci/sqlite3/soci-sqlite3.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+
+namespace calljournal {
+
+namespace {
+
+using sqlite_api::sqlite3;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds retryPause{10};
+
+/// Opens the SQLite URI that it gets as connect string. SOCI's own factory cannot: its connect strings have no way to
+/// write every path, and no way to read a file whose folder is read-only.
+class UriFactory : public soci::backend_factory {
+public:
+    soci::sqlite3_session_backend* make_session(const soci::connection_parameters& parameters) const override {
+        const soci::connection_parameters nothingOnDisk(soci::sqlite3, ":memory:");
+        auto backend = std::make_unique<soci::sqlite3_session_backend>(nothingOnDisk);
+        sqlite_api::sqlite3_close(backend->conn_);
+        backend->conn_ = nullptr;
+        const int code = sqlite_api::sqlite3_open_v2(
+            parameters.get_connect_string().c_str(), &backend->conn_,
+            SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_EXRESCODE, nullptr);
+        if (code != SQLITE_OK) {
+            const int systemError = sqlite_api::sqlite3_system_errno(backend->conn_);
+            throw std::system_error(systemError != 0 ? systemError : EIO, std::generic_category());
+        }
+        return backend.release();
+    }
+};
+
+/// Writes `file`, an absolute path, as an SQLite URI with every byte that could mean something else escaped.
+std::string uriOf(const std::string& file) {
+    constexpr char digits[] = "0123456789abcdef";
+    std::string uri = "file://";
+    for (const char c : file) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool isPlain = (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '/' ||
+                             c == '.' || c == '-' || c == '_';
+        if (isPlain) {
+            uri += c;
+        } else {
+            uri.append({'%', digits[byte / 16U], digits[byte % 16U]});
+        }
+    }
+    return uri;
+}
+
+std::string folderOf(const std::string& file) {
+    return std::filesystem::path(file).parent_path().string();
+}
+
+sqlite3* handleOf(soci::session& session) {
+    return static_cast<soci::sqlite3_session_backend*>(session.get_backend())->conn_;
+}
+
+/// Returns the SQLite result code of `failure`, the extended one where there is one.
+int codeOf(const soci::soci_error& failure) {
+    const auto* sqliteFailure = dynamic_cast<const soci::sqlite3_soci_error*>(&failure);
+    return sqliteFailure != nullptr ? sqliteFailure->result() : SQLITE_ERROR;
+}
+
+/// Returns the result code without the details that the extended code adds.
+int primaryCode(const soci::soci_error& failure) {
+    return codeOf(failure) & 0xff;
+}
+
+bool isBusy(const soci::soci_error& failure) {
+    return primaryCode(failure) == SQLITE_BUSY || primaryCode(failure) == SQLITE_LOCKED;
+}
+
+std::string systemMessage(int systemError) {
+    return std::generic_category().message(systemError);
+}
+
+/// Creates the folder and those above it, for the user alone: calls are private.
+void createFolder(const std::string& folder) {
+    if (folder.empty() || ::mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST) {
+        return;
+    }
+    const int systemError = errno;
+    const std::string parent = folderOf(folder);
+    if (systemError != ENOENT || parent == folder) {
+        throw std::system_error(systemError, std::generic_category());
+    }
+    createFolder(parent);
+    if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
+        throw std::system_error(errno, std::generic_category());
+    }
+}
+
+}  // namespace
+
+SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds patience)
+    : file_(std::move(file)), patience_(patience) {
+    try {
+        createFolder(folderOf(file_));
+    } catch (const std::system_error& failure) {
+        throw error("its folder cannot be created (" + systemMessage(failure.code().value()) + "); name another file");
+    }
+    struct stat status {};
+    if (::stat(file_.c_str(), &status) == 0) {
+        if (S_ISDIR(status.st_mode)) {
+            throw error("it is a directory; name a file in it");
+        }
+        // A pipe would be opened and waited on, a device overwritten.
+        if (!S_ISREG(status.st_mode)) {
+            throw error("it is not a regular file; name another one");
+        }
+    }
+    try {
+        openFile();
+    } catch (const std::system_error& failure) {
+        throw error("it cannot be opened (" + systemMessage(failure.code().value()) +
+                    "); name another file or give access to this one");
+    } catch (const soci::soci_error& failure) {
+        throw error(failure);
+    }
+}
+
+SqliteConnection::~SqliteConnection() = default;
+
+void SqliteConnection::openFile() {
+    connect(uriOf(file_));
+    try {
+        probe();
+    } catch (const soci::soci_error&) {
+        // SQLite reads a file with a write-ahead log only if it can put an index beside it. In a folder where nobody can
+        // put anything, and with no log there, the file is complete and cannot change.
+        const bool isFrozen = ::access(folderOf(file_).c_str(), W_OK) != 0 && ::access(file_.c_str(), R_OK) == 0 &&
+                              ::access((file_ + "-wal").c_str(), F_OK) != 0;
+        if (!isFrozen) {
+            throw;
+        }
+        connect(uriOf(file_) + "?immutable=1");
+        probe();
+    }
+}
+
+void SqliteConnection::connect(const std::string& uri) {
+    static const UriFactory factory;  // the session keeps its address
+    session_ = std::make_unique<soci::session>(factory, uri);
+    sqlite_api::sqlite3_busy_timeout(
+        handleOf(*session_), static_cast<int>(std::min<std::chrono::milliseconds::rep>(patience_.count(), INT_MAX)));
+}
+
+/// Reads the file for the first time; that is when SQLite looks at what it is.
+void SqliteConnection::probe() {
+    int tables = 0;
+    *session_ << "select count(*) from sqlite_master", soci::into(tables);
+}
+
+bool SqliteConnection::isReadOnly() const {
+    return sqlite_api::sqlite3_db_readonly(handleOf(*session_), "main") == 1;
+}
+
+bool SqliteConnection::isInTransaction() const {
+    return sqlite_api::sqlite3_get_autocommit(handleOf(*session_)) == 0;
+}
+
+void SqliteConnection::makeDurable() {
+    switchToWriteAheadLog();
+    *session_ << "pragma synchronous = full";
+}
+
+void SqliteConnection::switchToWriteAheadLog() {
+    const Clock::time_point deadline = Clock::now() + patience_;
+    std::string mode;
+    for (;;) {
+        try {
+            *session_ << "pragma journal_mode = wal", soci::into(mode);
+            break;
+        } catch (const soci::soci_error& failure) {
+            // SQLite does not wait here by itself: two processes that switch at once would wait for each other.
+            if (!isBusy(failure) || Clock::now() >= deadline) {
+                throw;
+            }
+        }
+        std::this_thread::sleep_for(retryPause);
+    }
+    if (mode != "wal") {
+        throw error("its file system cannot carry a write-ahead log; name a file on a local disk");
+    }
+}
+
+int SqliteConnection::dataVersion() {
+    int version = 0;
+    *session_ << "pragma data_version", soci::into(version);
+    return version;
+}
+
+void SqliteConnection::refuseIfMoved() const {
+    int hasMoved = 0;
+    sqlite_api::sqlite3_file_control(handleOf(*session_), "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved);
+    if (hasMoved != 0) {
+        throw error("it was moved, replaced or deleted while it was open; open it again");
+    }
+}
+
+StoreError SqliteConnection::error(const std::string& problem) const {
+    return StoreError("store " + file_ + ": " + problem);
+}
+
+StoreError SqliteConnection::error(const soci::soci_error& failure) const {
+    const int systemError = session_ ? sqlite_api::sqlite3_system_errno(handleOf(*session_)) : 0;
+    const std::string cause = systemError != 0 ? " (" + systemMessage(systemError) + ")" : std::string();
+    switch (primaryCode(failure)) {
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            return error("another process has kept it locked for " + std::to_string(patience_.count()) +
+                         " ms; try again when that one is done");
+        case SQLITE_NOTADB:
+            return error("it is not a SQLite database; name another file or move this one away");
+        case SQLITE_CORRUPT:
+            return error("it is damaged; move it away, and save what the sqlite3 tool can still .recover from it");
+        case SQLITE_READONLY:
+            return error("it cannot be written; make the file and its folder writable");
+        case SQLITE_FULL:
+            return error("the disk is full; free some space and try again");
+        case SQLITE_IOERR:
+            return error("the disk fails or refuses" + cause + "; look for a limit, a quota or a broken disk");
+        case SQLITE_CANTOPEN:
+            return error("it cannot be opened" + cause + "; name another file or give access to it and its folder");
+        default:
+            return error(std::string("the database says \"") + sqlite_api::sqlite3_errstr(codeOf(failure)) + "\" (" +
+                         failure.get_error_message() + "); please report this");
+    }
+}
+
+WriteTransaction::WriteTransaction(SqliteConnection& connection, Scope scope) : connection_(connection), scope_(scope) {
+    connection_.sql() << (scope_ == Scope::part ? "savepoint part" : "begin immediate");
+}
+
+WriteTransaction::~WriteTransaction() {
+    if (isDone_ || !connection_.isInTransaction()) {
+        return;
+    }
+    try {
+        if (scope_ == Scope::part) {
+            connection_.sql() << "rollback to savepoint part";
+            connection_.sql() << "release savepoint part";
+        } else {
+            connection_.sql() << "rollback";
+        }
+    } catch (const soci::soci_error&) {
+        // The database has taken everything back by itself already.
+    }
+}
+
+void WriteTransaction::commit() {
+    connection_.sql() << (scope_ == Scope::part ? "release savepoint part" : "commit");
+    isDone_ = true;
+}
+
+}  // namespace calljournal

@@ -1,0 +1,91 @@
+#ifndef CALLJOURNAL_SQLITECONNECTION_H
+#define CALLJOURNAL_SQLITECONNECTION_H
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "StoreError.h"
+
+namespace soci {
+class session;
+class soci_error;
+}  // namespace soci
+
+namespace calljournal {
+
+/// A SOCI session on one SQLite file, and all that is SQLite's own: opening, durability, locking, and what its errors mean.
+///
+///     SqliteConnection connection("/home/ann/journal.db", std::chrono::seconds(30));
+///     connection.makeDurable();
+///     connection.sql() << "insert into ...";
+///
+/// One thread at a time; not to be used in a forked child.
+class SqliteConnection {
+public:
+    /// Opens `file`, an absolute path, and creates it and its folders as needed. Nothing is written into an existing file.
+    /// A file that cannot be written is opened for reading. Work that another process holds up waits for `patience`
+    /// before it fails. Throws StoreError.
+    SqliteConnection(std::string file, std::chrono::milliseconds patience);
+    ~SqliteConnection();
+    SqliteConnection(const SqliteConnection&) = delete;
+    SqliteConnection& operator=(const SqliteConnection&) = delete;
+
+    soci::session& sql() { return *session_; }
+
+    bool isReadOnly() const;
+
+    /// Tells whether a transaction is open. The database itself ends one after some errors, a full disk for instance.
+    bool isInTransaction() const;
+
+    /// Has every commit from now on survive a kill and a power cut: write-ahead log, synchronised at each commit. Throws
+    /// StoreError or soci::soci_error.
+    void makeDurable();
+
+    /// Returns a number that differs from the one before if another connection has changed the file in between.
+    int dataVersion();
+
+    /// Throws StoreError if the path no longer names the file that is open: what is written to that one is lost.
+    void refuseIfMoved() const;
+
+    /// Says what is wrong with this store and what to do.
+    StoreError error(const std::string& problem) const;
+    StoreError error(const soci::soci_error& failure) const;
+
+private:
+    void openFile();
+    void connect(const std::string& uri);
+    void probe();
+    void switchToWriteAheadLog();
+
+    std::string file_;
+    std::chrono::milliseconds patience_;
+    std::unique_ptr<soci::session> session_;
+};
+
+/// A transaction that may write, rolled back unless it was committed. While it is open no other connection may write;
+/// its beginning waits for those that do. Throws soci::soci_error.
+class WriteTransaction {
+public:
+    enum class Scope {
+        whole,  ///< A transaction of its own; fails inside of another.
+        part,   ///< A part of the one that is open, which can be taken back alone.
+    };
+
+    explicit WriteTransaction(SqliteConnection& connection, Scope scope = Scope::whole);
+    ~WriteTransaction();
+    WriteTransaction(const WriteTransaction&) = delete;
+    WriteTransaction& operator=(const WriteTransaction&) = delete;
+
+    /// Commits; if it throws, nothing is committed.
+    void commit();
+
+private:
+    SqliteConnection& connection_;
+    Scope scope_;
+    bool isDone_ = false;
+};
+
+}  // namespace calljournal
+
+#endif
