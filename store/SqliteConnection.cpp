@@ -25,8 +25,9 @@ constexpr std::chrono::milliseconds retryPause{10};
 class UriFactory : public soci::backend_factory {
 public:
     soci::sqlite3_session_backend* make_session(const soci::connection_parameters& parameters) const override {
-        const soci::connection_parameters nothingOnDisk(soci::sqlite3, ":memory:");
-        auto backend = std::make_unique<soci::sqlite3_session_backend>(nothingOnDisk);
+        const soci::backend_factory& factory = *soci::factory_sqlite3();
+        std::unique_ptr<soci::sqlite3_session_backend> backend(static_cast<soci::sqlite3_session_backend*>(
+            factory.make_session(soci::connection_parameters(factory, ":memory:"))));
         sqlite_api::sqlite3_close(backend->conn_);
         backend->conn_ = nullptr;
         const int code = sqlite_api::sqlite3_open_v2(
@@ -109,20 +110,11 @@ SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds p
     } catch (const std::system_error& failure) {
         throw error("its folder cannot be created (" + systemMessage(failure.code().value()) + "); name another file");
     }
-    struct stat status {};
-    if (::stat(file_.c_str(), &status) == 0) {
-        if (S_ISDIR(status.st_mode)) {
-            throw error("it is a directory; name a file in it");
-        }
-        // A pipe would be opened and waited on, a device overwritten.
-        if (!S_ISREG(status.st_mode)) {
-            throw error("it is not a regular file; name another one");
-        }
-    }
+    refuseWhatIsNoStore();
     try {
         openFile();
     } catch (const std::system_error& failure) {
-        throw error("it cannot be opened (" + systemMessage(failure.code().value()) +
+        throw error("it cannot be opened (" + reasonNotToOpen(failure.code().value()) +
                     "); name another file or give access to this one");
     } catch (const soci::soci_error& failure) {
         throw error(failure);
@@ -130,6 +122,31 @@ SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds p
 }
 
 SqliteConnection::~SqliteConnection() = default;
+
+void SqliteConnection::refuseWhatIsNoStore() const {
+    struct stat status {};
+    if (::stat(file_.c_str(), &status) != 0) {
+        return;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        throw error("it is a directory; name a file in it");
+    }
+    // A pipe would be waited on, a device overwritten.
+    if (!S_ISREG(status.st_mode)) {
+        throw error("it is not a regular file; name another one");
+    }
+    // SQLite takes a file of one byte for an empty one and overwrites it; any other it looks at itself. The byte is not
+    // read here: closing the file again would drop the locks of other connections of this process.
+    if (status.st_size == 1) {
+        throw error("it is not a SQLite database; name another file or move this one away");
+    }
+}
+
+std::string SqliteConnection::reasonNotToOpen(int systemError) const {
+    // Where SQLite may not create the file it tries to read it, and reports only that it is not there.
+    const bool mayNotCreate = systemError == ENOENT && ::access(folderOf(file_).c_str(), W_OK) != 0;
+    return systemMessage(mayNotCreate ? errno : systemError);
+}
 
 void SqliteConnection::openFile() {
     connect(uriOf(file_));
@@ -213,8 +230,6 @@ StoreError SqliteConnection::error(const std::string& problem) const {
 }
 
 StoreError SqliteConnection::error(const soci::soci_error& failure) const {
-    const int systemError = session_ ? sqlite_api::sqlite3_system_errno(handleOf(*session_)) : 0;
-    const std::string cause = systemError != 0 ? " (" + systemMessage(systemError) + ")" : std::string();
     switch (primaryCode(failure)) {
         case SQLITE_BUSY:
         case SQLITE_LOCKED:
@@ -229,9 +244,10 @@ StoreError SqliteConnection::error(const soci::soci_error& failure) const {
         case SQLITE_FULL:
             return error("the disk is full; free some space and try again");
         case SQLITE_IOERR:
-            return error("the disk fails or refuses" + cause + "; look for a limit, a quota or a broken disk");
+            return error("the disk fails or refuses (SQLite error " + std::to_string(codeOf(failure)) +
+                         "); look for a full disk, a quota, a limit on file sizes or a broken disk");
         case SQLITE_CANTOPEN:
-            return error("it cannot be opened" + cause + "; name another file or give access to it and its folder");
+            return error("it cannot be opened; give access to the file and its folder");
         default:
             return error(std::string("the database says \"") + sqlite_api::sqlite3_errstr(codeOf(failure)) + "\" (" +
                          failure.get_error_message() + "); please report this");

@@ -53,6 +53,8 @@ public:
     StoreError error(const soci::soci_error& failure) const;
 
 private:
+    void refuseWhatIsNoStore() const;
+    std::string reasonNotToOpen(int systemError) const;
     void openFile();
     void connect(const std::string& uri);
     void probe();

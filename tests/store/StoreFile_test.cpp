@@ -1,0 +1,236 @@
+#include <filesystem>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "StoreTest.h"
+
+namespace {
+
+const std::string dialled = "CallLogDialledCalls";
+const std::string anEntry = "<Entry><UniqueId>a</UniqueId></Entry>";
+const std::string anotherEntry = "<Entry><UniqueId>b</UniqueId></Entry>";
+
+using StoreFile = StoreTest;
+
+/// Becomes a user who may write only what everybody may; for a child process.
+void becomeNobody() {
+    if (getuid() == 0 && setuid(65534) != 0) {
+        throw std::runtime_error("cannot change the user");
+    }
+}
+
+TEST_F(StoreFile, IsCreatedWithItsFoldersForTheUserAlone) {
+    const std::string url = "sqlite3://" + file("x/y/journal.db");
+    EXPECT_EQ(openingError(url), "");
+    struct stat status {};
+    for (const std::string& created : {file("x"), file("x/y")}) {
+        ASSERT_EQ(stat(created.c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777U, 0700U) << created;
+    }
+    EXPECT_TRUE(std::filesystem::is_regular_file(file("x/y/journal.db")));
+}
+
+TEST_F(StoreFile, MayHaveAnyName) {
+    for (const std::string name : {"a b  c.db", "100%25.db", "what?mode=ro", "a#b", "it's \"it\"", "a=b", "back\\slash",
+                                   "\xc3\xa4\xff\n", ":memory:", "-x"}) {
+        {
+            calljournal::SqlDataAccessService store(file(name));
+            store.processRequest(writeRequest(dialled, anEntry));
+        }
+        EXPECT_TRUE(std::filesystem::is_regular_file(file(name))) << name;
+        calljournal::SqlDataAccessService store(file(name));
+        EXPECT_EQ(store.processRequest(readRequest(dialled)), envelope(dialled, anEntry)) << name;
+    }
+}
+
+TEST_F(StoreFile, KeepsItsEntriesWhenItIsOpenedAgain) {
+    ask(writeRequest(dialled, anEntry));
+    ask(writeRequest(dialled, "<Entry><EntryId>x</EntryId></Entry>"));
+    const std::string before = everything();
+    closeStore();
+    EXPECT_EQ(everything(), before);
+    closeStore();
+    EXPECT_EQ(ask(writeRequest(dialled, "<Entry><EntryId>x</EntryId></Entry>")),
+              envelope(dialled, "<Result>ok</Result><UniqueId>2</UniqueId>"));
+}
+
+TEST_F(StoreFile, MayBeEmptyOrADatabaseWithoutTables) {
+    writeFile(file(), "");
+    EXPECT_EQ(ask(writeRequest(dialled, anEntry)), envelope(dialled, "<Result>ok</Result><UniqueId>a</UniqueId>"));
+    runSql(file("bare.db"), "pragma user_version = 1");
+    EXPECT_GT(std::filesystem::file_size(file("bare.db")), 0U);
+    EXPECT_EQ(openingError(file("bare.db")), "");
+}
+
+TEST_F(StoreFile, RecordsItsVersionAndHasAWriteAheadLog) {
+    store();
+    EXPECT_EQ(runSql(file(), "select version from calljournal_store"), "1\n");
+    EXPECT_EQ(runSql(file(), "pragma journal_mode"), "wal\n");
+}
+
+TEST_F(StoreFile, IsRefusedIfItIsNotADatabase) {
+    for (const std::string& content : {std::string("x"), std::string("<?xml version=\"1.0\"?>"),
+                                       std::string(100000, 'x'), std::string(5000, '\0')}) {
+        writeFile(file(), content);
+        EXPECT_EQ(openingError(file()),
+                  "store " + file() + ": it is not a SQLite database; name another file or move this one away");
+        EXPECT_EQ(contentOf(file()), content);
+    }
+}
+
+TEST_F(StoreFile, IsRefusedIfItIsTheDatabaseOfAnotherProgram) {
+    runSql(file(), "create table entry (x); insert into entry values (1)");
+    const std::string content = contentOf(file());
+    EXPECT_EQ(openingError(file()), "store " + file() + ": it is the database of another program; name another file");
+    EXPECT_EQ(contentOf(file()), content);
+}
+
+TEST_F(StoreFile, IsRefusedIfItNamesNoVersion) {
+    store();
+    closeStore();
+    runSql(file(), "update calljournal_store set version = 0");
+    EXPECT_EQ(openingError(file()), "store " + file() + ": it names no version that there ever was; name another file");
+    runSql(file(), "delete from calljournal_store");
+    EXPECT_NE(openingError(file()), "");
+}
+
+TEST_F(StoreFile, IsRefusedIfANewerVersionWroteIt) {
+    ask(writeRequest(dialled, anEntry));
+    closeStore();
+    runSql(file(), "update calljournal_store set version = 2; pragma journal_mode = delete");
+    const std::string content = contentOf(file());
+    EXPECT_EQ(openingError(file()), "store " + file() +
+                                        ": it was written by a newer calljournal (store version 2, this one knows 1); "
+                                        "install the newer one");
+    EXPECT_EQ(contentOf(file()), content);
+}
+
+TEST_F(StoreFile, IsRefusedIfItIsADirectoryOrNoFile) {
+    EXPECT_EQ(openingError(folder()), "store " + folder() + ": it is a directory; name a file in it");
+    ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(openingError(file("pipe")), "store " + file("pipe") + ": it is not a regular file; name another one");
+    EXPECT_EQ(openingError("/dev/null"), "store /dev/null: it is not a regular file; name another one");
+}
+
+TEST_F(StoreFile, IsRefusedIfItsFolderIsAFile) {
+    writeFile(file("x"), "");
+    EXPECT_EQ(openingError(file("x/journal.db")),
+              "store " + file("x/journal.db") +
+                  ": it cannot be opened (Not a directory); name another file or give access "
+                  "to this one");
+    EXPECT_EQ(
+        openingError(file("x/y/journal.db")),
+        "store " + file("x/y/journal.db") + ": its folder cannot be created (Not a directory); name another file");
+}
+
+TEST_F(StoreFile, IsRefusedIfItsNameIsTooLong) {
+    const std::string path = file(std::string(300, 'x'));
+    EXPECT_EQ(openingError(path), "store " + path +
+                                      ": it cannot be opened (File name too long); name another file or give access to "
+                                      "this one");
+}
+
+TEST_F(StoreFile, IsRefusedWhereItCannotBeCreated) {
+    std::filesystem::permissions(folder(), std::filesystem::perms(0555));
+    Child child([&](const Child::Say& say) {
+        becomeNobody();
+        say(openingError(file()));
+        say(openingError(file("x/journal.db")));
+    });
+    EXPECT_EQ(child.nextLine(),
+              "store " + file() +
+                  ": it cannot be opened (Permission denied); name another file or give access to this "
+                  "one");
+    EXPECT_EQ(child.nextLine(), "store " + file("x/journal.db") +
+                                    ": its folder cannot be created (Permission denied); name another file");
+}
+
+TEST_F(StoreFile, IsReadWhereItCannotBeWritten) {
+    ask(writeRequest(dialled, anEntry));
+    closeStore();
+    const auto readAndWrite = [&](const Child::Say& say) {
+        becomeNobody();
+        calljournal::SqlDataAccessService store(file());
+        say(store.processRequest(readRequest(dialled)));
+        say(store.processRequest(writeRequest(dialled, anotherEntry)));
+        say(store.processRequest(deleteRequest(dialled, anEntry)));
+        say(store.processRequest(readRequest(dialled)));
+    };
+    const std::string refusal =
+        failed(dialled, "store " + file() + ": it cannot be written; make the file and its folder writable");
+    struct Case {
+        const char* story;
+        unsigned folderMode;
+        unsigned fileMode;
+    };
+    for (const Case& row : {Case{"file", 0777, 0444}, Case{"folder", 0555, 0666}, Case{"both", 0555, 0444}}) {
+        std::filesystem::permissions(folder(), std::filesystem::perms(row.folderMode));
+        std::filesystem::permissions(file(), std::filesystem::perms(row.fileMode));
+        Child child(readAndWrite);
+        EXPECT_EQ(child.nextLine(), envelope(dialled, anEntry)) << row.story;
+        EXPECT_EQ(child.nextLine(), refusal) << row.story;
+        EXPECT_EQ(child.nextLine(), refusal) << row.story;
+        EXPECT_EQ(child.nextLine(), envelope(dialled, anEntry)) << row.story;
+        EXPECT_TRUE(child.endedWell()) << row.story;
+    }
+}
+
+TEST_F(StoreFile, IsRefusedIfItIsEmptyAndCannotBeWritten) {
+    writeFile(file(), "");
+    std::filesystem::permissions(file(), std::filesystem::perms(0444));
+    std::filesystem::permissions(folder(), std::filesystem::perms(0555));
+    Child child([&](const Child::Say& say) {
+        becomeNobody();
+        say(openingError(file()));
+    });
+    EXPECT_EQ(child.nextLine(),
+              "store " + file() + ": it cannot be written, and has no tables of this version yet; make it writable");
+}
+
+TEST_F(StoreFile, IsRefusedIfItCannotBeRead) {
+    store();
+    closeStore();
+    std::filesystem::permissions(folder(), std::filesystem::perms(0777));
+    std::filesystem::permissions(file(), std::filesystem::perms(0));
+    Child child([&](const Child::Say& say) {
+        becomeNobody();
+        say(openingError(file()));
+    });
+    EXPECT_EQ(child.nextLine(),
+              "store " + file() +
+                  ": it cannot be opened (Permission denied); name another file or give access to this "
+                  "one");
+}
+
+TEST_F(StoreFile, IsFoundDamagedWhenItIs) {
+    std::string entries;
+    for (int i = 0; i < 500; ++i) {
+        entries += "<Entry><EntryId>" + std::string(500, 'x') + "</EntryId></Entry>";
+    }
+    ask(writeRequest(dialled, entries));
+    closeStore();
+    std::string content = contentOf(file());
+    content.replace(8192, content.size() - 8192, content.size() - 8192, '\xa5');
+    writeFile(file(), content);
+    const std::string damage =
+        "store " + file() + ": it is damaged; move it away, and save what the sqlite3 tool can still .recover from it";
+    EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage));
+    EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage));
+    EXPECT_THROW(store().findEntry(dialled, "1"), calljournal::StoreError);
+}
+
+TEST_F(StoreFile, IsNoLongerUsedAfterItWasMovedOrDeleted) {
+    ask(writeRequest(dialled, anEntry));
+    std::filesystem::rename(file(), file("moved.db"));
+    const std::string refusal =
+        failed(dialled, "store " + file() + ": it was moved, replaced or deleted while it was open; open it again");
+    EXPECT_EQ(ask(writeRequest(dialled, anotherEntry)), refusal);
+    EXPECT_EQ(ask(readRequest(dialled)), refusal);
+    std::filesystem::rename(file("moved.db"), file());
+    EXPECT_EQ(ask(readRequest(dialled)), envelope(dialled, anEntry));
+    std::filesystem::remove(file());
+    EXPECT_EQ(ask(readRequest(dialled)), refusal);
+}
+
+}  // namespace
