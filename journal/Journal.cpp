@@ -106,13 +106,16 @@ std::vector<std::size_t> addCalls(std::deque<Item>& list, const std::vector<NewC
     return changed;
 }
 
+[[noreturn]] void throwMissing(const std::string& kind, const std::string& uniqueId) {
+    throw JournalError("there is no " + kind + " entry with the id \"" + uniqueId + "\"");
+}
+
 template <class Item>
 std::size_t findEntry(const std::deque<Item>& list, const std::string& uniqueId) {
     const auto found =
         std::find_if(list.begin(), list.end(), [&](const Item& entry) { return entry.getUniqueId() == uniqueId; });
     if (found == list.end()) {
-        throw JournalError(std::string("there is no ") + KindInterface<Item>::name + " entry with the id \"" +
-                           uniqueId + "\"");
+        throwMissing(KindInterface<Item>::name, uniqueId);
     }
     return static_cast<std::size_t>(found - list.begin());
 }
@@ -207,18 +210,63 @@ Item Journal::remove(const std::string& uniqueId) {
     return removed;
 }
 
-template <class Item>
-void Journal::write(std::deque<Item>& list, const std::vector<std::size_t>& changed) {
-    for (std::size_t first = 0; first < changed.size(); first += entriesPerRequest) {
-        const std::size_t last = std::min(changed.size(), first + entriesPerRequest);
+std::vector<StoredCallBack> Journal::callBacks() {
+    std::vector<StoredCallBack> stored;
+    for (const std::string& body : readEntryBodies(readReply(callBackSchema))) {
+        stored.push_back(decodeCallBack(body));
+    }
+    std::stable_sort(stored.begin(), stored.end(), [](const StoredCallBack& first, const StoredCallBack& second) {
+        return first.item.getTimeDate() > second.item.getTimeDate();
+    });
+    return stored;
+}
+
+std::vector<StoredCallBack> Journal::recordCallBacks(const std::vector<CallBackItem>& items) {
+    std::vector<std::string> bodies;
+    for (const CallBackItem& item : items) {
+        bodies.push_back(encodeCallBack(item));
+    }
+    std::vector<std::string> ids;
+    exclusively_([&] { ids = send(bodies, callBackSchema); });
+    std::vector<StoredCallBack> stored;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        stored.push_back({ids[i], items[i]});
+    }
+    return stored;
+}
+
+StoredCallBack Journal::removeCallBack(const std::string& uniqueId) {
+    StoredCallBack removed;
+    exclusively_([&] {
+        const std::vector<StoredCallBack> stored = callBacks();
+        const auto found = std::find_if(stored.begin(), stored.end(),
+                                        [&](const StoredCallBack& one) { return one.uniqueId == uniqueId; });
+        if (found == stored.end()) {
+            throwMissing("callback", uniqueId);
+        }
+        removed = *found;
+        checkWriteReply(adapter_.updateEntries(
+            Helper::createXMLField(Helper::ENTRY, Helper::createXMLField(Helper::UNIQUEID, uniqueId)),
+            Helper::DELETEREQUEST, callBackSchema));
+    });
+    return removed;
+}
+
+std::string Journal::readReply(const std::string& schema) {
+    std::string reply = adapter_.updateEntries(std::string(), Helper::READREQUEST, schema);
+    checkReadReply(reply);
+    return reply;
+}
+
+std::vector<std::string> Journal::send(const std::vector<std::string>& bodies, const std::string& schema) {
+    std::vector<std::string> ids;
+    for (std::size_t first = 0; first < bodies.size(); first += entriesPerRequest) {
+        const std::size_t last = std::min(bodies.size(), first + entriesPerRequest);
         std::string entriesText;
         for (std::size_t i = first; i < last; ++i) {
-            Item carried = list[changed[i]];
-            convertTexts(carried, carriedText);
-            Helper::createXMLField(Helper::ENTRY, KindInterface<Item>::encode(carried), entriesText);
+            Helper::createXMLField(Helper::ENTRY, bodies[i], entriesText);
         }
-        const StoreReply reply = readStoreReply(
-            adapter_.updateEntries(entriesText, Helper::WRITEREQUEST, std::string(detail::CallKind<Item>::schema)));
+        const StoreReply reply = readStoreReply(adapter_.updateEntries(entriesText, Helper::WRITEREQUEST, schema));
         if (!reply.ok) {
             throw JournalError(reply.reason);
         }
@@ -226,11 +274,24 @@ void Journal::write(std::deque<Item>& list, const std::vector<std::size_t>& chan
             throw JournalError("the data access service acknowledged " + std::to_string(reply.uniqueIds.size()) +
                                " of " + std::to_string(last - first) + " entries");
         }
-        for (std::size_t i = first; i < last; ++i) {
-            Item& entry = list[changed[i]];
-            if (entry.getUniqueId().empty()) {
-                entry.setUniqueId(reply.uniqueIds[i - first]);
-            }
+        ids.insert(ids.end(), reply.uniqueIds.begin(), reply.uniqueIds.end());
+    }
+    return ids;
+}
+
+template <class Item>
+void Journal::write(std::deque<Item>& list, const std::vector<std::size_t>& changed) {
+    std::vector<std::string> bodies;
+    for (const std::size_t index : changed) {
+        Item carried = list[index];
+        convertTexts(carried, carriedText);
+        bodies.push_back(KindInterface<Item>::encode(carried));
+    }
+    const std::vector<std::string> ids = send(bodies, std::string(detail::CallKind<Item>::schema));
+    for (std::size_t i = 0; i < changed.size(); ++i) {
+        Item& entry = list[changed[i]];
+        if (entry.getUniqueId().empty()) {
+            entry.setUniqueId(ids[i]);
         }
     }
 }

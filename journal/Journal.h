@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "CallBacks.h"
 #include "CallListDatabaseAdapter.h"
 #include "DataAccessServiceIfc.h"
 #include "JournalServiceObserverIfc.h"
@@ -43,7 +44,7 @@ struct NewCall {
 /// of what the store acknowledged. One thread at a time.
 class Journal {
 public:
-    /// Gives the texts by which two numbers are the same party's; empty for a number that matches nobody.
+    /// Gives the same text for two ways to write one party's number. Both end with the same four digits.
     using NumberKey = std::function<std::string(const std::string& number)>;
 
     /// Runs a piece of work that reads and then writes while no other process may write.
@@ -78,7 +79,22 @@ public:
     template <class Item>
     Item remove(const std::string& uniqueId);
 
+    /// Returns all call-backs, the newest first.
+    std::vector<StoredCallBack> callBacks();
+
+    /// Keeps each call-back as an entry of its own. Returns them with their ids.
+    std::vector<StoredCallBack> recordCallBacks(const std::vector<CallBackItem>& items);
+
+    /// Deletes a call-back. Throws JournalError if there is no such entry.
+    StoredCallBack removeCallBack(const std::string& uniqueId);
+
 private:
+    /// Sends ready-made entries in requests of up to 500 and returns the ids that the store acknowledged.
+    std::vector<std::string> send(const std::vector<std::string>& bodies, const std::string& schema);
+
+    /// Returns the reply to a read request; throws JournalError if it is a refusal.
+    std::string readReply(const std::string& schema);
+
     /// Writes the entries of `list` at the indices `changed` and gives new ones their ids.
     template <class Item>
     void write(std::deque<Item>& list, const std::vector<std::size_t>& changed);

@@ -1,6 +1,7 @@
 #ifndef CALLJOURNAL_PARTYINDEX_H
 #define CALLJOURNAL_PARTYINDEX_H
 
+#include <algorithm>
 #include <cctype>
 #include <deque>
 #include <functional>
@@ -63,16 +64,21 @@ private:
     }
 
     std::size_t findNumber(const std::string& number) const {
-        const auto places = byEnding_.find(ending(number));
-        const std::string key = numberKey_(number);
-        if (places != byEnding_.end() && !key.empty()) {
-            for (const Place& place : places->second) {
-                if (place.number == number || numberKey_(place.number) == key) {
-                    return place.index;
-                }
-            }
+        const auto found = byEnding_.find(ending(number));
+        if (found == byEnding_.end()) {
+            return none;
         }
-        return none;
+        const std::vector<Place>& places = found->second;
+        // Most calls signal a party's number as the last one did.
+        const auto same =
+            std::find_if(places.begin(), places.end(), [&](const Place& place) { return place.number == number; });
+        if (same != places.end()) {
+            return same->index;
+        }
+        const std::string key = numberKey_(number);
+        const auto equal = std::find_if(places.begin(), places.end(),
+                                        [&](const Place& place) { return numberKey_(place.number) == key; });
+        return equal == places.end() ? none : equal->index;
     }
 
     static std::string name(const Item& party) { return party.getSurname() + '\n' + party.getFirstname(); }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "CallBackItem.h"
 #include "CallLogEntryEvent.h"
 #include "Contact.h"
 #include "NumberType.h"
@@ -49,6 +50,18 @@ inline constexpr Word transferTypeWords[] = {
     {2, text::TRAN_GROUP_NUM},
 };
 
+inline constexpr Word callBackTypeWords[] = {
+    {CallBackItem::NOTYPE, text::CALLBACKTYPENOTYPE},
+    {CallBackItem::NOREPLY, text::CALLBACKTYPENOREPLY},
+    {CallBackItem::BUSY, text::CALLBACKTYPEBUSY},
+};
+
+inline constexpr Word callBackStateWords[] = {
+    {CallBackItem::NOSTATE, text::CALLBACKSTATENOSTATE},
+    {CallBackItem::ACTIVE, text::CALLBACKSTATEACTIVE},
+    {CallBackItem::SUSPENDED, text::CALLBACKSTATESUSPENDED},
+};
+
 // The phonebook's own words, which the call log's vocabulary does not hold.
 inline constexpr Word contactSourceWords[] = {
     {0, std::string_view()}, {3, "CSV"}, {4, "WSI"}, {7, "LDAP"}, {8, "LOCAL"},
@@ -79,6 +92,12 @@ constexpr Words wordsFor(NumberType::NT) {
 }
 constexpr Words wordsFor(TransferNumber::TransferNumberType) {
     return wordsOf(transferTypeWords);
+}
+constexpr Words wordsFor(CallBackItem::CallBackType) {
+    return wordsOf(callBackTypeWords);
+}
+constexpr Words wordsFor(CallBackItem::CallBackState) {
+    return wordsOf(callBackStateWords);
 }
 constexpr Words wordsFor(Contact::eOrderedContactSource) {
     return wordsOf(contactSourceWords);

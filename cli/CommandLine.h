@@ -1,0 +1,13 @@
+#ifndef CALLJOURNAL_COMMANDLINE_H
+#define CALLJOURNAL_COMMANDLINE_H
+
+#include <iosfwd>
+
+namespace calljournal {
+
+/// Does what the arguments say and returns the exit status (see ExitCode.h). Data goes to `out`, diagnostics to `err`.
+int runCommand(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err);
+
+}  // namespace calljournal
+
+#endif

@@ -1,0 +1,109 @@
+#include "DemoCommand.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <ostream>
+#include <stdexcept>
+#include <system_error>
+#include <unistd.h>
+
+namespace calljournal {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A folder that goes when the tour ends.
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        std::string pattern = (fs::temp_directory_path() / "calljournal-demo-XXXXXX").string();
+        if (::mkdtemp(pattern.data()) == nullptr) {
+            throw std::system_error(errno, std::generic_category(), pattern);
+        }
+        path_ = pattern;
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        fs::remove_all(path_, ignored);
+    }
+
+    const fs::path& path() const { return path_; }
+
+private:
+    fs::path path_;
+};
+
+fs::path exampleFolder() {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    const fs::path installed = program.parent_path().parent_path() / "share" / "calljournal" / "examples";
+    for (const fs::path& folder : {installed, fs::path(CALLJOURNAL_EXAMPLES)}) {
+        if (fs::exists(folder / "calls.json", error)) {
+            return folder;
+        }
+    }
+    throw std::runtime_error("the example files are missing: neither " + installed.string() + " nor " +
+                             CALLJOURNAL_EXAMPLES + " holds calls.json");
+}
+
+struct Step {
+    std::string says;
+    std::vector<std::string> arguments;
+};
+
+std::vector<Step> tour(const std::string& examples) {
+    return {
+        {"A day's calls come in, from a file of one JSON object each.", {"record", "--from", examples + "/calls.json"}},
+        {"The missed calls, one entry a party, newest first. A dot marks entries nobody has seen yet.",
+         {"list", "missed", "--limit", "20"}},
+        {"One more call from a known party: its entry moves to the front, and observers are told.",
+         {"record", "missed", "--number", "+44 20 7946 0123", "--surname", "Smith & Co", "--time",
+          "2024-06-01 09:30:00", "--notify"}},
+        {"A caller who withheld the number is kept, and is nobody in particular.",
+         {"record", "missed", "--withheld", "--time", "2024-06-01 09:45:00"}},
+        {"Looking at an entry marks it as seen; observers get the new count.", {"viewed", "1", "--notify"}},
+        {"Entries can be deleted, with their conversation rows.", {"delete", "missed", "2", "--notify"}},
+        {"What is left, newest first.", {"list", "missed", "--limit", "6"}},
+        {"The whole journal across kinds.", {"list", "all", "--limit", "12"}},
+    };
+}
+
+/// An argument as it is typed into a shell.
+std::string quoted(const std::string& argument) {
+    const bool isPlain =
+        argument.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_./+") ==
+            std::string::npos &&
+        !argument.empty();
+    return isPlain ? argument : "'" + argument + "'";
+}
+
+}  // namespace
+
+int takeTour(bool showXml, const RunCommandLine& run, std::ostream& out) {
+    const std::string examples = exampleFolder().string();
+    const TemporaryFolder folder;
+    for (const Step& step : tour(examples)) {
+        out << "\n# " << step.says << "\n$ calljournal";
+        for (const std::string& argument : step.arguments) {
+            // Where the files are is of no interest to the reader.
+            const bool isExample = argument.compare(0, examples.size(), examples) == 0;
+            out << ' ' << (isExample ? "examples" + argument.substr(examples.size()) : quoted(argument));
+        }
+        out << '\n';
+        std::vector<std::string> arguments = {"--store", (folder.path() / "journal.db").string(), "--format", "table"};
+        if (showXml) {
+            arguments.emplace_back("--show-xml");
+        }
+        arguments.insert(arguments.end(), step.arguments.begin(), step.arguments.end());
+        const int status = run(arguments, out);
+        if (status != 0) {
+            return status;
+        }
+    }
+    return 0;
+}
+
+}  // namespace calljournal

@@ -1,0 +1,15 @@
+#ifndef CALLJOURNAL_EXITCODE_H
+#define CALLJOURNAL_EXITCODE_H
+
+namespace calljournal {
+
+/// How the command ends.
+enum ExitCode {
+    exitDone = 0,
+    exitRefused = 1,    ///< Refused input or a failed operation; the reason is on standard error.
+    exitWrongUsage = 2  ///< Arguments that make no sense; nothing was done.
+};
+
+}  // namespace calljournal
+
+#endif

@@ -1,0 +1,343 @@
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <thread>
+
+#include "RunCommand.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// The built command on a store of its own.
+class Command : public ::testing::Test {
+protected:
+    Finished run(std::vector<std::string> arguments, const std::string& input = std::string()) const {
+        arguments.insert(arguments.begin(), {COMMAND, "--store", store()});
+        return runProgram(arguments, input);
+    }
+
+    /// Runs a command that is expected to succeed and returns what it printed.
+    std::string done(const std::vector<std::string>& arguments, const std::string& input = std::string()) const {
+        const Finished finished = run(arguments, input);
+        EXPECT_EQ(finished.status, 0) << finished.err;
+        EXPECT_EQ(finished.err, "");
+        return finished.out;
+    }
+
+    std::vector<Json> listed(std::vector<std::string> arguments) const {
+        arguments.insert(arguments.begin(), {"--format", "json", "list"});
+        std::istringstream lines(done(arguments));
+        std::vector<Json> entries;
+        for (std::string line; std::getline(lines, line);) {
+            entries.push_back(Json::parse(line));
+        }
+        return entries;
+    }
+
+    std::string store() const { return folder_.file("journal.db"); }
+    const TemporaryFolder folder_;
+};
+
+std::vector<std::string> missed(const std::string& number, const std::string& time) {
+    return {"record", "missed", "--number", number, "--time", time};
+}
+
+TEST_F(Command, RecordsAMissedCallAndListsItAsATable) {
+    EXPECT_EQ(done({"record", "missed", "--number", "0301234", "--surname", "Smith & Co", "--firstname", "Ann",
+                    "--time", "2024-05-01 10:15:00", "--group-name", "Sales", "--group-number", "600"}),
+              "missed entry 1: Ann Smith & Co, 0301234, 1 call\n");
+    EXPECT_EQ(done({"--format", "table", "list", "missed"}),
+              "   Id  Time                 Name            Number   Calls  Note\n"
+              "●   1  2024-05-01 10:15:00  Ann Smith & Co  0301234      1  group Sales (600)\n");
+}
+
+TEST_F(Command, ListsTheWholeEntryAsJson) {
+    done({"record", "missed", "--number", "0301234", "--surname", "Smith & Co", "--time", "2024-05-01 10:15:00"});
+    EXPECT_EQ(
+        done({"--format", "json", "list", "missed"}),
+        R"({"UniqueId":"1","Surname":"Smith & Co","Viewed":false,"LogList":[{"Number":"0301234","NumberType":"NO_ICON",)"
+        R"("ConnectedNumberType":"NO_ICON","TimeDate":"2024-05-01 10:15:00","CompletedElsewhere":false,)"
+        R"("TargetLog":"IN_NO_ANSWER","NumberPresentation":"ALLOWED","NamePresentation":"ALLOWED",)"
+        R"("DeflectNumberPresentation":"NOT_AVAILABLE","DeflectNumberType":"NO_ICON",)"
+        R"("DeflectNamePresentation":"NOT_AVAILABLE","TimeFormat":"FORM_24"}],"Kind":"missed"})"
+        "\n");
+}
+
+TEST_F(Command, ListsTheWholeEntryAsXml) {
+    done({"record", "missed", "--number", "0301234", "--surname", "Smith & Co", "--time", "2024-05-01 10:15:00"});
+    EXPECT_EQ(
+        done({"--format", "xml", "list", "missed"}),
+        "<Entry><UniqueId>1</UniqueId><Surname>Smith &amp; Co</Surname><Viewed>False</Viewed><LogList><Item>"
+        "<Number>0301234</Number><NumberType>NO_ICON</NumberType><ConnectedNumberType>NO_ICON</ConnectedNumberType>"
+        "<TimeDate>2024-05-01 10:15:00</TimeDate><CompletedElsewhere>False</CompletedElsewhere>"
+        "<TargetLog>IN_NO_ANSWER</TargetLog><NumberPresentation>ALLOWED</NumberPresentation>"
+        "<NamePresentation>ALLOWED</NamePresentation>"
+        "<DeflectNumberPresentation>NOT_AVAILABLE</DeflectNumberPresentation>"
+        "<DeflectNumberType>NO_ICON</DeflectNumberType>"
+        "<DeflectNamePresentation>NOT_AVAILABLE</DeflectNamePresentation><TimeFormat>FORM_24</TimeFormat>"
+        "</Item></LogList></Entry>\n");
+}
+
+TEST_F(Command, PutsASecondCallOfAPartyInFrontOfItsEntryAndMarksItUnseen) {
+    done(missed("0301", "2024-05-01 10:00:00"));
+    done(missed("0302", "2024-05-01 11:00:00"));
+    EXPECT_EQ(done({"viewed", "1"}), "seen: missed entry 1: 0301, 1 call\n");
+    EXPECT_EQ(done(missed("0301", "2024-05-01 12:00:00")), "missed entry 1: 0301, 2 calls\n");
+    const std::vector<Json> entries = listed({"missed"});
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_EQ(entries[0]["UniqueId"], "1");
+    EXPECT_EQ(entries[0]["Viewed"], false);
+    EXPECT_EQ(entries[0]["LogList"][0]["TimeDate"], "2024-05-01 12:00:00");
+    EXPECT_EQ(entries[0]["LogList"][1]["TimeDate"], "2024-05-01 10:00:00");
+}
+
+TEST_F(Command, KeepsTheTenNewestCallsOfAParty) {
+    for (int i = 0; i < 12; ++i) {
+        done(missed("0301", "2024-05-01 10:00:" + std::to_string(10 + i)));
+    }
+    const std::vector<Json> entries = listed({"missed"});
+    ASSERT_EQ(entries.size(), 1u);
+    ASSERT_EQ(entries[0]["LogList"].size(), 10u);
+    EXPECT_EQ(entries[0]["LogList"][0]["TimeDate"], "2024-05-01 10:00:21");
+    EXPECT_EQ(entries[0]["LogList"][9]["TimeDate"], "2024-05-01 10:00:12");
+}
+
+TEST_F(Command, KeepsEachCallWithAWithheldNumberByItself) {
+    done({"record", "missed", "--withheld", "--time", "2024-05-01 10:00:00"});
+    done({"record", "missed", "--withheld", "--time", "2024-05-01 11:00:00"});
+    EXPECT_EQ(done({"--format", "table", "list", "missed"}),
+              "   Id  Time                 Number      Calls\n"
+              "●   2  2024-05-01 11:00:00  (withheld)      1\n"
+              "●   1  2024-05-01 10:00:00  (withheld)      1\n");
+}
+
+TEST_F(Command, TellsObserversTheEntryAndTheNewCount) {
+    done(missed("0301", "2024-05-01 10:00:00"));
+    const std::string body =
+        "<Viewed>False</Viewed><LogList><Item><Number>0302</Number><NumberType>NO_ICON</NumberType>"
+        "<ConnectedNumberType>NO_ICON</ConnectedNumberType><TimeDate>2024-05-01 11:00:00</TimeDate>"
+        "<CompletedElsewhere>False</CompletedElsewhere><TargetLog>IN_NO_ANSWER</TargetLog>"
+        "<NumberPresentation>ALLOWED</NumberPresentation><NamePresentation>NOT_AVAILABLE</NamePresentation>"
+        "<DeflectNumberPresentation>NOT_AVAILABLE</DeflectNumberPresentation>"
+        "<DeflectNumberType>NO_ICON</DeflectNumberType>"
+        "<DeflectNamePresentation>NOT_AVAILABLE</DeflectNamePresentation><TimeFormat>FORM_24</TimeFormat>"
+        "</Item></LogList>";
+    const std::string header = "<?xml version=\"1.0\" encoding=\"utf-8\"?>";
+    EXPECT_EQ(done({"record", "missed", "--number", "0302", "--time", "2024-05-01 11:00:00", "--notify"}),
+              header + "<Method>missedCallsUpdate</Method><UniqueId>2</UniqueId>" + body +
+                  "<ActionType>0</ActionType>\n" + header +
+                  "<Method>missedCallsCountUpdate</Method><Value>2</Value>\n"
+                  "missed entry 2: 0302, 1 call\n");
+    const std::string deleted = done({"delete", "missed", "2", "--notify"});
+    EXPECT_EQ(deleted, header + "<Method>missedCallsUpdate</Method><UniqueId>2</UniqueId>" + body +
+                           "<UniqueIdToDelete>2</UniqueIdToDelete><ActionType>3</ActionType>\n" + header +
+                           "<Method>missedCallsCountUpdate</Method><Value>1</Value>\n"
+                           "deleted: missed entry 2: 0302, 1 call\n");
+}
+
+TEST_F(Command, ShowsEachRequestAndReplyWhenAsked) {
+    const Finished finished = run({"--show-xml", "record", "missed", "--number", "1", "--time", "2024-05-01 10:00:00"});
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_NE(finished.err.find("> <?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLogMissedCalls\">"
+                                "<ReasonForMessage>read_request</ReasonForMessage></Schema>\n"),
+              std::string::npos);
+    EXPECT_NE(finished.err.find("<ReasonForMessage>write_request</ReasonForMessage><Entry><Viewed>False</Viewed>"),
+              std::string::npos);
+    EXPECT_NE(finished.err.find("<Result>ok</Result><UniqueId>1</UniqueId></Schema>"), std::string::npos);
+}
+
+TEST_F(Command, BringsEveryTextBackAsItWasGiven) {
+    const std::string hostile = "<Item>&amp;lt;</Item>'\"& ä %n </Entry> &amp;amp;";
+    for (const char* kind : {"missed", "dialled", "received", "forwarded"}) {
+        Json call = {{"Kind", kind}, {"Number", hostile}, {"TimeDate", "2024-05-01 10:00:00"}};
+        for (const char* field : {"Surname", "Firstname", "Picture", "ConnectedNumber", "ConnectedSurname"}) {
+            call[field] = hostile + field;
+        }
+        done({"record", "--from", "-"}, call.dump() + "\n");
+        const std::vector<Json> entries = listed({kind});
+        ASSERT_EQ(entries.size(), 1u) << kind;
+        EXPECT_EQ(entries[0]["Surname"], hostile + "Surname") << kind;
+        EXPECT_EQ(entries[0]["Firstname"], hostile + "Firstname") << kind;
+        EXPECT_EQ(entries[0]["PictureClip"], hostile + "Picture") << kind;
+        EXPECT_EQ(entries[0]["LogList"][0]["Number"], hostile) << kind;
+        EXPECT_EQ(entries[0]["LogList"][0]["ConnectedNumber"], hostile + "ConnectedNumber") << kind;
+        EXPECT_EQ(entries[0]["LogList"][0]["ConnectedSurname"], hostile + "ConnectedSurname") << kind;
+    }
+}
+
+TEST_F(Command, RecordsAFileOfCallsAsLinesOrAsAnArray) {
+    const std::string lines =
+        "{\"Kind\":\"missed\",\"Number\":\"1\",\"TimeDate\":\"2024-05-01 10:00:00\"}\n\n"
+        "{\"Kind\":\"dialled\",\"Number\":\"2\",\"TimeDate\":\"2024-05-01 10:00:00\"}\n";
+    EXPECT_EQ(done({"record", "--from", folder_.write("calls", lines)}),
+              "missed entry 1: 1, 1 call\ndialled entry 2: 2, 1 call\n");
+    EXPECT_EQ(done({"record", "missed", "--from", "-"}, R"([{"Number":"1"},{"Number":"3"},{"Withheld":true}])"),
+              "3 missed calls recorded in 3 entries\n");
+    EXPECT_EQ(listed({"all"}).size(), 4u);
+}
+
+TEST_F(Command, WritesNothingOfAFileWithOneBadCall) {
+    const Finished finished =
+        run({"record", "--from", "-"}, "{\"Kind\":\"missed\",\"Number\":\"1\"}\n{\"Kind\":\"lost\"}\n");
+    EXPECT_EQ(finished.status, 2);
+    EXPECT_EQ(finished.err,
+              "calljournal: line 2: \"lost\" is not one of missed, dialled, received, forwarded, callback\n");
+    EXPECT_EQ(listed({"all"}).size(), 0u);
+}
+
+TEST_F(Command, RefusesACallThatMakesNoSenseAndNamesWhatIsAccepted) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* sentence;
+    } cases[] = {
+        {{"record", "missed"}, "a call has either a number or is withheld"},
+        {{"record", "missed", "--number", "1", "--withheld"}, "a call has either a number or is withheld"},
+        {{"record", "lost", "--number", "1"}, "\"lost\" is not one of missed, dialled, received, forwarded, callback"},
+        {{"record", "--number", "1"}, "say which kind of call: missed, dialled, received, forwarded, callback"},
+        {{"record", "missed", "--number", "1", "--number-type", "FAX"},
+         "NumberType: \"FAX\" is not one of NO_ICON, PRIVATE, BUSINESS1, BUSINESS2, MOBILE"},
+        {{"record", "missed", "--number", "1", "--time", "yesterday"},
+         "TimeDate: \"yesterday\" is not a time of the form YYYY-MM-DD HH:MM:SS"},
+        {{"record", "missed", "--number", "1", "--duration", "1"}, "Duration: a missed call has no such element"},
+        {{"list", "missed", "--since", "yesterday"}, "is not a time of the form"},
+        {{"list", "lost"}, "\"lost\" is not one of missed, dialled, received, forwarded, callback, all"},
+        {{"list"}, "kind is required"},
+        {{"--format", "csv", "list", "missed"}, "csv not in"},
+        {{}, "A subcommand is required"},
+    };
+    for (const auto& one : cases) {
+        const Finished finished = run(one.arguments);
+        EXPECT_EQ(finished.status, 2) << one.sentence;
+        EXPECT_NE(finished.err.find(one.sentence), std::string::npos) << finished.err;
+        EXPECT_EQ(finished.out, "");
+    }
+    EXPECT_FALSE(std::filesystem::exists(store()));
+}
+
+TEST_F(Command, SaysThatAnEntryIsNotThere) {
+    const Finished finished = run({"viewed", "7"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(finished.err, "calljournal: there is no missed entry with the id \"7\"\n");
+}
+
+TEST_F(Command, NamesTheStoreThatCannotBeOpened) {
+    const std::string text = folder_.write("text", std::string(5000, 'x'));
+    const Finished finished = runProgram({COMMAND, "--store", text, "list", "missed"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_NE(finished.err.find(text), std::string::npos) << finished.err;
+    EXPECT_EQ(readFile(text), std::string(5000, 'x'));
+}
+
+TEST_F(Command, FiltersAListInEveryFormat) {
+    done({"record", "--from", "-"},
+         R"([{"Kind":"missed","Number":"1","Surname":"Müller","TimeDate":"2024-05-01 10:00:00"},)"
+         R"({"Kind":"missed","Number":"2","Surname":"Smith","TimeDate":"2024-05-02 10:00:00"},)"
+         R"({"Kind":"missed","Number":"3","Surname":"Smithers","TimeDate":"2024-05-03 10:00:00"}])");
+    const auto numbers = [&](const std::vector<std::string>& arguments) {
+        std::string text;
+        for (const Json& entry : listed(arguments)) {
+            text += entry["LogList"][0]["Number"].get<std::string>();
+        }
+        return text;
+    };
+    EXPECT_EQ(numbers({"missed"}), "321");
+    EXPECT_EQ(numbers({"missed", "--since", "2024-05-02 10:00:00"}), "32");
+    EXPECT_EQ(numbers({"missed", "--until", "2024-05-02"}), "21");
+    EXPECT_EQ(numbers({"missed", "--name", "smith"}), "32");
+    EXPECT_EQ(numbers({"missed", "--number", "1"}), "1");
+    EXPECT_EQ(numbers({"all", "--limit", "2"}), "32");
+}
+
+TEST_F(Command, EncodesAndDecodesAnEntry) {
+    const std::string body =
+        done({"encode", "missed"}, R"({"UniqueId":"1:2","Surname":"A<B","LogList":[{"Number":"1"}]})");
+    EXPECT_EQ(body.substr(0, 85),
+              "<UniqueId>12</UniqueId><Surname>A&lt;B</Surname><Viewed>False</Viewed><LogList><Item>");
+    const Json entry = Json::parse(done({"decode", "missed"}, body));
+    EXPECT_EQ(entry["UniqueId"], "12");
+    EXPECT_EQ(entry["Surname"], "A<B");
+    EXPECT_EQ(entry["LogList"][0]["Number"], "1");
+}
+
+TEST_F(Command, DecodesWhatItCanOfADamagedEntryAndNamesThePlace) {
+    const Finished finished = run({"decode", "missed"}, "<Surname>Smith</Surname><LogList><Item><Number>1</Number>");
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(Json::parse(finished.out)["Surname"], "Smith");
+    EXPECT_EQ(finished.err, "calljournal: standard input: line 1, column 34: <Item> is never closed\n");
+}
+
+TEST_F(Command, RefusesToEncodeWhatIsNoEntry) {
+    EXPECT_EQ(run({"encode", "missed"}, "{").status, 2);
+    EXPECT_EQ(run({"encode", "missed"}, R"({"Viewed":1})").err, "calljournal: Viewed: 1 is neither true nor false\n");
+}
+
+TEST_F(Command, KeepsCallBacks) {
+    EXPECT_EQ(done({"record", "callback", "--number", "0301", "--surname", "Smith", "--time", "2024-05-01 10:00:00",
+                    "--call-back-type", "BUSY", "--call-back-state", "ACTIVE"}),
+              "callback entry 1: Smith, 0301, 1 call\n");
+    EXPECT_EQ(done({"--format", "table", "list", "callback"}),
+              "Id  Time                 Name   Number  Calls  Note\n"
+              " 1  2024-05-01 10:00:00  Smith  0301        1  BUSY, ACTIVE\n");
+    EXPECT_EQ(done({"--format", "json", "list", "all"}),
+              R"({"UniqueId":"1","Surname":"Smith","CallBackNumber":"0301","NumberType":"NO_ICON",)"
+              R"("TimeDate":"2024-05-01 10:00:00","CallBackType":"BUSY","CallBackState":"ACTIVE","Kind":"callback"})"
+              "\n");
+    EXPECT_EQ(
+        done({"--format", "xml", "list", "callback"}),
+        "<Entry><UniqueId>1</UniqueId><Surname>Smith</Surname><CallBackNumber>0301</CallBackNumber>"
+        "<NumberType>NO_ICON</NumberType><TimeDate>2024-05-01 10:00:00</TimeDate><CallBackType>BUSY</CallBackType>"
+        "<CallBackState>ACTIVE</CallBackState></Entry>\n");
+    EXPECT_EQ(run({"record", "callback", "--number", "1", "--call-back-type", "LATER"}).err,
+              "calljournal: CallBackType: \"LATER\" is not one of NOTYPE, NOREPLY, BUSY\n");
+    EXPECT_EQ(run({"record", "callback"}).err, "calljournal: a call-back needs a number\n");
+    EXPECT_EQ(done({"delete", "callback", "1"}), "deleted: callback entry 1: Smith, 0301, 1 call\n");
+    EXPECT_EQ(done({"--format", "table", "list", "callback"}), "no callback calls\n");
+}
+
+TEST_F(Command, ThePartyIsTheSameHoweverItsNumberIsSignalled) {
+    done({"--region", "GB", "record", "missed", "--number", "020 7946 0123"});
+    EXPECT_EQ(done({"--region", "GB", "record", "missed", "--number", "+44 20 7946 0123"}),
+              "missed entry 1: +44 20 7946 0123, 2 calls\n");
+    EXPECT_EQ(done({"--region", "DE", "record", "missed", "--number", "0044 20 7946 0123"}),
+              "missed entry 1: 0044 20 7946 0123, 3 calls\n");
+    EXPECT_EQ(listed({"missed", "--region", "GB", "--number", "(020) 79460123"}).size(), 1u);
+    EXPECT_EQ(run({"--region", "Germany", "list", "missed"}).status, 2);
+}
+
+TEST_F(Command, LosesNoCallOfOnePartyWhenTwoProcessesRecordAtOnce) {
+    const auto record = [&](int second) {
+        for (int i = 0; i < 5; ++i) {
+            done(missed("0301", "2024-05-01 10:0" + std::to_string(i) + ":" + std::to_string(second)));
+        }
+    };
+    std::thread first([&] { record(10); });
+    std::thread second([&] { record(20); });
+    first.join();
+    second.join();
+    const std::vector<Json> entries = listed({"missed"});
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_EQ(entries[0]["LogList"].size(), 10u);
+}
+
+TEST_F(Command, TellsItsVersionAndHelps) {
+    EXPECT_EQ(runProgram({COMMAND, "--version"}).out, "calljournal 1.0.0\n");
+    const Finished help = runProgram({COMMAND, "--help"});
+    EXPECT_EQ(help.status, 0);
+    for (const char* word : {"record", "list", "viewed", "delete", "encode", "decode", "demo", "--store", "--log"}) {
+        EXPECT_NE(help.out.find(word), std::string::npos) << word;
+    }
+}
+
+TEST_F(Command, TheTourShowsEachStep) {
+    const Finished tour = runProgram({COMMAND, "demo"});
+    EXPECT_EQ(tour.status, 0) << tour.err;
+    for (const char* step : {"64 missed calls recorded in", "$ calljournal list missed", "missedCallsUpdate",
+                             "<Method>missedCallsCountUpdate</Method>", "deleted: missed entry 2"}) {
+        EXPECT_NE(tour.out.find(step), std::string::npos) << step << tour.out;
+    }
+}
+
+}  // namespace

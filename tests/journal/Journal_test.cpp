@@ -1,0 +1,284 @@
+#include "Journal.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "CallListDatabaseAdapterHelper.h"
+#include "NumberMatcher.h"
+#include "RunCommand.h"
+#include "SqlDataAccessService.h"
+
+using namespace calljournal;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+namespace {
+
+using Helper = CallListDatabaseAdapterHelper;
+
+class RecordingObserver : public JournalServiceObserverIfc {
+public:
+    void notify(const std::string& message) override { messages.push_back(message); }
+    std::vector<std::string> messages;
+};
+
+/// A service that answers each request the same way.
+class FixedService : public DataAccessServiceIfc {
+public:
+    explicit FixedService(std::string reply) : reply_(std::move(reply)) {}
+    std::string processRequest(const std::string&) override { return reply_; }
+
+private:
+    std::string reply_;
+};
+
+/// The journal on a real store.
+class JournalOnAStore : public ::testing::Test {
+protected:
+    template <class Item>
+    static NewCall<Item> call(const std::string& number, const std::string& time, const std::string& surname = "") {
+        NewCall<Item> one;
+        one.party.setSurname(surname);
+        one.call.number = number;
+        one.call.timeDate = time;
+        return one;
+    }
+
+    static NewCall<MissedCallItem> missed(const std::string& number, const std::string& time,
+                                          const std::string& surname = "") {
+        return call<MissedCallItem>(number, time, surname);
+    }
+
+    /// The numbers of each entry's calls, newest first, one text an entry.
+    template <class Item>
+    std::vector<std::string> numbers() {
+        std::vector<std::string> all;
+        for (const Item& entry : journal_.entries<Item>()) {
+            all.emplace_back();
+            for (const auto& one : (entry.*detail::CallKind<Item>::calls)()) {
+                all.back() += (all.back().empty() ? "" : " ") + one.number;
+            }
+        }
+        return all;
+    }
+
+    const TemporaryFolder folder_;
+    SqlDataAccessService store_{folder_.file("journal.db")};
+    Journal journal_{store_};
+};
+
+TEST_F(JournalOnAStore, StartsEmpty) {
+    EXPECT_TRUE(journal_.entries<MissedCallItem>().empty());
+    EXPECT_TRUE(journal_.entries<DialledCallItem>().empty());
+    EXPECT_TRUE(journal_.callBacks().empty());
+}
+
+TEST_F(JournalOnAStore, GivesEachPartyOneEntryWithTheNewestCallInFront) {
+    journal_.record<MissedCallItem>({missed("1", "2024-05-01 10:00:00"), missed("2", "2024-05-01 11:00:00")});
+    const auto written = journal_.record<MissedCallItem>({missed("1", "2024-05-01 12:00:00")});
+    ASSERT_EQ(written.size(), 1u);
+    EXPECT_EQ(written[0].getUniqueId(), "1");
+    EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("1 1", "2"));
+}
+
+TEST_F(JournalOnAStore, MatchesNumbersByTheirKey) {
+    journal_.setNumberKey(NumberMatcher("GB"));
+    journal_.record<MissedCallItem>({missed("020 7946 0123", "1"), missed("+44 20 7946 0123", "2")});
+    journal_.record<MissedCallItem>({missed("00442079460123", "3"), missed("0123", "4"), missed("70123", "5")});
+    EXPECT_THAT(numbers<MissedCallItem>(),
+                ElementsAre("70123", "0123", "00442079460123 +44 20 7946 0123 020 7946 0123"));
+}
+
+TEST_F(JournalOnAStore, FindsTheEntryByAnyOfItsNumbers) {
+    journal_.record<MissedCallItem>({missed("1", "1"), missed("", "2", "Smith")});
+    journal_.record<MissedCallItem>({missed("", "3", "Smith")});
+    EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("", "1"));
+    EXPECT_EQ(journal_.entries<MissedCallItem>()[0].getMissedCallInfoList().size(), 2u);
+}
+
+TEST_F(JournalOnAStore, NeverMatchesAWithheldOrUnknownCaller) {
+    NewCall<MissedCallItem> withheld = missed("", "1", "Smith");
+    withheld.call.numberPresentation = CallLogEntryEvent::NOT_ALLOWED;
+    journal_.record<MissedCallItem>({withheld, withheld, missed("", "2"), missed("", "3")});
+    EXPECT_EQ(journal_.entries<MissedCallItem>().size(), 4u);
+}
+
+TEST_F(JournalOnAStore, TakesOverTheNameThatComesWithACall) {
+    journal_.record<MissedCallItem>({missed("1", "1")});
+    journal_.record<MissedCallItem>({missed("1", "2", "Smith")});
+    journal_.record<MissedCallItem>({missed("1", "3")});
+    EXPECT_EQ(journal_.entries<MissedCallItem>()[0].getSurname(), "Smith");
+}
+
+TEST_F(JournalOnAStore, KeepsTenCallsOfAParty) {
+    std::vector<NewCall<MissedCallItem>> calls;
+    for (int i = 0; i < 25; ++i) {
+        calls.push_back(missed("1", std::to_string(100 + i)));
+    }
+    journal_.record(calls);
+    const auto entries = journal_.entries<MissedCallItem>();
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_EQ(entries[0].getMissedCallInfoList().size(), 10u);
+    EXPECT_EQ(entries[0].getMissedCallInfoList().back().timeDate, "115");
+}
+
+TEST_F(JournalOnAStore, WritesABatchInRequestsOfFiveHundredEntries) {
+    std::vector<NewCall<MissedCallItem>> calls;
+    for (int i = 0; i < 1201; ++i) {
+        calls.push_back(missed(std::to_string(10000 + i), std::to_string(10000 + i)));
+    }
+    std::vector<std::size_t> entriesOfRequest;
+    journal_.setTrace([&](const std::string& request, const std::string&) {
+        std::size_t count = 0;
+        for (std::size_t at = request.find("<Entry>"); at != std::string::npos; at = request.find("<Entry>", at + 1)) {
+            ++count;
+        }
+        entriesOfRequest.push_back(count);
+    });
+    journal_.record(calls);
+    EXPECT_THAT(entriesOfRequest, ElementsAre(0, 500, 500, 201));
+    EXPECT_EQ(journal_.entries<MissedCallItem>().size(), 1201u);
+}
+
+TEST_F(JournalOnAStore, GroupsDialledCallsByTheNumberInInternationalForm) {
+    journal_.setNumberKey(NumberMatcher("DE"));
+    journal_.record<DialledCallItem>({call<DialledCallItem>("030 1234567", "1")});
+    EXPECT_EQ(journal_.entries<DialledCallItem>()[0].getJournalSeviceGroupBy(), "+49301234567");
+}
+
+TEST_F(JournalOnAStore, KeepsEachKindByItself) {
+    journal_.record<MissedCallItem>({missed("1", "1")});
+    journal_.record<DialledCallItem>({call<DialledCallItem>("2", "1")});
+    journal_.record<ReceivedCallItem>({call<ReceivedCallItem>("3", "1")});
+    journal_.record<ForwardedCallItem>({call<ForwardedCallItem>("4", "1"), call<ForwardedCallItem>("5", "2")});
+    EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("1"));
+    EXPECT_THAT(numbers<DialledCallItem>(), ElementsAre("2"));
+    EXPECT_THAT(numbers<ReceivedCallItem>(), ElementsAre("3"));
+    EXPECT_THAT(numbers<ForwardedCallItem>(), ElementsAre("5", "4"));
+}
+
+TEST_F(JournalOnAStore, BringsEveryTextBack) {
+    NewCall<MissedCallItem> one = missed("<b>&amp;", "2024-05-01 10:00:00", "Smith & <Co>");
+    one.party.setPictureClip("a<b&lt;.jpg");
+    one.party.setEntryId("</Entry>");
+    one.call.groupName = "</Item></LogList>";
+    one.call.deflectName = "&amp;lt;";
+    journal_.record<MissedCallItem>({one});
+    const MissedCallItem read = journal_.entries<MissedCallItem>().at(0);
+    EXPECT_EQ(read.getSurname(), "Smith & <Co>");
+    EXPECT_EQ(read.getPictureClip(), "a<b&lt;.jpg");
+    EXPECT_EQ(read.getEntryId(), "</Entry>");
+    EXPECT_TRUE(read.getMissedCallInfoList().front() == one.call);
+    EXPECT_EQ(read.getMissedCallInfoList().front().deflectName, "&amp;lt;");
+}
+
+TEST_F(JournalOnAStore, TellsObserversOfTheEntryAndOfTheNewCount) {
+    RecordingObserver observer;
+    journal_.addObserver(observer);
+    journal_.record<MissedCallItem>({missed("1", "1")});
+    ASSERT_EQ(observer.messages.size(), 2u);
+    EXPECT_EQ(observer.messages[0], Helper::obsReqMissedCallsUpdate(journal_.entries<MissedCallItem>()[0], "",
+                                                                    JournalServiceObserverIfc::ADDED));
+    EXPECT_EQ(observer.messages[1], Helper::obsReqMissedCallsCountUpdate(1));
+
+    observer.messages.clear();
+    journal_.record<MissedCallItem>({missed("1", "2")});
+    EXPECT_THAT(observer.messages[0], HasSubstr("<ActionType>1</ActionType>"));
+    observer.messages.clear();
+    journal_.markViewed("1");
+    EXPECT_THAT(observer.messages[0], HasSubstr("<Viewed>True</Viewed>"));
+    EXPECT_THAT(observer.messages[0], HasSubstr("<ActionType>2</ActionType>"));
+    EXPECT_EQ(observer.messages[1], Helper::obsReqMissedCallsCountUpdate(0));
+    observer.messages.clear();
+    journal_.remove<MissedCallItem>("1");
+    EXPECT_THAT(observer.messages[0], HasSubstr("<UniqueIdToDelete>1</UniqueIdToDelete><ActionType>3</ActionType>"));
+}
+
+TEST_F(JournalOnAStore, TellsOfOtherKindsWithoutACount) {
+    RecordingObserver observer;
+    journal_.addObserver(observer);
+    journal_.record<ReceivedCallItem>({call<ReceivedCallItem>("1", "1")});
+    ASSERT_EQ(observer.messages.size(), 1u);
+    EXPECT_THAT(observer.messages[0], HasSubstr("<Method>receivedCallsUpdate</Method>"));
+}
+
+TEST_F(JournalOnAStore, DeletesAnEntryAndItsConversationRows) {
+    journal_.record<MissedCallItem>({missed("1", "1"), missed("2", "2")});
+    std::vector<std::string> requests;
+    journal_.setTrace([&](const std::string& request, const std::string&) { requests.push_back(request); });
+    journal_.remove<MissedCallItem>("1");
+    const std::string header = "<?xml version=\"1.0\" encoding=\"utf-8\"?>";
+    ASSERT_EQ(requests.size(), 3u);
+    EXPECT_EQ(requests[1], header +
+                               "<Schema name=\"CallLogMissedCalls\"><ReasonForMessage>delete_request"
+                               "</ReasonForMessage><Entry><UniqueId>1</UniqueId></Entry></Schema>");
+    EXPECT_EQ(requests[2], header +
+                               "<Schema name=\"Conversations\"><ReasonForMessage>delete_request"
+                               "</ReasonForMessage><Entry><CallLogId>1</CallLogId></Entry></Schema>");
+    EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("2"));
+}
+
+TEST_F(JournalOnAStore, SaysThatAnEntryIsNotThere) {
+    EXPECT_THROW(journal_.markViewed("7"), JournalError);
+    EXPECT_THROW(journal_.remove<ForwardedCallItem>("7"), JournalError);
+    EXPECT_THROW(journal_.removeCallBack("7"), JournalError);
+}
+
+TEST_F(JournalOnAStore, KeepsCallBacksByThemselves) {
+    const CallBackItem item("7", "A<B", "Ann", "030&amp;", NumberType::MOBILE, "2024-05-01 10:15:00",
+                            CallBackItem::BUSY, CallBackItem::SUSPENDED, "d");
+    const CallBackItem newer("", "", "", "2", NumberType::NO_ICON, "2024-06-01 10:15:00", CallBackItem::NOTYPE,
+                             CallBackItem::NOSTATE, "");
+    const auto written = journal_.recordCallBacks({item, newer});
+    ASSERT_EQ(written.size(), 2u);
+    EXPECT_EQ(written[0].uniqueId, "1");
+    const auto stored = journal_.callBacks();
+    ASSERT_EQ(stored.size(), 2u);
+    EXPECT_EQ(stored[0].uniqueId, "2");
+    EXPECT_TRUE(stored[1].item == item);
+    EXPECT_TRUE(static_cast<const CallItem&>(stored[1].item) == item);
+    EXPECT_TRUE(journal_.removeCallBack("1").item == item);
+    EXPECT_EQ(journal_.callBacks().size(), 1u);
+}
+
+TEST(Journal, TellsNobodyOfWhatTheStoreRefused) {
+    FixedService refusing("<Schema name=\"CallLogMissedCalls\"><Result>failed</Result><Reason>full</Reason></Schema>");
+    Journal journal(refusing);
+    RecordingObserver observer;
+    journal.addObserver(observer);
+    NewCall<MissedCallItem> one;
+    one.call.number = "1";
+    try {
+        journal.record<MissedCallItem>({one});
+        FAIL() << "nothing was thrown";
+    } catch (const JournalError& error) {
+        EXPECT_STREQ(error.what(), "full");
+    }
+    EXPECT_TRUE(observer.messages.empty());
+}
+
+TEST(Journal, WantsAnIdForEveryEntry) {
+    class Forgetful : public DataAccessServiceIfc {
+    public:
+        std::string processRequest(const std::string& request) override {
+            const bool isRead = request.find("read_request") != std::string::npos;
+            return isRead ? "<Schema name=\"CallLogMissedCalls\"></Schema>"
+                          : "<Schema name=\"x\"><Result>ok</Result></Schema>";
+        }
+    } forgetful;
+    Journal journal(forgetful);
+    NewCall<MissedCallItem> one;
+    one.call.number = "1";
+    EXPECT_THROW(journal.record<MissedCallItem>({one}), JournalError);
+}
+
+TEST(Journal, LetsAnExceptionOfTheServicePass) {
+    class Throwing : public DataAccessServiceIfc {
+    public:
+        std::string processRequest(const std::string&) override { throw std::out_of_range("gone"); }
+    } throwing;
+    Journal journal(throwing);
+    EXPECT_THROW(journal.entries<MissedCallItem>(), std::out_of_range);
+}
+
+}  // namespace

@@ -1,0 +1,67 @@
+#include "NumberMatcher.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+using namespace calljournal;
+
+namespace {
+
+TEST(NumberMatcher, OnePartysNumberIsTheSameHoweverItWasSignalled) {
+    const NumberMatcher british("GB");
+    for (const char* number : {"+442079460123", "+44 20 7946 0123", "00442079460123", "0044 (0)20 7946 0123",
+                               "020 7946 0123", "(020) 7946-0123"}) {
+        EXPECT_EQ(british(number), "+442079460123") << number;
+    }
+}
+
+TEST(NumberMatcher, ANationalNumberIsReadAsOneOfTheRegion) {
+    EXPECT_EQ(NumberMatcher("DE")("030 1234567"), "+49301234567");
+    EXPECT_EQ(NumberMatcher("FR")("01 23 45 67 89"), "+33123456789");
+    EXPECT_NE(NumberMatcher("DE")("030 1234567"), NumberMatcher("GB")("030 1234567"));
+}
+
+TEST(NumberMatcher, AnInternalExtensionMatchesOnlyItself) {
+    const NumberMatcher german("DE");
+    EXPECT_EQ(german("4711"), "4711");
+    EXPECT_EQ(german("47-11"), "4711");
+    EXPECT_EQ(german("0"), "0");
+    EXPECT_NE(german("4711"), german("+49 30 1234711"));
+    EXPECT_NE(german("4711"), german("04711"));
+}
+
+TEST(NumberMatcher, ServiceCodesAndNamesStayThemselves) {
+    const NumberMatcher german("DE");
+    EXPECT_EQ(german("*21#"), "*21#");
+    EXPECT_EQ(german("anonymous"), "anonymous");
+    EXPECT_EQ(german(""), "");
+}
+
+TEST(NumberMatcher, WithoutARegionOnlyInternationalNumbersAreKnown) {
+    const NumberMatcher anywhere("ZZ");
+    EXPECT_EQ(anywhere("+44 20 7946 0123"), "+442079460123");
+    EXPECT_EQ(anywhere("020 7946 0123"), "02079460123");
+}
+
+TEST(Region, ComesFromTheLocale) {
+    ::unsetenv("LC_TELEPHONE");
+    ::setenv("LC_ALL", "de_AT.UTF-8", 1);
+    EXPECT_EQ(localeRegion(), "AT");
+    ::setenv("LC_ALL", "C.UTF-8", 1);
+    EXPECT_EQ(localeRegion(), "ZZ");
+    ::setenv("LC_ALL", "", 1);
+    ::setenv("LANG", "en_GB", 1);
+    EXPECT_EQ(localeRegion(), "GB");
+    ::unsetenv("LANG");
+    EXPECT_EQ(localeRegion(), "ZZ");
+    ::unsetenv("LC_ALL");
+}
+
+TEST(Region, IsKnownByItsCode) {
+    EXPECT_TRUE(isKnownRegion("DE"));
+    EXPECT_TRUE(isKnownRegion("ZZ"));
+    EXPECT_FALSE(isKnownRegion("de"));
+    EXPECT_FALSE(isKnownRegion("Germany"));
+}
+
+}  // namespace

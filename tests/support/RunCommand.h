@@ -1,0 +1,37 @@
+#ifndef RUNCOMMAND_H
+#define RUNCOMMAND_H
+
+#include <string>
+#include <vector>
+
+/// How a program ended and what it printed.
+struct Finished {
+    int status;  ///< Its exit status, or 128 and the signal that ended it.
+    std::string out;
+    std::string err;
+};
+
+/// Runs `arguments` (program first) with `input` on standard input, until it ends.
+Finished runProgram(const std::vector<std::string>& arguments, const std::string& input = std::string());
+
+/// A folder of its own that goes with the object.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder();
+
+    std::string file(const std::string& name) const { return path_ + '/' + name; }
+
+    /// Writes a file of that name and returns its path.
+    std::string write(const std::string& name, const std::string& content) const;
+
+private:
+    std::string path_;
+};
+
+/// The whole content of a file.
+std::string readFile(const std::string& path);
+
+#endif
