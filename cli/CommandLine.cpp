@@ -8,7 +8,6 @@
 #include <memory>
 #include <ostream>
 #include <set>
-#include <sstream>
 
 #include "CallBackJson.h"
 #include "CodecCommand.h"
@@ -108,10 +107,7 @@ std::vector<Json> callsToRecord(const RecordOptions& options, std::istream& in) 
         if (options.kind.empty()) {
             throw ValueError("say which kind of call: " + joined(recordableKinds()));
         }
-        Json call = options.call;
-        call["Kind"] = options.kind;
-        std::istringstream one(jsonText(Json::array({call}), false));
-        return readCallFile(one, options.kind);
+        return {checkedCall(options.call, options.kind)};
     }
     if (!options.call.empty()) {
         throw ValueError("--from takes each call from the file; give no call beside it");

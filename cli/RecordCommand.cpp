@@ -37,26 +37,10 @@ void tellWritten(const std::vector<Entry>& written, std::size_t calls, const std
     }
 }
 
-/// Checks that `json` is a call of a known kind, and writes the kind down.
-Json checkedCall(Json json, const std::string& kind, const std::string& place) {
+/// Checks a call of a file; a refusal says at which place.
+Json checkedCallAt(const std::string& place, Json json, const std::string& kind) {
     try {
-        if (!json.is_object()) {
-            throw ValueError("a call is a JSON object");
-        }
-        if (!json.contains(kindKey)) {
-            json[kindKey] = kind;
-        }
-        const std::string word = jsonString(json[kindKey], kindKey);
-        const std::vector<std::string> known = recordableKinds();
-        if (std::find(known.begin(), known.end(), word) == known.end()) {
-            throw ValueError("\"" + word + "\" is not one of " + joined(known));
-        }
-        const Json elements = withoutKind(json);
-        if (word == callBackKind) {
-            callBackFromJson(elements);
-        }
-        withKind(word, [&](auto type) { newCallFromJson<typename decltype(type)::Item>(elements); });
-        return json;
+        return checkedCall(std::move(json), kind);
     } catch (const ValueError& error) {
         throw ValueError(place + error.what());
     }
@@ -96,6 +80,26 @@ std::vector<std::string> recordableKinds() {
     return kinds;
 }
 
+Json checkedCall(Json json, const std::string& kind) {
+    if (!json.is_object()) {
+        throw ValueError("a call is a JSON object");
+    }
+    if (!json.contains(kindKey)) {
+        json[kindKey] = kind;
+    }
+    const std::string word = jsonString(json[kindKey], kindKey);
+    const std::vector<std::string> known = recordableKinds();
+    if (std::find(known.begin(), known.end(), word) == known.end()) {
+        throw ValueError("\"" + word + "\" is not one of " + joined(known));
+    }
+    const Json elements = withoutKind(json);
+    if (word == callBackKind) {
+        callBackFromJson(elements);
+    }
+    withKind(word, [&](auto type) { newCallFromJson<typename decltype(type)::Item>(elements); });
+    return json;
+}
+
 std::vector<Json> readCallFile(std::istream& in, const std::string& kind) {
     const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     std::vector<Json> calls;
@@ -104,7 +108,7 @@ std::vector<Json> readCallFile(std::istream& in, const std::string& kind) {
         try {
             for (Json& call : Json::parse(text)) {
                 const std::string place = "call " + std::to_string(calls.size() + 1) + ": ";
-                calls.push_back(checkedCall(std::move(call), kind, place));
+                calls.push_back(checkedCallAt(place, std::move(call), kind));
             }
         } catch (const Json::parse_error& error) {
             throw ValueError(error.what());
@@ -121,7 +125,7 @@ std::vector<Json> readCallFile(std::istream& in, const std::string& kind) {
             continue;
         }
         try {
-            calls.push_back(checkedCall(Json::parse(line), kind, place));
+            calls.push_back(checkedCallAt(place, Json::parse(line), kind));
         } catch (const Json::parse_error& error) {
             throw ValueError(place + error.what());
         }
