@@ -1,5 +1,6 @@
 #include "Terminal.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cstdlib>
 #include <cwchar>
@@ -53,6 +54,11 @@ bool isControl(char32_t c) {
     return c < 0x20 || (c >= 0x7f && c < 0xa0) || c == 0x2028 || c == 0x2029;
 }
 
+/// Whether `text` is printable ASCII, as most cells are: one byte a column, and nothing to escape.
+bool isPlain(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7f; });
+}
+
 /// The C library's table of widths, whatever locale the user has.
 std::size_t columnsOf(char32_t codePoint) {
     static const locale_t utf8 = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
@@ -83,6 +89,9 @@ std::size_t terminalWidth() {
 }
 
 std::string printable(std::string_view text) {
+    if (isPlain(text)) {
+        return std::string(text);
+    }
     std::string shown;
     shown.reserve(text.size());
     while (!text.empty()) {
@@ -106,6 +115,9 @@ std::string printable(std::string_view text) {
 }
 
 std::size_t displayWidth(std::string_view text) {
+    if (isPlain(text)) {
+        return text.size();
+    }
     std::size_t width = 0;
     while (!text.empty()) {
         const Character c = characterAt(text);

@@ -8,7 +8,8 @@
 
 namespace calljournal {
 
-/// Stands between the adapter and the data access service and keeps the last reply, which the adapter drops.
+/// Stands between the adapter and the data access service and keeps how the last reply starts: the adapter
+/// drops replies.
 class ReplyRecorder : public DataAccessServiceIfc {
 public:
     /// Called with each request and its reply.
@@ -19,19 +20,22 @@ public:
 
     std::string processRequest(const std::string& request) override {
         lastReply_.clear();
-        lastReply_ = service_.processRequest(request);
+        std::string reply = service_.processRequest(request);
         if (trace_) {
-            trace_(request, lastReply_);
+            trace_(request, reply);
         }
-        return lastReply_;
+        lastReply_.assign(reply, 0, keptLength);
+        return reply;
     }
 
-    /// The last reply; empty after an exception of the service.
+    /// The start of the last reply, which says how it went; empty after an exception of the service.
     const std::string& lastReply() const { return lastReply_; }
 
     void setTrace(Trace trace) { trace_ = std::move(trace); }
 
 private:
+    static constexpr std::size_t keptLength = 4096;  // a list may be hundreds of megabytes long
+
     DataAccessServiceIfc& service_;
     std::string lastReply_;
     Trace trace_;

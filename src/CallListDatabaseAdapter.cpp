@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "CallListDatabaseAdapterHelper.h"
 #include "detail/Log.h"
@@ -18,6 +20,38 @@ constexpr char source[] = "CallListDatabaseAdapter";
 const std::string& sortKey(const MissedCallItem& item) {
     const auto& calls = item.getMissedCallInfoList();
     return calls.empty() ? item.getEntryId() : calls.front().timeDate;
+}
+
+/// Sorts as isMissedCallOrdered says. Items are large and their keys far apart in memory, so the keys are sorted by
+/// themselves and each item is moved once, to its place.
+void sortNewestFirst(std::deque<MissedCallItem>& list) {
+    struct Keyed {
+        std::string_view key;
+        std::size_t index;
+    };
+    std::vector<Keyed> order;
+    order.reserve(list.size());
+    for (const MissedCallItem& item : list) {
+        order.push_back({sortKey(item), order.size()});
+    }
+    std::sort(order.begin(), order.end(),
+              [](const Keyed& first, const Keyed& second) { return first.key > second.key; });
+    for (std::size_t start = 0; start < order.size(); ++start) {
+        if (order[start].index == start) {
+            continue;
+        }
+        // Lift one item and move the others of its cycle up until its own place is free.
+        MissedCallItem lifted = std::move(list[start]);
+        std::size_t hole = start;
+        while (order[hole].index != start) {
+            const std::size_t next = order[hole].index;
+            list[hole] = std::move(list[next]);
+            order[hole].index = hole;
+            hole = next;
+        }
+        list[hole] = std::move(lifted);
+        order[hole].index = hole;
+    }
 }
 
 void logCalls(const MissedCallItem& item) {
@@ -143,7 +177,7 @@ bool CallListDatabaseAdapter::populateMissedCallListFromXml(const std::string& r
 void CallListDatabaseAdapter::normalizeMissedCallList(std::deque<MissedCallItem>& list) {
     CALLJOURNAL_LOG(module, source, 6, "before sort normalizeMissedCallList: missedCallList.size():%d\n",
                     static_cast<int>(list.size()));
-    std::sort(list.begin(), list.end(), isMissedCallOrdered);
+    sortNewestFirst(list);
     CALLJOURNAL_LOG(module, source, 6, "after sort normalizeMissedCallList: missedCallList.size():%d\n",
                     static_cast<int>(list.size()));
 

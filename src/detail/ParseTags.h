@@ -80,11 +80,13 @@ static_assert(std::size(parseTags) == 55, "every number from 0 to 55 but 36 has 
 constexpr std::size_t parseTagSlotCount = 128;  // a power of two, more than twice the number of names
 constexpr unsigned char freeParseTagSlot = 255;
 
+/// Three letters and the length tell the names apart but for two pairs; looking at all of them would cost more.
 constexpr std::size_t parseTagSlot(std::string_view name) {
-    std::size_t sum = name.size();
-    for (const char letter : name) {
-        sum = sum * 31 + static_cast<unsigned char>(letter);
+    if (name.empty()) {
+        return 0;
     }
+    const auto letter = [&](std::size_t at) { return static_cast<std::size_t>(static_cast<unsigned char>(name[at])); };
+    const std::size_t sum = name.size() * 33 + letter(0) * 32 + letter(name.size() / 2) * 3 + letter(name.size() - 1);
     return sum % parseTagSlotCount;
 }
 
