@@ -41,7 +41,12 @@ int ImportContactsCSVParser::getCSVType() const {
 }
 
 void ImportContactsCSVParser::parseCSVTypeAndEraseFile(const std::string& fileName) {
-    parseCSVType(fileName);
+    try {
+        parseCSVType(fileName);
+    } catch (const std::exception&) {
+        // What failed was the log, while it was told of another failure.
+        csvType = CSV_FILE_ERROR;
+    }
     Storage::deleteFile_noEx(fileName);
 }
 
