@@ -24,10 +24,10 @@ public:
 
     /// `length` characters from those that matter.
     std::string noise(std::size_t length) {
-        static const std::string alphabet("\"\"\"\"\",,,,,;;;\r\r\n\n\nab 1&'<n\0\\\xC3\xBC\xFF", 35);
+        static const char alphabet[] = "\"\"\"\"\",,,,,;;;\r\r\n\n\nab 1&'<n\0\\\xC3\xBC\xFF";
         std::string text;
         while (text.size() < length) {
-            text += alphabet[below(alphabet.size())];
+            text += alphabet[below(sizeof alphabet - 1)];
         }
         return text;
     }
