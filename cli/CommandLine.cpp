@@ -14,6 +14,7 @@
 #include "DemoCommand.h"
 #include "EntryView.h"
 #include "ExitCode.h"
+#include "FollowCommand.h"
 #include "HostPlatform.h"
 #include "Kinds.h"
 #include "ListCommand.h"
@@ -150,6 +151,7 @@ void addList(CLI::App& app, Command& command) {
     list->add_option("--number", options->number, "a call of this number");
     list->add_option("--name", options->name, "a part of the name");
     list->add_option("--limit", options->limit, "at most so many entries");
+    list->add_flag("--follow", options->follow, "go on showing changes and their notifications until interrupted");
     list->callback([&command, options] {
         checkFilters(*options);
         command.action = [&command, options] {
@@ -157,7 +159,11 @@ void addList(CLI::App& app, Command& command) {
             if (command.globals.format.empty()) {
                 command.globals.format = isTerminal() ? "table" : "json";
             }
-            listEntries(*options, session, command.globals, command.out);
+            if (options->follow) {
+                followEntries(*options, session, command.globals, command.out);
+            } else {
+                listEntries(*options, session, command.globals, command.out);
+            }
             return exitDone;
         };
     });

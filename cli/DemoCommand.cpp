@@ -67,6 +67,18 @@ std::vector<Step> tour(const std::string& examples) {
         {"Looking at an entry marks it as seen; observers get the new count.", {"viewed", "1", "--notify"}},
         {"Entries can be deleted, with their conversation rows.", {"delete", "missed", "2", "--notify"}},
         {"What is left, newest first.", {"list", "missed", "--limit", "6"}},
+        {"The other kinds of calls have lists and notifications of their own.",
+         {"record", "dialled", "--number", "030 7654321", "--surname", "A<B Elektro", "--duration", "00:02:13",
+          "--time", "2024-06-01 10:00:00", "--notify", "--region", "DE"}},
+        {"The same party, signalled in another way, is the same entry.",
+         {"record", "received", "--number", "+49 221 998877", "--duration", "00:10:00", "--time", "2024-06-01 10:05:00",
+          "--notify", "--region", "DE"}},
+        {"A call that was passed on.",
+         {"record", "forwarded", "--number", "4711", "--connected-number", "4712", "--connected-surname", "Empfang",
+          "--transfer-type", "TRANSFER_DESTINATION_NUMBER", "--time", "2024-06-01 10:10:00", "--notify"}},
+        {"Somebody asks to be called back.",
+         {"record", "callback", "--number", "+353 1 234 5678", "--surname", "O'Brien", "--call-back-type", "BUSY",
+          "--call-back-state", "ACTIVE", "--time", "2024-06-01 10:20:00"}},
         {"The whole journal across kinds.", {"list", "all", "--limit", "12"}},
     };
 }

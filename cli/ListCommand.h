@@ -16,6 +16,7 @@ struct ListOptions {
     std::string number;     ///< A call of this number; empty for any.
     std::string name;       ///< A part of the name, in any case; empty for any.
     std::size_t limit = 0;  ///< At most so many; 0 for all.
+    bool follow = false;    ///< Go on with what changes.
 };
 
 /// Throws ValueError unless the times are times; a date alone stands for its first or last second.

@@ -27,6 +27,8 @@ public:
 
     Journal& journal() { return journal_; }
 
+    SqlDataAccessService& store() { return store_; }
+
     /// What numbers of one party have in common.
     const NumberMatcher& numberKey() const { return numberKey_; }
 

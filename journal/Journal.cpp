@@ -170,8 +170,7 @@ std::vector<Item> Journal::record(const std::vector<NewCall<Item>>& calls) {
     std::vector<Item> written;
     for (const std::size_t index : changed) {
         written.push_back(list[index]);
-        announce(list[index], std::string(),
-                 index < oldCount ? JournalServiceObserverIfc::CHANGED : JournalServiceObserverIfc::ADDED);
+        announce(list[index], index < oldCount ? JournalServiceObserverIfc::CHANGED : JournalServiceObserverIfc::ADDED);
     }
     announceUnviewed(list);
     return written;
@@ -186,7 +185,7 @@ MissedCallItem Journal::markViewed(const std::string& uniqueId) {
         list[index].setViewed(true);
         write(list, {index});
     });
-    announce(list[index], std::string(), JournalServiceObserverIfc::VIEWED);
+    announce(list[index], JournalServiceObserverIfc::VIEWED);
     announceUnviewed(list);
     return list[index];
 }
@@ -205,7 +204,7 @@ Item Journal::remove(const std::string& uniqueId) {
         checkWriteReply(recorder_.lastReply());
         list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
     });
-    announce(removed, uniqueId, JournalServiceObserverIfc::DELETED);
+    announce(removed, JournalServiceObserverIfc::DELETED);
     announceUnviewed(list);
     return removed;
 }
@@ -297,13 +296,18 @@ void Journal::write(std::deque<Item>& list, const std::vector<std::size_t>& chan
 }
 
 template <class Item>
-void Journal::announce(const Item& entry, const std::string& deletedId, JournalServiceObserverIfc::ActionType action) {
-    if (observers_.empty()) {
-        return;
-    }
+std::string notificationOf(const Item& entry, JournalServiceObserverIfc::ActionType action) {
     Item carried = entry;
     convertTexts(carried, carriedText);
-    notify(KindInterface<Item>::update(carried, deletedId, action));
+    const bool isDeleted = action == JournalServiceObserverIfc::DELETED;
+    return KindInterface<Item>::update(carried, isDeleted ? entry.getUniqueId() : std::string(), action);
+}
+
+template <class Item>
+void Journal::announce(const Item& entry, JournalServiceObserverIfc::ActionType action) {
+    if (!observers_.empty()) {
+        notify(notificationOf(entry, action));
+    }
 }
 
 void Journal::announceUnviewed(const std::deque<MissedCallItem>& list) {
@@ -326,7 +330,8 @@ unsigned unviewedCount(const std::deque<MissedCallItem>& entries) {
 #define CALLJOURNAL_JOURNAL(Kind)                                                                            \
     template std::deque<Kind##CallItem> Journal::entries<Kind##CallItem>();                                  \
     template std::vector<Kind##CallItem> Journal::record(const std::vector<NewCall<Kind##CallItem>>& calls); \
-    template Kind##CallItem Journal::remove<Kind##CallItem>(const std::string& uniqueId);
+    template Kind##CallItem Journal::remove<Kind##CallItem>(const std::string& uniqueId);                    \
+    template std::string notificationOf(const Kind##CallItem& entry, JournalServiceObserverIfc::ActionType action);
 
 CALLJOURNAL_JOURNAL(Missed)
 CALLJOURNAL_JOURNAL(Dialled)

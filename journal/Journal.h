@@ -99,7 +99,7 @@ private:
     template <class Item>
     void write(std::deque<Item>& list, const std::vector<std::size_t>& changed);
     template <class Item>
-    void announce(const Item& entry, const std::string& deletedId, JournalServiceObserverIfc::ActionType action);
+    void announce(const Item& entry, JournalServiceObserverIfc::ActionType action);
     void announceUnviewed(const std::deque<MissedCallItem>& list);
     template <class Item>
     void announceUnviewed(const std::deque<Item>&) {}  // only missed calls are counted
@@ -111,6 +111,11 @@ private:
     Exclusively exclusively_;
     std::vector<JournalServiceObserverIfc*> observers_;
 };
+
+/// Returns the notification that tells observers of a changed entry, its texts carried as the store carries them. A deleted
+/// entry's id is named.
+template <class Item>
+std::string notificationOf(const Item& entry, JournalServiceObserverIfc::ActionType action);
 
 /// How many entries the user has not seen.
 unsigned unviewedCount(const std::deque<MissedCallItem>& entries);

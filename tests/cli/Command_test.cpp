@@ -274,6 +274,31 @@ TEST_F(Command, RefusesToEncodeWhatIsNoEntry) {
     EXPECT_EQ(run({"encode", "missed"}, R"({"Viewed":1})").err, "calljournal: Viewed: 1 is neither true nor false\n");
 }
 
+TEST_F(Command, FollowsWhatAnotherProcessChanges) {
+    done(missed("0301", "2024-05-01 10:00:00"));
+    Finished followed;
+    std::thread following([&] {
+        followed = runProgram({"/usr/bin/timeout", "--preserve-status", "-s", "INT", "3", COMMAND, "--store", store(),
+                               "--format", "table", "list", "missed", "--follow"});
+    });
+    // Each change gets a look of its own: the follower looks five times a second.
+    const auto pause = [] { std::this_thread::sleep_for(std::chrono::milliseconds(600)); };
+    pause();
+    done(missed("0302", "2024-05-01 11:00:00"));
+    pause();
+    done({"viewed", "1"});
+    pause();
+    done({"delete", "missed", "2"});
+    following.join();
+    EXPECT_EQ(followed.status, 0);
+    for (const char* piece : {"●   1  2024-05-01 10:00:00", "added: missed entry 2: 0302, 1 call\n<?xml",
+                              "<ActionType>0</ActionType>\n", "seen: missed entry 1: 0301, 1 call\n",
+                              "<ActionType>2</ActionType>\n", "deleted: missed entry 2: 0302, 1 call\n",
+                              "<UniqueIdToDelete>2</UniqueIdToDelete><ActionType>3</ActionType>\n"}) {
+        EXPECT_NE(followed.out.find(piece), std::string::npos) << piece << followed.out;
+    }
+}
+
 TEST_F(Command, KeepsCallBacks) {
     EXPECT_EQ(done({"record", "callback", "--number", "0301", "--surname", "Smith", "--time", "2024-05-01 10:00:00",
                     "--call-back-type", "BUSY", "--call-back-state", "ACTIVE"}),
@@ -334,8 +359,11 @@ TEST_F(Command, TellsItsVersionAndHelps) {
 TEST_F(Command, TheTourShowsEachStep) {
     const Finished tour = runProgram({COMMAND, "demo"});
     EXPECT_EQ(tour.status, 0) << tour.err;
-    for (const char* step : {"64 missed calls recorded in", "$ calljournal list missed", "missedCallsUpdate",
-                             "<Method>missedCallsCountUpdate</Method>", "deleted: missed entry 2"}) {
+    for (const char* step :
+         {"64 missed calls recorded in", "$ calljournal list missed", "missedCallsUpdate",
+          "<Method>missedCallsCountUpdate</Method>", "<Method>dialledCallsUpdate</Method>",
+          "<Method>receivedCallsUpdate</Method>", "<Method>forwardedCallsUpdate</Method>",
+          "Anneliese Schäfer, +49 221 998877, 2 calls", "callback entry", "deleted: missed entry 2"}) {
         EXPECT_NE(tour.out.find(step), std::string::npos) << step << tour.out;
     }
 }
