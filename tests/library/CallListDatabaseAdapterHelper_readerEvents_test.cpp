@@ -368,6 +368,9 @@ TEST_F(ReaderTest, LeavesTheSchemaNameEmptyWithoutAttributes) {
     EXPECT_EQ(parser.schemaName, "");
     EXPECT_EQ(parser.currentTagName, "Schema");
     EXPECT_EQ(static_cast<int>(parser.currentTag), 56);
+
+    events.schema("CallLog").begin("Schema");
+    EXPECT_EQ(parser.schemaName, "");
 }
 
 TEST_F(ReaderTest, SetsTheCallLogTypeForTheMissedCallsSchemaOnly) {

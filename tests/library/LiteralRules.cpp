@@ -592,8 +592,8 @@ void ListReader::begin(const std::string& name, const std::vector<std::string>& 
     }
     tagName = name;
     tag = parseTag(name);
-    if (name == "Schema" && attributes.size() >= 2) {
-        schemaName = attributes[1];
+    if (name == "Schema") {
+        schemaName = attributes.size() >= 2 ? attributes[1] : std::string();
         if (schemaName == "CallLogMissedCalls") {
             callLogType = "Missed";
         }

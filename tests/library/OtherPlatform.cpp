@@ -1,0 +1,88 @@
+#include "OtherPlatform.h"
+
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+#include <utility>
+
+#include "ClientUtils.h"
+#include "PlatformLog.h"
+
+OtherPlatform& otherPlatform() {
+    static OtherPlatform platform;
+    return platform;
+}
+
+namespace ClientUtils {
+
+std::string escapeXMLString(const std::string& text) {
+    std::string result;
+    for (const char character : text) {
+        result += character == '~' ? "" : character == '&' ? "&and;" : std::string(1, character);
+    }
+    return result;
+}
+
+std::string unescapeXMLString(const std::string& text) {
+    static const std::pair<std::string, std::string> entities[] = {{"&and;", "&"},
+                                                                   {"&T;", "True"},
+                                                                   {"&I;", "<Item>"},
+                                                                   {"&/I;", "</Item>"},
+                                                                   {"&M;", "MOBILE"},
+                                                                   {"&1;", "&2;"},
+                                                                   {"&0;", std::string(1, '\0')}};
+    std::string result;
+    for (std::size_t place = 0; place < text.size();) {
+        std::string piece(1, text[place]);
+        std::size_t length = 1;
+        for (const auto& [entity, plain] : entities) {
+            if (text.compare(place, entity.size(), entity) == 0) {
+                piece = plain;
+                length = entity.size();
+            }
+        }
+        result += piece;
+        place += length;
+    }
+    return result;
+}
+
+std::string fixSpecialXMLCharactersToQuote(const std::string& text) {
+    otherPlatform().fixed.push_back(text);
+    return otherPlatform().fix(text);
+}
+
+}  // namespace ClientUtils
+
+XmlParser::XmlParser(void* object, TagBegin begin, TagEnd end, Data characters)
+    : userData(object), tagBegin(begin), tagEnd(end), data(characters) {
+    otherPlatform().events.push_back("parser made");
+}
+
+XmlParser::~XmlParser() {
+    otherPlatform().events.push_back("parser gone");
+}
+
+bool XmlParser::parseMessage(const char* text, int length) {
+    OtherPlatform& platform = otherPlatform();
+    platform.events.push_back("parse");
+    platform.parses.push_back({std::string(text, static_cast<std::size_t>(length)), length,
+                               std::string(text).size() >= static_cast<std::size_t>(length)});
+    if (platform.script) {
+        platform.script(userData, tagBegin, tagEnd, data);
+    }
+    return platform.parseResult;
+}
+
+bool loggingOnAppZel(const char*, int) {
+    return otherPlatform().logs;
+}
+
+void logAppZel(const char*, const char*, int, int, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    char text[1000];
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    otherPlatform().events.push_back(text);
+}
