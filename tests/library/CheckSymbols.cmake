@@ -1,0 +1,83 @@
+# Compares what the shared library offers and asks for with the lists beside this script.
+#   cmake -D LIBRARY=... -D NM=... -D POINTER_SIZE=... -P CheckSymbols.cmake
+cmake_minimum_required(VERSION 3.25)
+
+set(problems "")
+
+# Sets `result` to the lines of nm for these options, with readable names.
+function(symbols result)
+    execute_process(COMMAND ${NM} -D -C ${ARGN} ${LIBRARY} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
+    string(REPLACE "[abi:cxx11]" "" text "${text}")
+    string(REPLACE "> >" ">>" text "${text}")
+    string(REPLACE "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char>>" "std::string"
+           text "${text}")
+    string(REPLACE "\n" ";" lines "${text}")
+    set(${result} "${lines}" PARENT_SCOPE)
+endfunction()
+
+function(compare what list found)
+    file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/${list} expected)
+    set(missing ${expected})
+    list(REMOVE_ITEM missing ${found} "")
+    set(extra ${found})
+    list(REMOVE_ITEM extra ${expected} "")
+    foreach(name IN LISTS missing)
+        string(APPEND problems "missing from ${what}: ${name}\n")
+    endforeach()
+    foreach(name IN LISTS extra)
+        string(APPEND problems "not in ${list}: ${name}\n")
+    endforeach()
+    set(problems "${problems}" PARENT_SCOPE)
+endfunction()
+
+# Offered: all but the weak template and inline code of the standard library and Boost, which no visibility hides.
+# Thunks hold offsets of the machine. Names with a leading underscore are the compiler's.
+symbols(lines --defined-only)
+set(offered "")
+foreach(line IN LISTS lines)
+    if(line MATCHES "calljournal::")
+        string(APPEND problems "internal, but offered: ${line}\n")
+    endif()
+    if(line MATCHES "^[0-9a-f]+ [TDRBV] (.*)$")
+        set(name "${CMAKE_MATCH_1}")
+        string(REGEX REPLACE "[(].*" "" head "${name}")
+        if(NOT head MATCHES "^_|thunk to|(^| )(std|boost)::")
+            list(APPEND offered "${name}")
+        endif()
+    endif()
+endforeach()
+list(REMOVE_DUPLICATES offered)
+compare("what the library offers" exported-symbols.txt "${offered}")
+
+# Asked for: symbols with a version belong to the C and C++ runtime.
+symbols(lines --undefined-only)
+set(asked "")
+foreach(line IN LISTS lines)
+    if(line MATCHES "^ +[Uw] ([^_@][^@]*)$")
+        list(APPEND asked "${CMAKE_MATCH_1}")
+    endif()
+endforeach()
+compare("what the library asks of the platform" platform-symbols.txt "${asked}")
+
+# Virtual tables by their length in pointers: two in front of the slots of each part.
+symbols(lines --defined-only -S)
+file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/virtual-table-lengths.txt lengths)
+foreach(row IN LISTS lengths)
+    string(REGEX MATCH "^([0-9]+) (.*)$" matched "${row}")
+    math(EXPR expected "${CMAKE_MATCH_1} * ${POINTER_SIZE}")
+    set(class "${CMAKE_MATCH_2}")
+    set(size "none")
+    foreach(line IN LISTS lines)
+        if(line MATCHES "^[0-9a-f]+ ([0-9a-f]+) . vtable for ${class}$")
+            math(EXPR size "0x${CMAKE_MATCH_1}")
+        endif()
+    endforeach()
+    if(NOT size EQUAL expected)
+        string(APPEND problems "virtual table of ${class}: ${size} bytes, not ${expected}\n")
+    endif()
+endforeach()
+
+if(problems)
+    message(NOTICE "${problems}")
+    message(FATAL_ERROR "The symbols of ${LIBRARY} are not what they should be.")
+endif()
