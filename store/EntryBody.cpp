@@ -47,7 +47,7 @@ std::optional<BodyElement> firstElement(std::string_view body) {
 
 void appendWithPictureClip(std::string_view body, std::string& text) {
     std::optional<BodyElement> element = firstElement(body);
-    while (element && element->name != "Viewed" && element->name != "LogList") {
+    while (element && element->name != "Viewed") {
         if (element->name == "Picture") {
             text.append("<PictureClip>").append(element->text).append("</PictureClip>");
         } else {

@@ -19,8 +19,8 @@ struct BodyElement {
 /// of the body: it is the last element, and the texts of its calls are written raw, so any tag may stand in them.
 std::optional<BodyElement> firstElement(std::string_view body);
 
-/// Appends `body` to `text` with the names of the elements `Picture` that stand before `Viewed` and `LogList` changed to
-/// `PictureClip`. Nothing inside an element is touched.
+/// Appends `body` to `text` with the names of its elements `Picture`, as far as they stand before `Viewed`, changed to
+/// `PictureClip`. Nothing inside an element is touched, so nothing of the call list.
 void appendWithPictureClip(std::string_view body, std::string& text);
 
 }  // namespace calljournal

@@ -11,8 +11,8 @@
 namespace calljournal {
 
 /// The stored entries, with the statements on them prepared once. Every value is bound, never written into the SQL. Throws
-/// soci::soci_error; a table that threw must be thrown away, since SOCI does nothing, and says nothing, when a statement
-/// that failed is used again.
+/// soci::soci_error or std::bad_alloc; a table that threw must be thrown away, since a query that was left in its middle
+/// holds on to the state of the file that it began with.
 class EntryTable {
 public:
     /// Uses `session`, which must outlive the table.

@@ -91,7 +91,7 @@ auto SqlDataAccessService::Implementation::guarded(const Work& work) {
         table.reset();
         throw connection.error(failure);
     } catch (...) {
-        table.reset();  // a query of it may be half-way through
+        table.reset();
         throw;
     }
 }
@@ -142,9 +142,11 @@ std::string SqlDataAccessService::Implementation::write(const StoreRequest& requ
         entries().put(request.schema, id, entry.body);
         appendId(id, content);
     }
+    // The reply comes first: where memory runs out, nothing is committed.
+    std::string reply = makeReply(request.schema, content);
     transaction.commit();
     ++ownChanges;
-    return makeReply(request.schema, content);
+    return reply;
 }
 
 std::string SqlDataAccessService::Implementation::remove(const StoreRequest& request) {
@@ -152,9 +154,10 @@ std::string SqlDataAccessService::Implementation::remove(const StoreRequest& req
     for (const StoreEntry& entry : request.entries) {
         entries().remove(request.schema, entry.id);
     }
+    std::string reply = makeReply(request.schema, "<Result>ok</Result>");
     transaction.commit();
     ++ownChanges;
-    return makeReply(request.schema, "<Result>ok</Result>");
+    return reply;
 }
 
 SqlDataAccessService::SqlDataAccessService(const std::string& url, std::chrono::milliseconds patience)
@@ -165,11 +168,12 @@ SqlDataAccessService::SqlDataAccessService(const std::string& url, std::chrono::
 SqlDataAccessService::~SqlDataAccessService() = default;
 
 std::string SqlDataAccessService::processRequest(const std::string& request) {
-    const StoreRequest scanned = scanStoreRequest(request);
-    if (!scanned.problem.empty()) {
-        return failedReply(scanned.schema, scanned.problem);
-    }
+    StoreRequest scanned;
     try {
+        scanned = scanStoreRequest(request);
+        if (!scanned.problem.empty()) {
+            return failedReply(scanned.schema, scanned.problem);
+        }
         return implementation_->guarded([&] { return implementation_->carryOut(scanned); });
     } catch (const StoreError& failure) {
         return failedReply(scanned.schema, failure.what());

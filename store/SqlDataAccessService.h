@@ -42,7 +42,8 @@ public:
     /// A request is done whole or not at all, and is on disk when the reply says "ok". What a request must look like is
     /// in StoreRequest.h. An entry keeps its bytes; only its id is always put in front, and a missed call's `Picture` is
     /// served as `PictureClip`. An entry that comes without an id gets the next decimal number, from 1, that no entry of
-    /// any schema has had. Database errors are replies too.
+    /// any schema has had. Database errors are replies too. Throws std::bad_alloc if there
+    /// is not even the memory for that reply.
     std::string processRequest(const std::string& request) override;
 
     /// Runs `work`, whose requests to this service become one transaction: no other process writes in between, and all

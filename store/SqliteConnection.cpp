@@ -211,6 +211,10 @@ void SqliteConnection::switchToWriteAheadLog() {
     }
 }
 
+void SqliteConnection::takeBack(const char* statements) noexcept {
+    sqlite_api::sqlite3_exec(handleOf(*session_), statements, nullptr, nullptr, nullptr);
+}
+
 int SqliteConnection::dataVersion() {
     int version = 0;
     *session_ << "pragma data_version", soci::into(version);
@@ -240,7 +244,9 @@ StoreError SqliteConnection::error(const soci::soci_error& failure) const {
         case SQLITE_CORRUPT:
             return error("it is damaged; move it away, and save what the sqlite3 tool can still .recover from it");
         case SQLITE_READONLY:
-            return error("it cannot be written; make the file and its folder writable");
+            return error(
+                "it cannot be written; make writable the file, its folder and the files beside it that end in -wal and "
+                "-shm");
         case SQLITE_FULL:
             return error("the disk is full; free some space and try again");
         case SQLITE_IOERR:
@@ -259,18 +265,8 @@ WriteTransaction::WriteTransaction(SqliteConnection& connection, Scope scope) : 
 }
 
 WriteTransaction::~WriteTransaction() {
-    if (isDone_ || !connection_.isInTransaction()) {
-        return;
-    }
-    try {
-        if (scope_ == Scope::part) {
-            connection_.sql() << "rollback to savepoint part";
-            connection_.sql() << "release savepoint part";
-        } else {
-            connection_.sql() << "rollback";
-        }
-    } catch (const soci::soci_error&) {
-        // The database has taken everything back by itself already.
+    if (!isDone_) {
+        connection_.takeBack(scope_ == Scope::part ? "rollback to savepoint part; release savepoint part" : "rollback");
     }
 }
 

@@ -42,6 +42,10 @@ public:
     /// StoreError or soci::soci_error.
     void makeDurable();
 
+    /// Executes statements that roll back. Not through SOCI, which needs memory and throws. After some errors there is
+    /// nothing left to roll back; that is no failure.
+    void takeBack(const char* statements) noexcept;
+
     /// Returns a number that differs from the one before if another connection has changed the file in between.
     int dataVersion();
 

@@ -156,6 +156,13 @@ TEST_F(StoreRequests, NeverGivesTheIdOfADeletedEntryAgain) {
               envelope(dialled, "<Result>ok</Result><UniqueId>8</UniqueId>"));
 }
 
+TEST_F(StoreRequests, CountsOnAfterACallerChoseALowerId) {
+    ask(writeRequest(dialled, "<Entry><UniqueId>5</UniqueId></Entry>"));
+    ask(writeRequest(dialled, "<Entry><UniqueId>2</UniqueId></Entry>"));
+    EXPECT_EQ(ask(writeRequest(dialled, "<Entry><EntryId>x</EntryId></Entry>")),
+              envelope(dialled, "<Result>ok</Result><UniqueId>6</UniqueId>"));
+}
+
 TEST_F(StoreRequests, NeverGivesAnIdThatACallerChose) {
     EXPECT_EQ(ask(writeRequest(dialled,
                                "<Entry><EntryId>x</EntryId></Entry><Entry><UniqueId>1</UniqueId></Entry>"

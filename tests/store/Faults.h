@@ -1,0 +1,36 @@
+#ifndef FAULTS_H
+#define FAULTS_H
+
+#include <atomic>
+#include <cstddef>
+#include <limits>
+
+/// Faults of the disk under SQLite, and what was asked of it.
+struct Disk {
+    std::atomic<int> syncs{0};  ///< How often files were synchronised.
+    int syncError = 0;          ///< errno of every further synchronisation; 0: it works.
+    int writeError = 0;         ///< errno of writes; 0: they work.
+    int writesLeft = 0;         ///< How many still work before writeError.
+    int failedOperations = 0;
+};
+
+extern Disk disk;
+
+/// Puts the disk above under the SQLite of this process.
+void installFaultyDisk();
+
+/// Has everything work again; the syncs are still counted.
+void repairDisk();
+
+/// Faults of `new`.
+struct Memory {
+    static constexpr std::size_t any = std::numeric_limits<std::size_t>::max();
+
+    std::size_t longest = any;  ///< A longer piece cannot be had.
+    std::size_t left = any;     ///< How many pieces can be had before failures.
+    std::size_t failures = 0;   ///< How many cannot be had after those.
+};
+
+extern Memory memory;
+
+#endif
