@@ -1,0 +1,133 @@
+#include "ClientUtils.h"
+
+#include <climits>
+#include <cstddef>
+#include <string_view>
+
+namespace ClientUtils {
+
+namespace {
+
+constexpr const char* blanks = " \t\n\r\v\f";
+
+struct Entity {
+    char character;
+    std::string_view text;
+};
+
+/// XML 1.0, section 4.6.
+constexpr Entity entities[] = {
+    {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&apos;"},
+};
+
+/// Returns the entity that writes `c`, or null.
+const Entity* entityFor(char c) {
+    for (const Entity& entity : entities) {
+        if (entity.character == c) {
+            return &entity;
+        }
+    }
+    return nullptr;
+}
+
+/// Returns the entity that stands at the start of `text`, or null.
+const Entity* entityAtStart(std::string_view text) {
+    for (const Entity& entity : entities) {
+        if (text.substr(0, entity.text.size()) == entity.text) {
+            return &entity;
+        }
+    }
+    return nullptr;
+}
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool isForbiddenInXml(char c) {
+    return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
+}
+
+}  // namespace
+
+std::string escapeXMLString(const std::string& text) {
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (const char c : text) {
+        if (const Entity* const entity = entityFor(c)) {
+            escaped += entity->text;
+        } else {
+            escaped += c;
+        }
+    }
+    return escaped;
+}
+
+std::string unescapeXMLString(const std::string& text) {
+    std::string plain;
+    plain.reserve(text.size());
+    std::string_view rest = text;
+    for (std::size_t at; (at = rest.find('&')) != std::string_view::npos;) {
+        plain += rest.substr(0, at);
+        rest.remove_prefix(at);
+        const Entity* const entity = entityAtStart(rest);
+        plain += entity != nullptr ? entity->character : '&';
+        rest.remove_prefix(entity != nullptr ? entity->text.size() : 1);
+    }
+    plain += rest;
+    return plain;
+}
+
+std::string fixSpecialXMLCharactersToQuote(const std::string& text) {
+    std::string fixed = text;
+    for (char& c : fixed) {
+        if (isForbiddenInXml(c)) {
+            c = '\'';
+        }
+    }
+    return fixed;
+}
+
+std::string trim(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(blanks);
+    if (first == std::string::npos) {
+        return std::string();
+    }
+    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+}
+
+bool isAllDigits(const std::string& text) {
+    return text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+int stoi(const std::string& text) {
+    std::size_t at = text.find_first_not_of(blanks);
+    if (at == std::string::npos) {
+        return 0;
+    }
+    const bool isNegative = text[at] == '-';
+    if (isNegative || text[at] == '+') {
+        ++at;
+    }
+    // Counted downwards, since the range of int reaches one further there.
+    int value = 0;
+    for (; at < text.size() && isDigit(text[at]); ++at) {
+        const int digit = text[at] - '0';
+        if (value < (INT_MIN + digit) / 10) {
+            return isNegative ? INT_MIN : INT_MAX;
+        }
+        value = value * 10 - digit;
+    }
+    if (isNegative) {
+        return value;
+    }
+    return value == INT_MIN ? INT_MAX : -value;
+}
+
+void handleCRatEnd(std::string& line) {
+    if (!line.empty() && line.back() == '\r') {
+        line.pop_back();
+    }
+}
+
+}  // namespace ClientUtils
