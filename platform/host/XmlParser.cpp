@@ -1,0 +1,389 @@
+#include "XmlParser.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t none = std::string_view::npos;
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+constexpr bool isNameStart(int byte) {
+    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_' || byte == ':' || byte >= 0x80;
+}
+
+constexpr bool isNamePart(int byte) {
+    return isNameStart(byte) || (byte >= '0' && byte <= '9') || byte == '-' || byte == '.';
+}
+
+struct NameTable {
+    std::array<bool, 256> start{};
+    std::array<bool, 256> part{};
+};
+
+constexpr NameTable makeNameTable() {
+    NameTable table;
+    for (int byte = 0; byte < 256; ++byte) {
+        table.start[static_cast<std::size_t>(byte)] = isNameStart(byte);
+        table.part[static_cast<std::size_t>(byte)] = isNamePart(byte);
+    }
+    return table;
+}
+
+/// Names are most of a message's bytes, so telling their characters is one look.
+constexpr NameTable names = makeNameTable();
+
+bool startsName(char c) {
+    return names.start[static_cast<unsigned char>(c)];
+}
+
+bool continuesName(char c) {
+    return names.part[static_cast<unsigned char>(c)];
+}
+
+/// The zero-terminated copies that callbacks get of a tag's name and attributes. The memory is kept from tag to tag.
+class TagTexts {
+public:
+    void clear() {
+        text_.clear();
+        starts_.clear();
+    }
+
+    void add(std::string_view piece) {
+        starts_.push_back(text_.size());
+        text_ += piece;
+        text_ += '\0';
+    }
+
+    /// The first text that was added.
+    const char* name() const { return text_.c_str(); }
+
+    /// The texts after the first, and a null pointer.
+    const char** attributes() {
+        // Only now, since text_ may have moved while it grew.
+        pointers_.clear();
+        for (std::size_t i = 1; i < starts_.size(); ++i) {
+            pointers_.push_back(text_.data() + starts_[i]);
+        }
+        pointers_.push_back(nullptr);
+        return pointers_.data();
+    }
+
+private:
+    std::string text_;
+    std::vector<std::size_t> starts_;
+    std::vector<const char*> pointers_;
+};
+
+/// A mark that ends something. Where a search for it failed, any later one would: so it is not tried again, or a
+/// message of nothing but begins would take quadratic time.
+struct EndMark {
+    std::string_view text;
+    bool isMissing = false;
+};
+
+/// One walk over one message.
+///
+/// What is no markup is text. That holds for markup without an end, too, since a name is written raw into the stored
+/// format: a caller who calls himself `<!--` must not hide the calls of others. So after a failed try the walk goes
+/// on behind the `<`. Tries do not add up: a try gives up at a `<` that is not in a quoted value, so each that is
+/// under way there goes on in quotes or in apostrophes, while a new one starts outside of both. From any byte on,
+/// tries in different ones of these three states stay in different ones. So no byte is read by more than three.
+class Walk {
+public:
+    Walk(std::string_view message, void* userData, XmlParser::TagBegin tagBegin, XmlParser::TagEnd tagEnd,
+         XmlParser::Data data)
+        : message_(message), userData_(userData), tagBegin_(tagBegin), tagEnd_(tagEnd), data_(data) {}
+
+    /// Returns whether every element has its end at the right place and nothing is cut off.
+    bool run() {
+        std::size_t place = 0;
+        while ((place = message_.find('<', place)) != none) {
+            const std::size_t behind = takeMarkup(place);
+            if (behind == none) {
+                ++place;
+            } else {
+                place = textStart_ = behind;
+                // Whatever seemed cut off before is text, for something came after it.
+                endsInside_ = false;
+            }
+        }
+        // Text behind the last tag is not handed over: it is text between two tags only if a tag follows, and a piece
+        // of a number that was cut off is worse than none.
+        return isSound_ && !endsInside_ && openElements_.empty();
+    }
+
+private:
+    /// Takes the markup at `place`, which holds a `<`. Returns the place behind it, or `none` if it is none.
+    std::size_t takeMarkup(std::size_t place) {
+        const char next = at(place + 1);
+        if (startsName(next)) {
+            return takeBeginTag(place);
+        }
+        switch (next) {
+            case '/':
+                return takeEndTag(place);
+            case '?':
+                return takeInstruction(place);
+            case '!':
+                return takeDeclaration(place);
+            default:
+                return none;
+        }
+    }
+
+    std::size_t takeBeginTag(std::size_t place) {
+        tag_.clear();
+        const std::size_t nameEnd = takeName(place + 1);
+        std::size_t end = nameEnd;
+        for (;;) {
+            const std::size_t next = skipBlanks(end);
+            const char c = at(next);
+            if (c == '>') {
+                reportBegin(place, nameEnd);
+                return next + 1;
+            }
+            if (c == '/' && at(next + 1) == '>') {
+                reportBegin(place, nameEnd);
+                reportEnd(message_.substr(place + 1, nameEnd - place - 1));
+                return next + 2;
+            }
+            if (next == end || !startsName(c)) {
+                return none;
+            }
+            end = takeAttribute(next);
+            if (end == none) {
+                return none;
+            }
+        }
+    }
+
+    std::size_t takeEndTag(std::size_t place) {
+        const std::size_t nameStart = place + 2;
+        if (!startsName(at(nameStart))) {
+            return none;
+        }
+        tag_.clear();
+        const std::size_t nameEnd = takeName(nameStart);
+        const std::size_t end = skipBlanks(nameEnd);
+        if (at(end) != '>') {
+            return none;
+        }
+        reportText(place);
+        reportEnd(message_.substr(nameStart, nameEnd - nameStart));
+        return end + 1;
+    }
+
+    /// The XML declaration looks like a processing instruction, and goes the same way.
+    std::size_t takeInstruction(std::size_t place) {
+        return startsName(at(place + 2)) ? joinAcross(place, findBehind(place + 2, instructionEnd_)) : none;
+    }
+
+    std::size_t takeDeclaration(std::size_t place) {
+        if (stands(commentStart, place)) {
+            return joinAcross(place, findBehind(place + commentStart.size(), commentEnd_));
+        }
+        if (stands(cdataStart, place)) {
+            return takeCdata(place);
+        }
+        // Within an element it is what somebody wrote there.
+        if (openElements_.empty() && stands(doctypeStart, place)) {
+            return findBehindDoctype(place + doctypeStart.size());
+        }
+        return none;
+    }
+
+    std::size_t takeCdata(std::size_t place) {
+        const std::size_t start = place + cdataStart.size();
+        const std::size_t behind = findBehind(start, cdataEnd_);
+        if (behind != none) {
+            joinAcross(place, behind);
+            keep(start, behind - cdataEnd_.text.size());
+        }
+        return behind;
+    }
+
+    /// The texts before `place` and from `behind` on belong together.
+    std::size_t joinAcross(std::size_t place, std::size_t behind) {
+        if (behind != none) {
+            keep(textStart_, place);
+        }
+        return behind;
+    }
+
+    void keep(std::size_t start, std::size_t end) {
+        if (!openElements_.empty()) {
+            joined_ += message_.substr(start, end - start);
+        }
+    }
+
+    /// Hands over the text that ends at `end`, if it stands in an element.
+    void reportText(std::size_t end) {
+        std::string_view text = message_.substr(textStart_, end - textStart_);
+        if (!joined_.empty()) {
+            joined_ += text;
+            text = joined_;
+        }
+        if (!openElements_.empty() && !text.empty()) {
+            data_(userData_, text.data(), static_cast<int>(text.size()));
+        }
+        joined_.clear();
+    }
+
+    void reportBegin(std::size_t place, std::size_t nameEnd) {
+        reportText(place);
+        openElements_.push_back(message_.substr(place + 1, nameEnd - place - 1));
+        tagBegin_(userData_, tag_.name(), tag_.attributes());
+    }
+
+    /// An end tag that does not fit the innermost element closes nothing, so that a stray one in a raw name does not
+    /// put the rest of the message outside of its elements.
+    void reportEnd(std::string_view name) {
+        if (!openElements_.empty() && openElements_.back() == name) {
+            openElements_.pop_back();
+        } else {
+            isSound_ = false;
+        }
+        tagEnd_(userData_, tag_.name());
+    }
+
+    /// Takes over the name at `place` and returns the place behind it.
+    std::size_t takeName(std::size_t place) {
+        std::size_t end = place;
+        while (end < message_.size() && continuesName(message_[end])) {
+            ++end;
+        }
+        tag_.add(message_.substr(place, end - place));
+        return end;
+    }
+
+    /// Takes over the attribute at `place` and returns the place behind it, or `none` if it is none.
+    std::size_t takeAttribute(std::size_t place) {
+        const std::size_t equals = skipBlanks(takeName(place));
+        if (at(equals) != '=') {
+            return none;
+        }
+        const std::size_t open = skipBlanks(equals + 1);
+        const char quote = at(open);
+        if (quote != '"' && quote != '\'') {
+            return none;
+        }
+        const std::size_t close = message_.find(quote, open + 1);
+        if (close == none) {
+            endsInside_ = true;
+            return none;
+        }
+        tag_.add(message_.substr(open + 1, close - open - 1));
+        return close + 1;
+    }
+
+    /// Returns the place behind a document type declaration whose inside starts at `place`, or `none`. Brackets nest in
+    /// it; in a quoted text, a comment or an instruction they mean nothing, nor does a `>`.
+    std::size_t findBehindDoctype(std::size_t place) {
+        std::size_t depth = 0;
+        while (!doctypeEndIsMissing_ && place < message_.size()) {
+            const char c = message_[place];
+            if (c == '>' && depth == 0) {
+                return place + 1;
+            }
+            depth += c == '[' ? 1 : 0;
+            depth -= c == ']' && depth > 0 ? 1 : 0;
+            place = behindDoctypePiece(place);
+        }
+        doctypeEndIsMissing_ = true;
+        isSound_ = false;
+        return none;
+    }
+
+    /// Returns the place behind the quoted text, comment, instruction or else the one character at `place`.
+    std::size_t behindDoctypePiece(std::size_t place) {
+        const char c = message_[place];
+        if (c == '"' || c == '\'') {
+            const std::size_t close = message_.find(c, place + 1);
+            return close == none ? none : close + 1;
+        }
+        if (stands(commentStart, place)) {
+            return findBehind(place + commentStart.size(), commentEnd_);
+        }
+        return stands(instructionStart, place) ? findBehind(place + instructionStart.size(), instructionEnd_)
+                                               : place + 1;
+    }
+
+    /// Returns the place behind the next `end`, or `none` if the message ends before.
+    std::size_t findBehind(std::size_t place, EndMark& end) {
+        const std::size_t found = end.isMissing ? none : message_.find(end.text, place);
+        if (found == none) {
+            end.isMissing = true;
+            isSound_ = false;
+            return none;
+        }
+        return found + end.text.size();
+    }
+
+    std::size_t skipBlanks(std::size_t place) const {
+        while (place < message_.size() && isBlank(message_[place])) {
+            ++place;
+        }
+        return place;
+    }
+
+    /// Returns the byte at `place`. Behind the end, where markup would have gone on, it is a zero, which is part of
+    /// none.
+    char at(std::size_t place) {
+        if (place < message_.size()) {
+            return message_[place];
+        }
+        endsInside_ = true;
+        return '\0';
+    }
+
+    /// Tells whether `mark` stands at `place`.
+    bool stands(std::string_view mark, std::size_t place) {
+        const std::string_view found = message_.substr(place, mark.size());
+        if (found.size() < mark.size() && found == mark.substr(0, found.size())) {
+            endsInside_ = true;
+        }
+        return found == mark;
+    }
+
+    static constexpr std::string_view commentStart = "<!--";
+    static constexpr std::string_view cdataStart = "<![CDATA[";
+    static constexpr std::string_view doctypeStart = "<!DOCTYPE";
+    static constexpr std::string_view instructionStart = "<?";
+
+    const std::string_view message_;
+    void* const userData_;
+    const XmlParser::TagBegin tagBegin_;
+    const XmlParser::TagEnd tagEnd_;
+    const XmlParser::Data data_;
+
+    bool isSound_ = true;
+    bool endsInside_ = false;                     ///< The message ends in what may have become markup.
+    std::vector<std::string_view> openElements_;  ///< Their names. On the heap, so that no depth is too deep.
+    std::size_t textStart_ = 0;                   ///< Where the last piece of the current text starts.
+    std::string joined_;                          ///< The pieces of the current text before that.
+    TagTexts tag_;                                ///< The tag that is being read.
+
+    EndMark commentEnd_{"-->"};
+    EndMark instructionEnd_{"?>"};
+    EndMark cdataEnd_{"]]>"};
+    bool doctypeEndIsMissing_ = false;
+};
+
+}  // namespace
+
+XmlParser::XmlParser(void* aUserData, TagBegin aTagBegin, TagEnd aTagEnd, Data aData)
+    : userData(aUserData), tagBegin(aTagBegin), tagEnd(aTagEnd), data(aData) {}
+
+XmlParser::~XmlParser() = default;
+
+bool XmlParser::parseMessage(const char* text, int length) {
+    const std::string_view message = length > 0 ? std::string_view(text, static_cast<std::size_t>(length)) : "";
+    return Walk(message, userData, tagBegin, tagEnd, data).run();
+}
