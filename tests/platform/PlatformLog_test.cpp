@@ -1,0 +1,126 @@
+#include "PlatformLog.h"
+
+#include <cerrno>
+#include <climits>
+#include <cwchar>
+#include <gtest/gtest.h>
+#include <string>
+#include <unistd.h>
+
+#include "HostPlatform.h"
+
+namespace {
+
+/// Collects what goes to standard error, and leaves the log off.
+class HostLog : public testing::Test {
+protected:
+    void SetUp() override { testing::internal::CaptureStderr(); }
+
+    void TearDown() override {
+        calljournal::setLogLevel(0);
+        written();
+    }
+
+    std::string written() {
+        if (isCollected_) {
+            return std::string();
+        }
+        isCollected_ = true;
+        return testing::internal::GetCapturedStderr();
+    }
+
+private:
+    bool isCollected_ = false;
+};
+
+}  // namespace
+
+TEST_F(HostLog, IsOffUntilALevelIsSet) {
+    for (const int level : {INT_MIN, -1, 0, 1, 2, 6, INT_MAX}) {
+        EXPECT_FALSE(loggingOnAppZel("Journal Service", level)) << level;
+    }
+    logAppZel("Journal Service", "CallItem", 1, 10, "nobody asked");
+    EXPECT_EQ(written(), "");
+}
+
+TEST_F(HostLog, WantsTheLevelsUpToTheOneThatWasSet) {
+    calljournal::setLogLevel(5);
+    EXPECT_TRUE(loggingOnAppZel("CallListDatabaseAdapter", 2));
+    EXPECT_TRUE(loggingOnAppZel("ImportContactscSVParser", 5));
+    EXPECT_FALSE(loggingOnAppZel("CallListDatabaseAdapter", 6));
+
+    calljournal::setLogLevel(0);
+    EXPECT_FALSE(loggingOnAppZel("CallListDatabaseAdapter", 0));
+    calljournal::setLogLevel(-3);
+    EXPECT_FALSE(loggingOnAppZel("CallListDatabaseAdapter", -3));
+}
+
+TEST_F(HostLog, WritesOneLineForEachCall) {
+    calljournal::setLogLevel(6);
+    logAppZel("CallListDatabaseAdapter", "CallListDatabaseAdapter", 5, 42, "request '%s' of %d bytes", "<a/>", 4);
+    logAppZel("Journal Service", "CallItem", 4, 7, "brings its own line feed\n");
+    logAppZel("Journal Service", "CallItem", 4, 8, "%s", "");
+    EXPECT_EQ(written(),
+              "[5] CallListDatabaseAdapter CallListDatabaseAdapter:42 request '<a/>' of 4 bytes\n"
+              "[4] Journal Service CallItem:7 brings its own line feed\n"
+              "[4] Journal Service CallItem:8 \n");
+}
+
+TEST_F(HostLog, DropsALineAboveTheLevelEvenIfNobodyAsked) {
+    calljournal::setLogLevel(4);
+    logAppZel("Journal Service", "CallItem", 5, 7, "too fine");
+    EXPECT_EQ(written(), "");
+}
+
+TEST_F(HostLog, KeepsATextOnItsLine) {
+    calljournal::setLogLevel(6);
+    logAppZel("Journal Service", "CallItem", 4, 7, "%s", "Eve\n[4] forged\r\x1b[2J\x7f\tJos\xC3\xA9\n\n");
+    EXPECT_EQ(written(), "[4] Journal Service CallItem:7 Eve\\n[4] forged\\r\\x1b[2J\\x7f\tJos\xC3\xA9\\n\n");
+}
+
+TEST_F(HostLog, WritesAHugeTextWhole) {
+    calljournal::setLogLevel(6);
+    const std::string text(5000000, 'x');
+    logAppZel("M", "F", 5, 1, "'%s'", text.c_str());
+    EXPECT_TRUE(written() == "[5] M F:1 '" + text + "'\n");
+}
+
+TEST_F(HostLog, WritesTheFormatOfATextThatPrintfRefuses) {
+    calljournal::setLogLevel(6);
+    // No character of any locale.
+    logAppZel("M", "F", 5, 1, "name %lc", static_cast<std::wint_t>(0x7fffffff));
+    EXPECT_EQ(written(), "[5] M F:1 name %lc\n");
+}
+
+TEST_F(HostLog, LeavesTheErrorNumberAlone) {
+    calljournal::setLogLevel(6);
+    const int standardError = ::dup(STDERR_FILENO);
+    ::close(STDERR_FILENO);
+    errno = ENOENT;
+    logAppZel("M", "F", 5, 1, "nowhere to go");
+    const int afterwards = errno;
+    ::dup2(standardError, STDERR_FILENO);
+    ::close(standardError);
+    EXPECT_EQ(afterwards, ENOENT);
+}
+
+TEST_F(HostLog, TakesItsLevelFromAText) {
+    EXPECT_TRUE(calljournal::setLogLevelFromText("5"));
+    EXPECT_TRUE(loggingOnAppZel("M", 5));
+    EXPECT_FALSE(loggingOnAppZel("M", 6));
+    EXPECT_TRUE(calljournal::setLogLevelFromText("off"));
+    EXPECT_FALSE(loggingOnAppZel("M", 1));
+    EXPECT_TRUE(calljournal::setLogLevelFromText("2"));
+    EXPECT_TRUE(calljournal::setLogLevelFromText("0"));
+    EXPECT_FALSE(loggingOnAppZel("M", 1));
+}
+
+TEST_F(HostLog, KeepsItsLevelWhereATextIsNone) {
+    calljournal::setLogLevel(3);
+    for (const std::string text : {"", " ", "x", "5x", " 5", "5 ", "+5", "on", "OFF", "99999999999", "1.5"}) {
+        EXPECT_FALSE(calljournal::setLogLevelFromText(text)) << text;
+    }
+    EXPECT_FALSE(calljournal::setLogLevelFromText(std::string("5\0", 2)));
+    EXPECT_TRUE(loggingOnAppZel("M", 3));
+    EXPECT_FALSE(loggingOnAppZel("M", 4));
+}
