@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <fcntl.h>
 #include <filesystem>
 #include <soci/soci.h>
 #include <soci/sqlite3/soci-sqlite3.h>
@@ -85,30 +86,41 @@ std::string systemMessage(int systemError) {
     return std::generic_category().message(systemError);
 }
 
-/// Creates the folder and those above it, for the user alone: calls are private.
-void createFolder(const std::string& folder) {
-    if (folder.empty() || ::mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST) {
-        return;
+/// Has the names in `folder` survive a power cut, as far as its file system can do that.
+void synchroniseFolder(const std::string& folder) {
+    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        ::fsync(descriptor);
+        ::close(descriptor);
     }
-    const int systemError = errno;
-    const std::string parent = folderOf(folder);
-    if (systemError != ENOENT || parent == folder) {
-        throw std::system_error(systemError, std::generic_category());
+}
+
+/// Creates one folder, for the user alone, since calls are private. Returns errno; 0 also if it is there already.
+int makeFolder(const std::string& folder) {
+    if (::mkdir(folder.c_str(), S_IRWXU) != 0) {
+        return errno == EEXIST ? 0 : errno;
     }
-    createFolder(parent);
-    if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
-        throw std::system_error(errno, std::generic_category());
+    synchroniseFolder(folderOf(folder));
+    return 0;
+}
+
+/// Creates the folder and those above it. Returns errno.
+int makeFolders(const std::string& folder) {
+    const int result = makeFolder(folder);
+    if (result != ENOENT || folderOf(folder) == folder) {
+        return result;
     }
+    const int resultAbove = makeFolders(folderOf(folder));
+    return resultAbove != 0 ? resultAbove : makeFolder(folder);
 }
 
 }  // namespace
 
 SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds patience)
     : file_(std::move(file)), patience_(patience) {
-    try {
-        createFolder(folderOf(file_));
-    } catch (const std::system_error& failure) {
-        throw error("its folder cannot be created (" + systemMessage(failure.code().value()) + "); name another file");
+    const int folderError = makeFolders(folderOf(file_));
+    if (folderError != 0) {
+        throw error("its folder cannot be created (" + systemMessage(folderError) + "); name another file");
     }
     refuseWhatIsNoStore();
     try {

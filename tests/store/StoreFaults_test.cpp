@@ -55,6 +55,18 @@ TEST_F(StoreDisk, HasAnEntryBeforeTheReply) {
     EXPECT_EQ(disk.syncs, afterDelete);
 }
 
+TEST_F(StoreDisk, HasTheNamesOfNewFolders) {
+    const auto syncsToOpen = [&](const std::string& name) {
+        const int before = disk.syncs;
+        EXPECT_EQ(openingError(file(name)), "");
+        return disk.syncs - before;
+    };
+    const int inOldFolder = syncsToOpen("journal.db");
+    EXPECT_EQ(syncsToOpen("x/journal.db"), inOldFolder + 1);
+    EXPECT_EQ(syncsToOpen("y/z/journal.db"), inOldFolder + 2);
+    EXPECT_EQ(syncsToOpen("y/z/other.db"), inOldFolder);
+}
+
 TEST_F(StoreDisk, FailsTheRequestWhenItCannotSynchronise) {
     ask(writeRequest(dialled, anEntry));
     disk.syncError = EIO;
