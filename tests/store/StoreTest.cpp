@@ -43,6 +43,7 @@ StoreTest::StoreTest() {
 
 StoreTest::~StoreTest() {
     store_.reset();
+    std::filesystem::permissions(folder_, std::filesystem::perms::owner_all);  // a test may have made it read-only
     std::filesystem::remove_all(folder_);
 }
 
