@@ -72,6 +72,22 @@ constexpr TextAccess<Item> pictureClip() {
     return {&CallItemWithPicture::getPictureClip, &CallItemWithPicture::setPictureClip, Form::asItIs};
 }
 
+/// Returns the fields of `first` and behind them those of `rest`.
+template <class Field, std::size_t count>
+constexpr std::array<Field, count> joined(const std::array<Field, count>& only) {
+    return only;
+}
+
+template <class Field, std::size_t count, class... Rest>
+constexpr auto joined(const std::array<Field, count>& first, const Rest&... rest) {
+    const auto behind = joined(rest...);
+    std::array<Field, count + behind.size()> fields{};
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        fields[i] = i < count ? first[i] : behind[i - count];
+    }
+    return fields;
+}
+
 /// Returns `fields` with the places `first` and `second` exchanged.
 template <class Field, std::size_t count>
 constexpr std::array<Field, count> exchanged(std::array<Field, count> fields, std::size_t first, std::size_t second) {
@@ -80,6 +96,39 @@ constexpr std::array<Field, count> exchanged(std::array<Field, count> fields, st
     fields[second] = kept;
     return fields;
 }
+
+template <class Call, std::size_t count>
+using CallFields = std::array<CallField<Call>, count>;
+
+// Runs of fields that more than one kind of call has, in the order in which they are written.
+
+template <class Call>
+inline constexpr CallFields<Call, 7> numbersNamesAndTime = {{
+    {text::NUMBER, &Call::number},
+    {text::NUMBERTYPE, &Call::numberType},
+    {text::CONNECTEDNUMBER, &Call::connectedNumber},
+    {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
+    {text::CONNECTEDSURNAME, &Call::connectedSurname},
+    {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
+    {text::TIMEDATE, &Call::timeDate},
+}};
+
+template <class Call>
+inline constexpr CallFields<Call, 3> logAndPresentations = {{
+    {text::TARGETLOG, &Call::targetLog},
+    {text::NUMBERPRESENTATION, &Call::numberPresentation},
+    {text::NAMEPRESENTATION, &Call::namePresentation},
+}};
+
+template <class Call>
+inline constexpr CallFields<Call, 6> deflectionAndTimeFormat = {{
+    {text::DEFLECTNUMBERPRESENTATION, &Call::deflectNumberPresentation},
+    {text::DEFLECTNUMBER, &Call::deflectNumber},
+    {text::DEFLECTNUMBERTYPE, &Call::deflectNumberType},
+    {text::DEFLECTNAMEPRESENTATION, &Call::deflectNamePresentation},
+    {text::DEFLECTNAME, &Call::deflectName},
+    {text::TIMEFORMAT, &Call::timeFormat},
+}};
 
 /// What sets one kind of item apart from the others: its table in the data access service, its notification, the fields
 /// that follow the party, the list of calls, the fields of a call in the order in which they are written and read, and
@@ -101,27 +150,10 @@ struct CallKind<MissedCallItem> {
         {text::VIEWED, text::VIEWED,
          FlagAccess<MissedCallItem>{&MissedCallItem::getViewed, &MissedCallItem::setViewed}},
     }};
-    static constexpr std::array<CallField<Call>, 19> callFields = {{
-        {text::NUMBER, &Call::number},
-        {text::NUMBERTYPE, &Call::numberType},
-        {text::CONNECTEDNUMBER, &Call::connectedNumber},
-        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
-        {text::CONNECTEDSURNAME, &Call::connectedSurname},
-        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
-        {text::TIMEDATE, &Call::timeDate},
-        {text::COMPLETED_ELSEWHERE, &Call::completedElsewhere},
-        {text::TARGETLOG, &Call::targetLog},
-        {text::NUMBERPRESENTATION, &Call::numberPresentation},
-        {text::NAMEPRESENTATION, &Call::namePresentation},
-        {text::DEFLECTNUMBERPRESENTATION, &Call::deflectNumberPresentation},
-        {text::DEFLECTNUMBER, &Call::deflectNumber},
-        {text::DEFLECTNUMBERTYPE, &Call::deflectNumberType},
-        {text::DEFLECTNAMEPRESENTATION, &Call::deflectNamePresentation},
-        {text::DEFLECTNAME, &Call::deflectName},
-        {text::TIMEFORMAT, &Call::timeFormat},
-        {text::GROUPNAME, &Call::groupName},
-        {text::GROUPNUMBER, &Call::groupNumber},
-    }};
+    static constexpr auto callFields =
+        joined(numbersNamesAndTime<Call>, CallFields<Call, 1>{{{text::COMPLETED_ELSEWHERE, &Call::completedElsewhere}}},
+               logAndPresentations<Call>, deflectionAndTimeFormat<Call>,
+               CallFields<Call, 2>{{{text::GROUPNAME, &Call::groupName}, {text::GROUPNUMBER, &Call::groupNumber}}});
     static constexpr const auto& readFields = callFields;
     static constexpr bool unescapesFlags = true;
 };
@@ -140,24 +172,22 @@ struct CallKind<DialledCallItem> {
          TextAccess<DialledCallItem>{&DialledCallItem::getJournalSeviceGroupBy,
                                      &DialledCallItem::setJournalSeviceGroupBy, Form::asItIs}},
     }};
-    static constexpr std::array<CallField<Call>, 16> callFields = {{
-        {text::NUMBER, &Call::number},
-        {text::NUMBERTYPE, &Call::numberType},
-        {text::RESOLVEDNUMBER, &Call::resolvedNumber},
-        {text::CONNECTEDNUMBER, &Call::connectedNumber},
-        {text::CONNECTEDNUMBERPRIORITY, &Call::connectedNumberPriority},
-        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
-        {text::CONNECTEDSURNAME, &Call::connectedSurname},
-        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
-        {text::ISBLUETOOTHCALL, &Call::isBluetoothCall},
-        {text::TIMEDATE, &Call::timeDate},
-        {text::DURATION, &Call::duration},
-        {text::TARGETLOG, &Call::targetLog},
-        {text::NUMBERPRESENTATION, &Call::numberPresentation},
-        {text::NAMEPRESENTATION, &Call::namePresentation},
-        {text::TIMEFORMAT, &Call::timeFormat},
-        {text::TRANSFERTYPE, &Call::transferType},
-    }};
+    static constexpr auto callFields =
+        joined(CallFields<Call, 11>{{
+                   {text::NUMBER, &Call::number},
+                   {text::NUMBERTYPE, &Call::numberType},
+                   {text::RESOLVEDNUMBER, &Call::resolvedNumber},
+                   {text::CONNECTEDNUMBER, &Call::connectedNumber},
+                   {text::CONNECTEDNUMBERPRIORITY, &Call::connectedNumberPriority},
+                   {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
+                   {text::CONNECTEDSURNAME, &Call::connectedSurname},
+                   {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
+                   {text::ISBLUETOOTHCALL, &Call::isBluetoothCall},
+                   {text::TIMEDATE, &Call::timeDate},
+                   {text::DURATION, &Call::duration},
+               }},
+               logAndPresentations<Call>,
+               CallFields<Call, 2>{{{text::TIMEFORMAT, &Call::timeFormat}, {text::TRANSFERTYPE, &Call::transferType}}});
     // The priority is looked for before the number that it is written behind. Readers of damaged data notice: the search
     // then goes on from before the number.
     static constexpr auto readFields = exchanged(callFields, 3, 4);
@@ -175,26 +205,9 @@ struct CallKind<ReceivedCallItem> {
     static constexpr std::array<ItemField<ReceivedCallItem>, 1> itemFields = {{
         {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<ReceivedCallItem>()},
     }};
-    static constexpr std::array<CallField<Call>, 18> callFields = {{
-        {text::NUMBER, &Call::number},
-        {text::NUMBERTYPE, &Call::numberType},
-        {text::CONNECTEDNUMBER, &Call::connectedNumber},
-        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
-        {text::CONNECTEDSURNAME, &Call::connectedSurname},
-        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
-        {text::TIMEDATE, &Call::timeDate},
-        {text::DURATION, &Call::duration},
-        {text::TARGETLOG, &Call::targetLog},
-        {text::NUMBERPRESENTATION, &Call::numberPresentation},
-        {text::NAMEPRESENTATION, &Call::namePresentation},
-        {text::DEFLECTNUMBERPRESENTATION, &Call::deflectNumberPresentation},
-        {text::DEFLECTNUMBER, &Call::deflectNumber},
-        {text::DEFLECTNUMBERTYPE, &Call::deflectNumberType},
-        {text::DEFLECTNAMEPRESENTATION, &Call::deflectNamePresentation},
-        {text::DEFLECTNAME, &Call::deflectName},
-        {text::TIMEFORMAT, &Call::timeFormat},
-        {text::TRANSFERTYPE, &Call::transferType},
-    }};
+    static constexpr auto callFields = joined(
+        numbersNamesAndTime<Call>, CallFields<Call, 1>{{{text::DURATION, &Call::duration}}}, logAndPresentations<Call>,
+        deflectionAndTimeFormat<Call>, CallFields<Call, 1>{{{text::TRANSFERTYPE, &Call::transferType}}});
     static constexpr const auto& readFields = callFields;
     static constexpr bool unescapesFlags = false;
 };
@@ -210,17 +223,9 @@ struct CallKind<ForwardedCallItem> {
     static constexpr std::array<ItemField<ForwardedCallItem>, 1> itemFields = {{
         {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<ForwardedCallItem>()},
     }};
-    static constexpr std::array<CallField<Call>, 9> callFields = {{
-        {text::NUMBER, &Call::number},
-        {text::NUMBERTYPE, &Call::numberType},
-        {text::CONNECTEDNUMBER, &Call::connectedNumber},
-        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
-        {text::CONNECTEDSURNAME, &Call::connectedSurname},
-        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
-        {text::TIMEDATE, &Call::timeDate},
-        {text::DURATION, &Call::duration},
-        {text::TRANSFERTYPE, &Call::transferType},
-    }};
+    static constexpr auto callFields =
+        joined(numbersNamesAndTime<Call>,
+               CallFields<Call, 2>{{{text::DURATION, &Call::duration}, {text::TRANSFERTYPE, &Call::transferType}}});
     static constexpr const auto& readFields = callFields;
     static constexpr bool unescapesFlags = false;
 };
