@@ -166,13 +166,12 @@ private:
         return parts_.columns.size() <= parts_.headerCount;
     }
 
-    /// Commas that fall inside quotes, or are not the separator, add no columns; more of them would not either.
+    /// Each comma adds a column, or none does: inside quotes, or where it is not the separator. More would not help then.
     bool fillUp() {
         const std::size_t splitSize = parts_.line.size();
         const std::size_t count = parts_.columns.size();
         parts_.line.append(parts_.headerCount - count, ',');
         splitter_.splitOn(parts_.line, splitSize);
-        continuation_ = false;
         return parts_.columns.size() > count;
     }
 
