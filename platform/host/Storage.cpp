@@ -7,6 +7,7 @@
 #include <string>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 #include "HostPlatform.h"
 
@@ -73,8 +74,11 @@ std::uint32_t Storage::UserDiskSpace(const std::string& directory) {
 }
 
 std::uint32_t Storage::fileSize(std::string path) {
+    if (!isPath(path)) {
+        return 0;
+    }
     std::error_code error;
-    const std::uintmax_t size = isPath(path) ? std::filesystem::file_size(path, error) : 0;
+    const std::uintmax_t size = std::filesystem::file_size(std::move(path), error);
     return error ? 0 : saturated(size);
 }
 

@@ -381,7 +381,7 @@ private:
 XmlParser::XmlParser(void* aUserData, TagBegin aTagBegin, TagEnd aTagEnd, Data aData)
     : userData(aUserData), tagBegin(aTagBegin), tagEnd(aTagEnd), data(aData) {}
 
-XmlParser::~XmlParser() = default;
+XmlParser::~XmlParser() {}
 
 bool XmlParser::parseMessage(const char* text, int length) {
     const std::string_view message = length > 0 ? std::string_view(text, static_cast<std::size_t>(length)) : "";
