@@ -122,6 +122,18 @@ TEST(CallBackItem, DiffersByEachOfItsOwnMembers) {
     }
 }
 
+TEST(CallBackItem, ComparesTextsByteForByte) {
+    for (const auto setter : {&CallBackItem::setNumber, &CallBackItem::setTimeDate, &CallBackItem::setDeviceId}) {
+        CallBackItem item;
+        (item.*setter)("Text");
+        for (const std::string& other : {std::string("text"), std::string("Text "), std::string("Text\0", 5)}) {
+            CallBackItem changed;
+            (changed.*setter)(other);
+            EXPECT_FALSE(item == changed) << other;
+        }
+    }
+}
+
 TEST(CallBackItem, EqualsARequestOfAnotherName) {
     CallBackItem other = filledItem();
     other.setSurname("Jones");

@@ -243,6 +243,22 @@ TYPED_TEST(EntryOfKind, DiffersByEachOfItsMembers) {
     }
 }
 
+TYPED_TEST(EntryOfKind, ComparesTextsByteForByte) {
+    for (const auto& row : this->members) {
+        if (row.form != rules::Form::text) {
+            continue;
+        }
+        typename TypeParam::Item item;
+        row.set(item, "Name");
+        for (const std::string& other :
+             {std::string("name"), std::string("Name "), std::string("Nam"), std::string("Name\0", 5)}) {
+            typename TypeParam::Item changed;
+            row.set(changed, other);
+            EXPECT_FALSE(item == changed) << row.name << " " << other;
+        }
+    }
+}
+
 TYPED_TEST(EntryOfKind, DiffersByTheNumberOfItsCalls) {
     auto item = TypeParam::make("7", "", "", callsWithNumbers<TypeParam>(1, 2));
     auto longer = TypeParam::make("7", "", "", callsWithNumbers<TypeParam>(1, 3));

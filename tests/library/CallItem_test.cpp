@@ -77,6 +77,7 @@ TEST(CallItem, DiffersWhenAnyTextDiffers) {
     EXPECT_FALSE(item == CallItem("7", "smith", "Ann"));
     EXPECT_FALSE(item == CallItem("7", "Smith", "Ann "));
     EXPECT_FALSE(item == CallItem("Smith", "7", "Ann"));
+    EXPECT_FALSE(item == CallItem("7", std::string("Smith\0", 6), "Ann"));
 }
 
 TEST(CallItem, HasEmptyTextsOnceReset) {

@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "ClientUtils.h"
+#include "HardwareVersion.h"
 #include "PlatformLog.h"
+#include "Storage.h"
 
 OtherPlatform& otherPlatform() {
     static OtherPlatform platform;
@@ -52,7 +54,49 @@ std::string fixSpecialXMLCharactersToQuote(const std::string& text) {
     return otherPlatform().fix(text);
 }
 
+// What only the contacts importer asks for, which is not looked at here.
+
+std::string trim(const std::string& text) {
+    return text;
+}
+
+bool isAllDigits(const std::string&) {
+    return false;
+}
+
+int stoi(const std::string&) {
+    return 0;
+}
+
+void handleCRatEnd(std::string&) {}
+
 }  // namespace ClientUtils
+
+namespace Storage {
+
+std::uint32_t UserDiskSpace(const std::string&) {
+    return 0;
+}
+
+std::uint32_t fileSize(std::string) {
+    return 0;
+}
+
+void deleteFile_noEx(const std::string&) {}
+
+}  // namespace Storage
+
+namespace HardwareVersion {
+
+bool is_NQ() {
+    return false;
+}
+
+int getHWSubPlatformVariant() {
+    return 0;
+}
+
+}  // namespace HardwareVersion
 
 XmlParser::XmlParser(void* object, TagBegin begin, TagEnd end, Data characters)
     : userData(object), tagBegin(begin), tagEnd(end), data(characters) {
