@@ -48,7 +48,7 @@ constexpr auto makeFieldOfTag() {
         field = callFields.size();
     }
     for (std::size_t i = 0; i < callFields.size(); ++i) {
-        fields[detail::findParseTag(callFields[i].tag)] = i;
+        fields[static_cast<std::size_t>(detail::findParseTag(callFields[i].tag))] = i;
     }
     return fields;
 }
@@ -148,7 +148,7 @@ void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLData(void* u
         return;
     }
     const std::string_view value(text, static_cast<std::size_t>(length));
-    const std::size_t field = fieldOfTag[parser->currentTag];
+    const std::size_t field = fieldOfTag[static_cast<std::size_t>(parser->currentTag)];
     if (field == callFields.size()) {
         takeEntryText(*parser, value);
     } else {
