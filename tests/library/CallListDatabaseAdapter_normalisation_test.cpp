@@ -358,6 +358,25 @@ TEST_F(NormalisationTest, KeepsTheEntryAtHandAndThoseBehindItWhenTheServiceThrow
     }
 }
 
+TEST_F(NormalisationTest, HasTheListInItsStateOfTheWalkWheneverTheServiceIsAsked) {
+    for (const bool logs : {false, true}) {
+        if (logs) {
+            logEverything();
+        }
+        List list = {withoutCalls("1", "1"), withCall("2", "2"), withoutCalls("3", "3"), withoutCalls("4", "4")};
+        std::vector<Texts> states;
+        service.answer = [&list, &states](const std::string&) {
+            states.push_back(ids(list));
+            return std::string("ok");
+        };
+
+        adapter.normalizeMissedCallList(list);
+
+        EXPECT_EQ(states, (std::vector<Texts>{{"4", "3", "2", "1"}, {"3", "2", "1"}, {"2", "1"}})) << logs;
+        EXPECT_EQ(ids(list), Texts{"2"});
+    }
+}
+
 /// Switch questions while the log is off, for a list of which every second entry has no calls.
 unsigned questionsFor(std::size_t size) {
     fakePlatform().reset();
