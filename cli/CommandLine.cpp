@@ -16,6 +16,7 @@
 #include "ExitCode.h"
 #include "FollowCommand.h"
 #include "HostPlatform.h"
+#include "ImportCommand.h"
 #include "Kinds.h"
 #include "ListCommand.h"
 #include "NumberMatcher.h"
@@ -236,6 +237,40 @@ void addCodec(CLI::App& app, Command& command) {
     });
 }
 
+/// The format of the import itself, else the one of the command line, else what suits the output.
+std::string importFormat(const std::string& own, const std::string& global) {
+    if (!own.empty()) {
+        return own;
+    }
+    if (global == "xml") {
+        throw ValueError("an import has no such format: xml; it has table, json and vcard");
+    }
+    return !global.empty() ? global : isTerminal() ? "table" : "json";
+}
+
+void addImport(CLI::App& app, Command& command) {
+    CLI::App* import = app.add_subcommand("import", "Import contacts from CSV files, as the phone would");
+    auto options = std::make_shared<ImportOptions>();
+    import->add_option("files", options->files, "exported address books; they stay as they are")->required();
+    import->add_flag("--check", options->check, "tell what an import would do, and what would get lost");
+    import->add_flag("--consume", options->consume, "delete each file afterwards, as the phone does")
+        ->excludes("--check");
+    import->add_flag("--from-latin1", options->fromLatin1, "the files are ISO 8859-1, as old exports are");
+    import->add_option("--hardware", options->hardware, "the phone: standard, nq (1000 contacts) or tq2")
+        ->check(CLI::IsMember(std::set<std::string>{"standard", "nq", "tq2"}));
+    import->add_option("--existing", options->existing, "contacts that the phonebook holds already")
+        ->check(CLI::Range(0, 1000000));
+    import->add_option("--format", options->format, "table, json or vcard")
+        ->check(CLI::IsMember(std::set<std::string>{"table", "json", "vcard"}));
+    import->callback([&command, options] {
+        command.action = [&command, options] {
+            options->log = command.globals.log;
+            options->format = importFormat(options->format, command.globals.format);
+            return importFiles(*options, command.out, command.err);
+        };
+    });
+}
+
 void addDemo(CLI::App& app, Command& command) {
     app.add_subcommand("demo", "Take a tour on a temporary store")->callback([&command] {
         command.action = [&command] {
@@ -281,6 +316,7 @@ int runCommand(int argc, const char* const* argv, std::istream& in, std::ostream
     addViewed(app, command);
     addDelete(app, command);
     addCodec(app, command);
+    addImport(app, command);
     addDemo(app, command);
 
     try {

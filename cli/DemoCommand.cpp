@@ -1,40 +1,17 @@
 #include "DemoCommand.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <ostream>
 #include <stdexcept>
 #include <system_error>
-#include <unistd.h>
+
+#include "TemporaryFolder.h"
 
 namespace calljournal {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-/// A folder that goes when the tour ends.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string pattern = (fs::temp_directory_path() / "calljournal-demo-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            throw std::system_error(errno, std::generic_category(), pattern);
-        }
-        path_ = pattern;
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-
-    const fs::path& path() const { return path_; }
-
-private:
-    fs::path path_;
-};
 
 fs::path exampleFolder() {
     std::error_code error;
@@ -96,7 +73,7 @@ std::string quoted(const std::string& argument) {
 
 int takeTour(bool showXml, const RunCommandLine& run, std::ostream& out) {
     const std::string examples = exampleFolder().string();
-    const TemporaryFolder folder;
+    const TemporaryFolder folder("demo");
     for (const Step& step : tour(examples)) {
         out << "\n# " << step.says << "\n$ calljournal";
         for (const std::string& argument : step.arguments) {

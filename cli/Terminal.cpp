@@ -114,6 +114,17 @@ std::string printable(std::string_view text) {
     return shown;
 }
 
+std::string asUtf8(std::string_view text) {
+    std::string valid;
+    valid.reserve(text.size());
+    while (!text.empty()) {
+        const Character c = characterAt(text);
+        valid += c.isValid ? text.substr(0, c.length) : "\ufffd";
+        text.remove_prefix(c.length);
+    }
+    return valid;
+}
+
 std::size_t displayWidth(std::string_view text) {
     if (isPlain(text)) {
         return text.size();

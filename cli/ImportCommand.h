@@ -1,0 +1,28 @@
+#ifndef CALLJOURNAL_IMPORTCOMMAND_H
+#define CALLJOURNAL_IMPORTCOMMAND_H
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace calljournal {
+
+/// What `calljournal import` is asked to do.
+struct ImportOptions {
+    std::vector<std::string> files;
+    bool check = false;                 ///< Tell what an import would do; show no contacts.
+    bool consume = false;               ///< Delete each file that the importer was asked about, whatever the outcome.
+    bool fromLatin1 = false;            ///< The files are ISO 8859-1.
+    std::string hardware = "standard";  ///< "standard", "nq" or "tq2".
+    unsigned existing = 0;              ///< Contacts that the phonebook holds already.
+    std::string format;                 ///< "table", "json" or "vcard".
+    int log = 0;                        ///< The log level, which stays off while an import is looked at once more.
+};
+
+/// Imports each file from a private copy, shows its contacts and its outcome. The outcome goes to `err` where the contacts
+/// are data for another program, below them otherwise. Returns an ExitCode: exitRefused if any file was refused.
+int importFiles(const ImportOptions& options, std::ostream& out, std::ostream& err);
+
+}  // namespace calljournal
+
+#endif

@@ -1,0 +1,22 @@
+#include "TemporaryFolder.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+
+namespace calljournal {
+
+TemporaryFolder::TemporaryFolder(const std::string& purpose) {
+    std::string pattern = (std::filesystem::temp_directory_path() / ("calljournal-" + purpose + "-XXXXXX")).string();
+    if (::mkdtemp(pattern.data()) == nullptr) {
+        throw std::system_error(errno, std::generic_category(), pattern);
+    }
+    path_ = pattern;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+}
+
+}  // namespace calljournal

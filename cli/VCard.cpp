@@ -1,0 +1,151 @@
+#include "VCard.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <vector>
+
+#include "CSVType.h"
+#include "ContactFields.h"
+#include "Terminal.h"
+
+namespace calljournal {
+
+namespace {
+
+constexpr std::size_t longestLine = 75;
+constexpr std::string_view lineEnd = "\r\n";
+
+/// A value of type TEXT. Control characters have no place in it; a line end of any kind becomes "\n".
+std::string escaped(const std::string& text) {
+    const std::string valid = asUtf8(text);
+    std::string value;
+    for (std::size_t i = 0; i < valid.size(); ++i) {
+        const char c = valid[i];
+        const bool isLineEnd = c == '\n' || c == '\r';
+        if (isLineEnd) {
+            i += c == '\r' && i + 1 < valid.size() && valid[i + 1] == '\n' ? 1 : 0;
+            value += "\\n";
+        } else if (c == '\\' || c == ',' || c == ';') {
+            value += '\\';
+            value += c;
+        } else {
+            const auto byte = static_cast<unsigned char>(c);
+            value += (byte < 0x20 && c != '\t') || byte == 0x7f ? ' ' : c;
+        }
+    }
+    return value;
+}
+
+/// What a card is called: by the person, else by whatever identifies it.
+std::string formattedName(const Contact& contact) {
+    const std::string name = fullName(contact);
+    if (!name.empty()) {
+        return name;
+    }
+    for (const auto member : {&Contact::company1, &Contact::email1, &Contact::business1, &Contact::business2,
+                              &Contact::mobile1, &Contact::private1, &Contact::position, &Contact::address1}) {
+        if (!(contact.*member).empty()) {
+            return contact.*member;
+        }
+    }
+    return contact.address2;
+}
+
+struct Place {
+    std::string city;
+    std::string postalCode;
+    std::string country;
+};
+
+std::vector<std::string> splitAtColons(const std::string& text) {
+    std::vector<std::string> parts(1);
+    for (const char c : text) {
+        if (c == ':') {
+            parts.emplace_back();
+        } else {
+            parts.back() += c;
+        }
+    }
+    return parts;
+}
+
+/// The Outlook layout joins what there is of city, postal code and country by colons, and drops those in front. Other
+/// texts are nobody's business: they stand where a reader looks first.
+Place placeOf(const Contact& contact, int csvType) {
+    const std::vector<std::string> parts = splitAtColons(contact.address2);
+    if (parts.size() == 3) {
+        return {parts[0], parts[1], parts[2]};
+    }
+    if (csvType == CSV_OUTLOOK && parts.size() == 2) {
+        return {{}, parts[0], parts[1]};
+    }
+    if (csvType == CSV_OUTLOOK && parts.size() == 1) {
+        return {{}, {}, parts[0]};
+    }
+    return {contact.address2, {}, {}};
+}
+
+void addLine(std::string& card, const std::string& line) {
+    card += foldedLine(line);
+}
+
+void addText(std::string& card, const std::string& property, const std::string& text) {
+    if (!text.empty()) {
+        addLine(card, property + ':' + escaped(text));
+    }
+}
+
+void addNumbers(std::string& card, const Contact& contact) {
+    for (const ContactNumber& number : contactNumbers) {
+        const std::string preferred = number.dialCode == contact.defaultDial ? ";PREF=1" : "";
+        addText(card, "TEL;TYPE=" + std::string(number.vCardType) + preferred, contact.*number.member);
+    }
+}
+
+void addAddress(std::string& card, const Contact& contact, int csvType) {
+    if (contact.address1.empty() && contact.address2.empty()) {
+        return;
+    }
+    const Place place = placeOf(contact, csvType);
+    // Post office box, extension, street, city, region, postal code, country.
+    addLine(card, "ADR;TYPE=work:;;" + escaped(contact.address1) + ';' + escaped(place.city) + ";;" +
+                      escaped(place.postalCode) + ';' + escaped(place.country));
+}
+
+}  // namespace
+
+std::string foldedLine(std::string_view line) {
+    std::string folded;
+    std::size_t room = longestLine;
+    while (line.size() > room) {
+        std::size_t cut = room;
+        // A byte that goes on with a character stays with its lead byte.
+        while (cut > 1 && (static_cast<unsigned char>(line[cut]) & 0xc0u) == 0x80u) {
+            --cut;
+        }
+        folded.append(line.substr(0, cut)).append(lineEnd).append(" ");
+        line.remove_prefix(cut);
+        room = longestLine - 1;
+    }
+    return folded.append(line).append(lineEnd);
+}
+
+std::string toVCard(const Contact& contact, int csvType) {
+    std::string card;
+    addLine(card, "BEGIN:VCARD");
+    addLine(card, "VERSION:4.0");
+    addLine(card, "FN:" + escaped(formattedName(contact)));
+    if (!contact.lastName.empty() || !contact.firstName.empty()) {
+        addLine(card, "N:" + escaped(contact.lastName) + ';' + escaped(contact.firstName) + ";;;");
+    }
+    addText(card, "ORG", contact.company1);
+    addText(card, "TITLE", contact.position);
+    addNumbers(card, contact);
+    addText(card, "EMAIL", contact.email1);
+    addAddress(card, contact, csvType);
+    addLine(card, "END:VCARD");
+    return card;
+}
+
+}  // namespace calljournal
