@@ -25,7 +25,7 @@ using Call = MissedCallItem::MissedCallInfo;
 namespace {
 
 constexpr char module[] = "CallListDatabaseAdapterHelper";
-constexpr char source[] = "CallListDatabaseAdapterHelperReader";
+constexpr char source[] = "CallListDatabaseAdapterHelper";
 
 /// Entries are read from the call log's schemas, and before any schema is named.
 bool isReadSchema(std::string_view schema) {
@@ -148,7 +148,8 @@ void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLData(void* u
         return;
     }
     const std::string_view value(text, static_cast<std::size_t>(length));
-    const std::size_t field = fieldOfTag[static_cast<std::size_t>(parser->currentTag)];
+    const auto tag = static_cast<std::size_t>(parser->currentTag);
+    const std::size_t field = tag < fieldOfTag.size() ? fieldOfTag[tag] : callFields.size();
     if (field == callFields.size()) {
         takeEntryText(*parser, value);
     } else {

@@ -377,6 +377,46 @@ TEST_F(NormalisationTest, HasTheListInItsStateOfTheWalkWheneverTheServiceIsAsked
     }
 }
 
+/// The ids of a long list, newest first, of which every second entry has no calls, without the first `removed` of those.
+Texts longListWithout(std::size_t size, std::size_t removed) {
+    Texts left;
+    for (std::size_t number = size; number-- > 0;) {
+        const bool hasCall = number % 2 == 0;
+        if (hasCall || removed == 0) {
+            left.push_back(std::to_string(100000 + number));
+        } else {
+            --removed;
+        }
+    }
+    return left;
+}
+
+TEST_F(NormalisationTest, LeavesALongListInOrderWhereverTheServiceThrows) {
+    const std::size_t size = 1000;
+    for (const std::size_t at : {1u, 2u, 60u, 100u, 101u, 250u, 400u, 499u, 500u, 501u}) {
+        List list;
+        for (std::size_t number = 0; number < size; ++number) {
+            const std::string key = std::to_string(100000 + number);
+            list.push_back(number % 2 == 0 ? withCall(key, key) : withoutCalls(key, key));
+        }
+        service.requests.clear();
+        service.answer = [&](const std::string&) {
+            if (service.requests.size() == at) {
+                throw std::runtime_error("down");
+            }
+            return std::string("ok");
+        };
+
+        if (at <= size / 2) {
+            EXPECT_THROW(adapter.normalizeMissedCallList(list), std::runtime_error);
+        } else {
+            adapter.normalizeMissedCallList(list);
+        }
+
+        EXPECT_EQ(ids(list), longListWithout(size, at - 1)) << at;
+    }
+}
+
 /// Switch questions while the log is off, for a list of which every second entry has no calls.
 unsigned questionsFor(std::size_t size) {
     fakePlatform().reset();
