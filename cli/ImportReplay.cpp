@@ -26,12 +26,12 @@ const std::array<const char*, 12> tamberNames = {"LastName", "FirstName", "Busin
 /// Programs whose exports are often offered, by the columns of their header.
 struct KnownHeader {
     std::size_t count;
-    const char* program;
+    const char* origin;
 };
 constexpr KnownHeader knownHeaders[] = {
-    {81, "an export of Google Contacts has 81 and more"},
-    {89, "an Outlook export that names only 89 lost some on its way, or is Google's"},
-    {95, "Outlook up to 2003, and with phonetic names, writes 95"},
+    {81, "Google Contacts wrote 81 and more"},
+    {89, "an Outlook export lost some on its way, or it is another program's"},
+    {95, "Outlook 2003, and any with phonetic names, writes 95"},
 };
 
 const char* const convertHint = "\"calljournal convert\" turns other exports into a file that fits";
@@ -223,8 +223,8 @@ std::size_t ImportReplay::countColumns(const std::string& text) {
     return count;
 }
 
-bool ImportReplay::endsInsideQuotes() {
-    return !line.empty() && countColumns(line + (isCommaSeparated() ? ',' : ';')) == countColumns(line);
+bool ImportReplay::endsInsideQuotes(const std::string& text) {
+    return !text.empty() && countColumns(text + (isCommaSeparated() ? ',' : ';')) == countColumns(text);
 }
 
 std::string ImportReplay::describeHeaderFault() {
@@ -262,7 +262,7 @@ std::string ImportReplay::describeHeaderCount() {
                            std::to_string(tamberNames.size());
     for (const KnownHeader& known : knownHeaders) {
         if (known.count == tokens.size()) {
-            sentence += std::string(" (") + known.program + ')';
+            sentence += std::string(" (") + known.origin + ')';
         }
     }
     return sentence + "; " + convertHint;
@@ -284,28 +284,31 @@ std::string ImportReplay::describeColumnFault() {
     }
     if (layout_ == CSV_TAMBER) {
         return lines() + ": " + columnsFound(tokens.size()) +
-               (endsInsideQuotes() ? "; a quoted text is not closed, and here it cannot go on in the next line" : "");
-    }
-    if (tokens.size() > headerCount) {
-        const std::size_t alone = countColumns(line.substr(0, firstLength_));
-        return lines() + ": together " + columnsFound(tokens.size()) + "; line " + std::to_string(firstLine_) +
-               " alone has " + std::to_string(alone) +
-               " and ends in a text without quotes, so the next line was taken for its continuation";
+               (endsInsideQuotes(line) ? "; a quoted text is not closed, and here it cannot go on in the next line"
+                                       : "");
     }
     const bool isJoined = lastLine_ > firstLine_;
+    const std::string first = line.substr(0, firstLength_);
+    if (isJoined && !endsInsideQuotes(first)) {
+        return "line " + std::to_string(firstLine_) + ": " + columnsFound(countColumns(first)) +
+               "; it ends in a text without quotes, so line " + std::to_string(firstLine_ + 1) +
+               " was taken for its continuation";
+    }
+    if (tokens.size() > headerCount) {
+        return lines() + ": together " + columnsFound(tokens.size());
+    }
     const std::size_t quote = isJoined ? nextLine.find('"') : std::string::npos;
     if (quote != std::string::npos && nextLine.compare(quote, 2, "\",") != 0) {
         return "line " + std::to_string(lastLine_) + ": a double quote inside the text that line " +
                std::to_string(firstLine_) + " began; the quote that ends such a text has a comma behind it";
     }
-    return describeShortRecord(isJoined);
+    return describeShortRecord(first, isJoined);
 }
 
-std::string ImportReplay::describeShortRecord(bool isJoined) {
+std::string ImportReplay::describeShortRecord(const std::string& first, bool isJoined) {
     // The importer tried to fill the record up with commas; what stood before that tells more.
-    const std::string first = line.substr(0, firstLength_);
     const std::string sentence = lines() + ": " + columnsFound(isJoined ? tokens.size() : countColumns(first));
-    if (!endsInsideQuotes()) {
+    if (!endsInsideQuotes(line)) {
         return sentence + "; a row that is short is filled up only where commas separate the columns";
     }
     return sentence + (!isJoined && !first.empty() && first.back() == ','

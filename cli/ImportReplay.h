@@ -75,7 +75,7 @@ private:
 
     void makeUtf8(std::string& name) const;
     std::size_t countColumns(const std::string& text);
-    bool endsInsideQuotes();
+    bool endsInsideQuotes(const std::string& text);
     bool isRefused(const std::string& text);
     std::size_t startOfRefusedColumn();
 
@@ -84,7 +84,7 @@ private:
     std::string describeHeaderCount();
     std::string describeDefaultDialFault();
     std::string describeColumnFault();
-    std::string describeShortRecord(bool isJoined);
+    std::string describeShortRecord(const std::string& first, bool isJoined);
     std::string describeEscapeFault();
     std::string columnsFound(std::size_t count) const;
 

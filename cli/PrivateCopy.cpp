@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <poll.h>
 #include <string_view>
 #include <sys/stat.h>
@@ -76,7 +77,7 @@ public:
             }
             done += bytes.size();
             if (done > options_.mostBytes) {
-                result_.problem = "has more than " + sizeText(options_.mostBytes) + ", which no phonebook takes";
+                result_.problem = "has more than " + sizeText(options_.mostBytes) + ", which is as much as is read";
                 return false;
             }
             if (isHead) {
@@ -104,7 +105,7 @@ private:
             pollfd wait = {source_, POLLIN, 0};
             const int ready = ::poll(&wait, 1, options_.patience);
             if (ready == 0) {
-                result_.problem = "nothing came for " + std::to_string(options_.patience / 1000) + " seconds";
+                result_.problem = fmt::format("nothing came for {:g} seconds", options_.patience / 1000.0);
                 return false;
             }
             const ssize_t count = ready < 0 ? -1 : ::read(source_, buffer_.data(), buffer_.size());

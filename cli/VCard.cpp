@@ -16,7 +16,8 @@ namespace {
 constexpr std::size_t longestLine = 75;
 constexpr std::string_view lineEnd = "\r\n";
 
-/// A value of type TEXT. Control characters have no place in it; a line end of any kind becomes "\n".
+/// A value of type TEXT. Control characters have no place in it; a line end of any kind becomes "\n". A semicolon may stand
+/// as it is, and the grammar knows no other form.
 std::string escaped(const std::string& text) {
     const std::string valid = asUtf8(text);
     std::string value;
@@ -26,7 +27,7 @@ std::string escaped(const std::string& text) {
         if (isLineEnd) {
             i += c == '\r' && i + 1 < valid.size() && valid[i + 1] == '\n' ? 1 : 0;
             value += "\\n";
-        } else if (c == '\\' || c == ',' || c == ';') {
+        } else if (c == '\\' || c == ',') {
             value += '\\';
             value += c;
         } else {
@@ -35,6 +36,15 @@ std::string escaped(const std::string& text) {
         }
     }
     return value;
+}
+
+/// A part of a value that has several, with semicolons between them.
+std::string escapedComponent(const std::string& text) {
+    std::string component;
+    for (const char c : escaped(text)) {
+        component += c == ';' ? "\\;" : std::string(1, c);
+    }
+    return component;
 }
 
 /// What a card is called: by the person, else by whatever identifies it.
@@ -109,8 +119,8 @@ void addAddress(std::string& card, const Contact& contact, int csvType) {
     }
     const Place place = placeOf(contact, csvType);
     // Post office box, extension, street, city, region, postal code, country.
-    addLine(card, "ADR;TYPE=work:;;" + escaped(contact.address1) + ';' + escaped(place.city) + ";;" +
-                      escaped(place.postalCode) + ';' + escaped(place.country));
+    addLine(card, "ADR;TYPE=work:;;" + escapedComponent(contact.address1) + ';' + escapedComponent(place.city) + ";;" +
+                      escapedComponent(place.postalCode) + ';' + escapedComponent(place.country));
 }
 
 }  // namespace
@@ -137,9 +147,11 @@ std::string toVCard(const Contact& contact, int csvType) {
     addLine(card, "VERSION:4.0");
     addLine(card, "FN:" + escaped(formattedName(contact)));
     if (!contact.lastName.empty() || !contact.firstName.empty()) {
-        addLine(card, "N:" + escaped(contact.lastName) + ';' + escaped(contact.firstName) + ";;;");
+        addLine(card, "N:" + escapedComponent(contact.lastName) + ';' + escapedComponent(contact.firstName) + ";;;");
     }
-    addText(card, "ORG", contact.company1);
+    if (!contact.company1.empty()) {
+        addLine(card, "ORG:" + escapedComponent(contact.company1));
+    }
     addText(card, "TITLE", contact.position);
     addNumbers(card, contact);
     addText(card, "EMAIL", contact.email1);
