@@ -11,6 +11,10 @@ namespace {
 using i18n::phonenumbers::PhoneNumber;
 using i18n::phonenumbers::PhoneNumberUtil;
 
+/// Numbers have at most 15 digits (ITU-T E.164); with all punctuation anybody writes they stay far below this. Anything
+/// longer is some other text, which would keep the parser busy for minutes.
+constexpr std::size_t longestNumber = 250;
+
 /// What may be dialled: digits, the plus sign in front, and the star and hash of service codes.
 std::string withoutPunctuation(const std::string& number) {
     std::string dialled;
@@ -50,6 +54,9 @@ bool isKnownRegion(const std::string& region) {
 }
 
 std::string NumberMatcher::operator()(const std::string& number) const {
+    if (number.size() > longestNumber) {
+        return number;
+    }
     const PhoneNumberUtil& util = *PhoneNumberUtil::GetInstance();
     PhoneNumber parsed;
     if (util.ParseAndKeepRawInput(number, region_, &parsed) != PhoneNumberUtil::NO_PARSING_ERROR ||

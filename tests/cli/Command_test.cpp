@@ -168,6 +168,27 @@ TEST_F(Command, BringsEveryTextBackAsItWasGiven) {
     }
 }
 
+TEST_F(Command, BringsTextsOfAMegabyteBackForEveryKind) {
+    for (const char* kind : {"missed", "dialled", "received", "forwarded"}) {
+        Json call = {{"Kind", kind}, {"TimeDate", "2024-05-01 10:00:00"}};
+        int number = 0;
+        for (const char* field : {"EntryId", "Surname", "Firstname", "PictureClip", "Number", "ConnectedNumber",
+                                  "ConnectedSurname", "ConnectedFirstName"}) {
+            call[field] =
+                std::to_string(number++) + "</Item></LogList></Entry>&amp;lt;" + std::string(1 << 20, 'x') + "<&";
+        }
+        done({"record", "--from", "-"}, call.dump() + "\n");
+        const std::vector<Json> entries = listed({kind});
+        ASSERT_EQ(entries.size(), 1u) << kind;
+        for (const char* field : {"EntryId", "Surname", "Firstname", "PictureClip"}) {
+            EXPECT_TRUE(entries[0][field] == call[field]) << kind << field;
+        }
+        for (const char* field : {"Number", "ConnectedNumber", "ConnectedSurname", "ConnectedFirstName"}) {
+            EXPECT_TRUE(entries[0]["LogList"][0][field] == call[field]) << kind << field;
+        }
+    }
+}
+
 TEST_F(Command, RecordsAFileOfCallsAsLinesOrAsAnArray) {
     const std::string lines =
         "{\"Kind\":\"missed\",\"Number\":\"1\",\"TimeDate\":\"2024-05-01 10:00:00\"}\n\n"

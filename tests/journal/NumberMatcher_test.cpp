@@ -43,6 +43,11 @@ TEST(NumberMatcher, WithoutARegionOnlyInternationalNumbersAreKnown) {
     EXPECT_EQ(anywhere("020 7946 0123"), "02079460123");
 }
 
+TEST(NumberMatcher, ATextThatIsTooLongForANumberStaysItself) {
+    const std::string text = "+49 30 " + std::string(1 << 20, '1');
+    EXPECT_EQ(NumberMatcher("DE")(text), text);
+}
+
 TEST(Region, ComesFromTheLocale) {
     ::unsetenv("LC_TELEPHONE");
     ::setenv("LC_ALL", "de_AT.UTF-8", 1);
