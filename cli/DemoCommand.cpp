@@ -1,10 +1,13 @@
 #include "DemoCommand.h"
 
+#include <boost/algorithm/string/replace.hpp>
 #include <filesystem>
 #include <ostream>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
+#include "ExitCode.h"
 #include "TemporaryFolder.h"
 
 namespace calljournal {
@@ -29,6 +32,7 @@ fs::path exampleFolder() {
 struct Step {
     std::string says;
     std::vector<std::string> arguments;
+    int status = exitDone;  ///< How it ends; another end ends the tour.
 };
 
 std::vector<Step> tour(const std::string& examples) {
@@ -57,6 +61,13 @@ std::vector<Step> tour(const std::string& examples) {
          {"record", "callback", "--number", "+353 1 234 5678", "--surname", "O'Brien", "--call-back-type", "BUSY",
           "--call-back-state", "ACTIVE", "--time", "2024-06-01 10:20:00"}},
         {"The whole journal across kinds.", {"list", "all", "--limit", "12"}},
+        {"Contacts from the phone's own manager tool. A star marks the number that is dialled by default.",
+         {"import", examples + "/contacts/tamber.csv"}},
+        {"What an Outlook export would give, before it is imported.",
+         {"import", "--check", examples + "/contacts/outlook-german-latin1.csv"}},
+        {"A file that is refused, with the place.",
+         {"import", examples + "/contacts/refused-default-dial.csv"},
+         exitRefused},
     };
 }
 
@@ -74,10 +85,10 @@ std::string quoted(const std::string& argument) {
 int takeTour(bool showXml, const RunCommandLine& run, std::ostream& out) {
     const std::string examples = exampleFolder().string();
     const TemporaryFolder folder("demo");
+    // Where the files are is of no interest to the reader.
     for (const Step& step : tour(examples)) {
         out << "\n# " << step.says << "\n$ calljournal";
         for (const std::string& argument : step.arguments) {
-            // Where the files are is of no interest to the reader.
             const bool isExample = argument.compare(0, examples.size(), examples) == 0;
             out << ' ' << (isExample ? "examples" + argument.substr(examples.size()) : quoted(argument));
         }
@@ -87,9 +98,11 @@ int takeTour(bool showXml, const RunCommandLine& run, std::ostream& out) {
             arguments.emplace_back("--show-xml");
         }
         arguments.insert(arguments.end(), step.arguments.begin(), step.arguments.end());
-        const int status = run(arguments, out);
-        if (status != 0) {
-            return status;
+        std::ostringstream shown;
+        const int status = run(arguments, shown);
+        out << boost::algorithm::replace_all_copy(shown.str(), examples, "examples") << std::flush;
+        if (status != step.status) {
+            return status != exitDone ? status : exitRefused;
         }
     }
     return 0;

@@ -278,6 +278,18 @@ TEST_F(ImportCommand, ShowsHowFarItIsOnATerminal) {
     EXPECT_EQ(run({folder_.file("contacts.csv")}).err.find('\x1b'), std::string::npos);
 }
 
+TEST_F(ImportCommand, IsPartOfTheTour) {
+    const Finished tour = runProgram({COMMAND, "demo"});
+    EXPECT_EQ(tour.status, 0) << tour.err;
+    for (const char* piece :
+         {"\nexamples/contacts/tamber.csv: CSV_TAMBER (7): 6 contacts imported\n",
+          "\nexamples/contacts/outlook-german-latin1.csv: CSV_OUTLOOK (8): 3 contacts would be imported\n",
+          "\nexamples/contacts/refused-default-dial.csv: CSV_INVALID_DEFAULT_DIAL (4): line 4, column "
+          "12 DefaultDial: \"9\" is not a number from 0 to 4\n"}) {
+        EXPECT_NE(tour.out.find(piece), std::string::npos) << piece << tour.out;
+    }
+}
+
 TEST_F(ImportCommand, ImportsTheExamplesOrSaysWhy) {
     const struct {
         const char* file;
