@@ -62,6 +62,9 @@ std::string counted(std::size_t count, const std::string& noun) {
 }
 
 std::size_t PhysicalLines::between(std::uint64_t begin, std::uint64_t end) {
+    if (begin >= end) {
+        return 0;
+    }
     std::size_t count = 0;
     char last = '\n';
     std::array<char, 8192> buffer;
@@ -98,6 +101,10 @@ void ImportReplay::replay(const std::string& path, const std::function<void(std:
     std::uint64_t end = 0;
     bool goesOn = true;
     while (goesOn && readLine()) {
+        if (isOnlyCounted()) {
+            ++records_;
+            continue;
+        }
         const std::uint64_t begin = positionIn(file);
         goesOn = takeLine();
         end = positionIn(file);
@@ -128,6 +135,11 @@ bool ImportReplay::readLine() try {
     return false;
 }
 
+/// Beyond the limit lines are only counted; but Outlook's records may have several.
+bool ImportReplay::isOnlyCounted() const {
+    return limitLine_ != 0 && csvType != CSV_OUTLOOK;
+}
+
 bool ImportReplay::takeLine() try {
     isHeader_ = headerPending;
     exception_.clear();
@@ -143,8 +155,7 @@ bool ImportReplay::takeLine() try {
     if (limitLine_ == 0 && existingContacts_ + records_ > contactLimit()) {
         limitLine_ = firstLine_;
     }
-    // Beyond the limit lines are only counted, and only Outlook's records have several.
-    if (!isHeader_ && (limitLine_ == 0 || layout_ == CSV_OUTLOOK)) {
+    if (!isHeader_ && !isOnlyCounted()) {
         contacts.clear();
         lineContentParser();
     }
@@ -321,29 +332,17 @@ std::string ImportReplay::describeEscapeFault() {
     const std::string text = line.substr(start);
     const std::string place =
         isHeader_ ? "line 1" : "line " + std::to_string(lastLine_) + ", " + columnName(refusedColumn_);
-    if (!isRefused(text)) {
-        return std::string();
+    // A backslash takes the character behind it, wherever it stands; which ones it may take, the splitter says.
+    for (std::size_t at = text.find('\\'); at != std::string::npos; at = text.find('\\', at + 2)) {
+        if (!isRefused(text.substr(at, 2))) {
+            continue;
+        }
+        return place + (at + 1 == text.size()
+                            ? ": the backslash at the end of the line has nothing to escape; write two for one"
+                            : ": the backslash before " + shownText(firstCharacter(text.substr(at + 1, 4))) +
+                                  " is not an escape the format knows; write two backslashes for one");
     }
-    // A prefix that ends in a sound escape's backslash is refused, too, but not with a letter behind it.
-    const auto isBad = [&](std::size_t length) {
-        const std::string prefix = text.substr(0, length);
-        return isRefused(prefix) && isRefused(prefix + 'n');
-    };
-    std::size_t bad = 2;
-    while (bad < text.size() && !isBad(bad)) {
-        bad *= 2;
-    }
-    std::size_t good = bad / 2;
-    bad = std::min(bad, text.size());
-    if (!isBad(bad)) {
-        return place + ": the backslash at the end of the line has nothing to escape; write two for one";
-    }
-    while (bad - good > 1) {
-        const std::size_t middle = good + (bad - good) / 2;
-        (isBad(middle) ? bad : good) = middle;
-    }
-    return place + ": the backslash before " + shownText(firstCharacter(text.substr(bad - 1, 4))) +
-           " is not an escape the format knows; write two backslashes for one";
+    return std::string();
 }
 
 std::size_t ImportReplay::startOfRefusedColumn() {

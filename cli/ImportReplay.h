@@ -68,6 +68,7 @@ protected:
 
 private:
     bool readLine();
+    bool isOnlyCounted() const;
     bool takeLine();
     void settle();
     void settleLimit();

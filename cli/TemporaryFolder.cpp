@@ -11,7 +11,8 @@ TemporaryFolder::TemporaryFolder(const std::string& purpose) {
     if (::mkdtemp(pattern.data()) == nullptr) {
         throw std::system_error(errno, std::generic_category(), pattern);
     }
-    path_ = pattern;
+    // Without links, so that it is the name the system knows its files by.
+    path_ = std::filesystem::canonical(pattern);
 }
 
 TemporaryFolder::~TemporaryFolder() {
