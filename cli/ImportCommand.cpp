@@ -133,9 +133,13 @@ private:
         return isSuccess(outcome);
     }
 
+    /// Deletes ordinary files only: a link such as /dev/stdin is not the user's to give away.
     void consume() {
-        Storage::deleteFile_noEx(file_);
         std::error_code error;
+        const std::filesystem::file_status status = std::filesystem::symlink_status(file_, error);
+        if (std::filesystem::is_regular_file(status)) {
+            Storage::deleteFile_noEx(file_);
+        }
         if (std::filesystem::exists(std::filesystem::symlink_status(file_, error))) {
             err_ << "calljournal: " << shownName_ << ": cannot be deleted\n";
         }
