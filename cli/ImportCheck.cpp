@@ -89,7 +89,7 @@ void ImportCheck::lookAtText(std::size_t index, const std::string& whole) {
     if (is_valid_utf8(text.c_str())) {
         return;
     }
-    if (isCut && is_valid_utf8(whole.c_str())) {
+    if (is_valid_utf8(whole.c_str())) {
         note(cutCharacter_, place);
     } else {
         note(csvType == CSV_OUTLOOK ? converted_ : notUtf8_, place);
