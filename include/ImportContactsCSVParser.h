@@ -23,7 +23,7 @@ extern CALLJOURNAL_EXPORT const int TAMBER_HEADERS_SIZE;
 ///
 /// Two layouts are known: Tamber (the 12 columns LastName, FirstName, Business1, Business2, Mobile1, Private1, Company1,
 /// Address1, Address2, Position, Email1, DefaultDial, in this order) and Outlook (92 columns, taken by position). Columns
-/// are separated by semicolons or, if the header holds none, by commas; the backslash escapes. Bad input is no exception
+/// are separated by semicolons or, if that leaves the header in one, by commas; the backslash escapes. Bad input is no exception
 /// but an outcome code; the reason goes to the platform log (module "ImportContactscSVParser", level 2).
 ///
 /// The steps of an import are public so that each can be used and tested alone; they work on the object's state.

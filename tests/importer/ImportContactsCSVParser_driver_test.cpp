@@ -82,6 +82,8 @@ TEST_F(ImportDriver, RefusesADirectoryWithoutALine) {
     EXPECT_EQ(importer.getCSVType(), 6);
     EXPECT_EQ(importer.lineCount, 0U);
     EXPECT_EQ(fakePlatform().log.size(), 0U);
+    EXPECT_TRUE(std::filesystem::is_directory(file.path()));
+    std::filesystem::remove(file.path());
 }
 
 TEST_F(ImportDriver, TakesAHeaderAlone) {

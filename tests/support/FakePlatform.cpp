@@ -56,7 +56,9 @@ std::uint32_t fileSize(std::string path) {
 void deleteFile_noEx(const std::string& path) {
     fakePlatform().deletedFiles.push_back(path);
     std::error_code ignored;
-    std::filesystem::remove(path, ignored);
+    if (!std::filesystem::is_directory(path, ignored)) {
+        std::filesystem::remove(path, ignored);
+    }
 }
 
 }  // namespace Storage
