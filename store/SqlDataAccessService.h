@@ -16,7 +16,7 @@ namespace calljournal {
 
 /// A data access service that keeps the entries in a SQLite file.
 ///
-///     calljournal::SqlDataAccessService store("sqlite3:///home/ann/journal.db");
+///     calljournal::SqlDataAccessService store("sqlite3:///users/ann/journal.db");
 ///     CallListDatabaseAdapter adapter;
 ///     adapter.init(&store);
 ///

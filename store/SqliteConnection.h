@@ -16,7 +16,7 @@ namespace calljournal {
 
 /// A SOCI session on one SQLite file, and all that is SQLite's own: opening, durability, locking, and what its errors mean.
 ///
-///     SqliteConnection connection("/home/ann/journal.db", std::chrono::seconds(30));
+///     SqliteConnection connection("/users/ann/journal.db", std::chrono::seconds(30));
 ///     connection.makeDurable();
 ///     connection.sql() << "insert into ...";
 ///

@@ -80,19 +80,19 @@ TEST(StoreUrl, RefusesAZeroByte) {
 }
 
 TEST(StoreUrl, DefaultsToTheUsersDataFolder) {
-    const Variable home("HOME", "/home/ann");
+    const Variable home("HOME", "/users/ann");
     const Variable data("XDG_DATA_HOME", "/data/ann");
     EXPECT_EQ(defaultStoreUrl(), "sqlite3:///data/ann/calljournal/journal.db");
 }
 
 TEST(StoreUrl, DefaultsBelowHomeWithoutAnAbsoluteDataFolder) {
-    const Variable home("HOME", "/home/ann");
+    const Variable home("HOME", "/users/ann");
     {
         const Variable data("XDG_DATA_HOME", std::nullopt);
-        EXPECT_EQ(defaultStoreUrl(), "sqlite3:///home/ann/.local/share/calljournal/journal.db");
+        EXPECT_EQ(defaultStoreUrl(), "sqlite3:///users/ann/.local/share/calljournal/journal.db");
     }
     const Variable data("XDG_DATA_HOME", "relative");
-    EXPECT_EQ(defaultStoreUrl(), "sqlite3:///home/ann/.local/share/calljournal/journal.db");
+    EXPECT_EQ(defaultStoreUrl(), "sqlite3:///users/ann/.local/share/calljournal/journal.db");
 }
 
 TEST(StoreUrl, HasNoDefaultWithoutAHome) {
