@@ -10,6 +10,7 @@
 #include <set>
 
 #include "CallBackJson.h"
+#include "CheckCommand.h"
 #include "CodecCommand.h"
 #include "DemoCommand.h"
 #include "EntryView.h"
@@ -237,6 +238,25 @@ void addCodec(CLI::App& app, Command& command) {
     });
 }
 
+void addCheck(CLI::App& app, Command& command) {
+    CLI::App* check = app.add_subcommand("check", "Say what is wrong with captured messages or a store");
+    auto options = std::make_shared<CheckOptions>();
+    check
+        ->add_option("files", options->files,
+                     "requests, replies, notifications, entries or stores; - for standard input")
+        ->required();
+    std::vector<std::string> kinds = recordableKinds();
+    check->add_option("--kind", options->kind, "the kind of entries that do not tell: " + joined(kinds))
+        ->check(CLI::IsMember(std::set<std::string>(kinds.begin(), kinds.end())));
+    check->add_flag("--diff", options->isDiff, "compare two files with one entry each, value by value");
+    check->callback([&command, options] {
+        command.action = [&command, options] {
+            return options->isDiff ? diffFiles(*options, command.in, command.out)
+                                   : checkFiles(*options, command.in, command.out, command.err);
+        };
+    });
+}
+
 /// The format of the import itself, else the one of the command line, else what suits the output.
 std::string importFormat(const std::string& own, const std::string& global) {
     if (!own.empty()) {
@@ -316,6 +336,7 @@ int runCommand(int argc, const char* const* argv, std::istream& in, std::ostream
     addViewed(app, command);
     addDelete(app, command);
     addCodec(app, command);
+    addCheck(app, command);
     addImport(app, command);
     addDemo(app, command);
 

@@ -7,8 +7,6 @@
 
 namespace calljournal {
 
-namespace {
-
 bool isNameStart(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
            static_cast<unsigned char>(c) >= 0x80;
@@ -22,8 +20,7 @@ bool isForbidden(char c) {
     return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
 }
 
-/// The length of the entity or character reference at `at`, or 0 if there is none.
-std::size_t entityLength(const std::string& text, std::size_t at) {
+std::size_t entityLength(std::string_view text, std::size_t at) {
     for (const char* entity : {"&lt;", "&gt;", "&amp;", "&quot;", "&apos;"}) {
         if (text.compare(at, std::char_traits<char>::length(entity), entity) == 0) {
             return std::char_traits<char>::length(entity);
@@ -35,8 +32,10 @@ std::size_t entityLength(const std::string& text, std::size_t at) {
     const bool isHex = text.compare(at, 3, "&#x") == 0;
     const std::size_t begin = at + (isHex ? 3 : 2);
     const std::size_t end = text.find_first_not_of(isHex ? "0123456789abcdefABCDEF" : "0123456789", begin);
-    return end != std::string::npos && end > begin && text[end] == ';' ? end + 1 - at : 0;
+    return end != std::string_view::npos && end > begin && text[end] == ';' ? end + 1 - at : 0;
 }
+
+namespace {
 
 /// One walk over a text that keeps the open elements.
 class Walk {

@@ -1,0 +1,59 @@
+#ifndef CALLJOURNAL_OUTLINE_H
+#define CALLJOURNAL_OUTLINE_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace calljournal {
+
+/// No element: the parent of an element at the top.
+constexpr std::size_t noElement = static_cast<std::size_t>(-1);
+
+/// One element of a text. Places are byte offsets; the views point into the text.
+struct Element {
+    std::string_view name;
+    std::string_view attribute;  ///< The value of the first attribute; empty if there is none.
+    std::size_t begin;           ///< Of the begin tag.
+    std::size_t textBegin;
+    std::size_t textEnd;
+    std::size_t end;     ///< Behind the end tag.
+    std::size_t parent;  ///< An index, or noElement.
+    std::vector<std::size_t> children;
+    bool isClosed;  ///< If not, it reaches to the end of the element around it.
+};
+
+/// Something in a text that is not well-formed, or that is well-formed and yet no plain tag.
+struct Slip {
+    std::size_t at;
+    std::size_t element;  ///< The innermost open one, or noElement.
+    std::string what;
+};
+
+/// The elements of a text in the order of their begin tags, and what does not fit.
+struct Outline {
+    std::string_view text;
+    std::size_t begin = 0;  ///< Behind the XML declaration, if there is one.
+    std::vector<Element> elements;
+    std::vector<std::size_t> top;
+    std::vector<Slip> slips;
+
+    std::string_view rawText(const Element& element) const {
+        return text.substr(element.textBegin, element.textEnd - element.textBegin);
+    }
+
+    /// The elements inside `element`, or those at the top for noElement.
+    const std::vector<std::size_t>& childrenOf(std::size_t element) const {
+        return element == noElement ? top : elements[element].children;
+    }
+};
+
+/// Takes any text apart and never fails: an element that is not closed ends with the one around it, an end tag that
+/// closes nothing and a `<` that starts no tag are text. `text` must outlive the result. Elements may nest as deep as
+/// they like.
+Outline outlineOf(std::string_view text);
+
+}  // namespace calljournal
+
+#endif
