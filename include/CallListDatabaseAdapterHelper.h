@@ -24,10 +24,10 @@
 ///     MissedCallItem copy;
 ///     CallListDatabaseAdapterHelper::parseXMLMissedCallItem(body.c_str(), copy);
 ///
-/// The format is flat text without blanks, built by appending and read by literal search for "<Tag>" and "</Tag>". Texts
-/// are UTF-8. Apart from `init` and `finit` all functions are free of state and may be called from any thread. Nothing
-/// fails on malformed XML: what is not found reads as an empty text, false, or the fallback of a converter. A null text
-/// is not allowed except where it says so.
+/// The format is flat text without blanks, built by appending and read by literal search for "<Tag>" and "</Tag>".
+/// Texts are UTF-8. Apart from `init` and `finit` all functions are free of state and may be called from any thread.
+/// Nothing fails on malformed XML: what is not found reads as an empty text, false, or the fallback of a converter. A
+/// null text is not allowed except where it says so.
 class CALLJOURNAL_EXPORT CallListDatabaseAdapterHelper {
 public:
     // Request envelope and message keywords.
@@ -182,20 +182,24 @@ public:
     /// Returns "<tag>value</tag>" with the value in signed decimal: from 2147483648 up it comes out negative.
     static std::string createXMLField(const char* tag, unsigned int value);
 
-    /// Wraps `msg` into the schema element of that name, unless the name is empty, and puts the XML declaration in front.
+    /// Wraps `msg` into the schema element of that name, unless the name is empty, and puts the XML declaration in
+    /// front.
     static void addXMLHeaderFooter(std::string& msg, const std::string& schemaName);
 
-    /// Stores the unescaped text of the first element `tag` at or behind `cursor` in `out` and returns the place behind it
-    /// if it stood right at `cursor`; otherwise, and if there is none (`out` is then empty), returns `cursor`. Called for one
-    /// element after the other in the order written, it reads in one pass and still finds elements out of order.
+    /// Stores the unescaped text of the first element `tag` at or behind `cursor` in `out` and returns the place behind
+    /// it if it stood right at `cursor`; otherwise, and if there is none (`out` is then empty), returns `cursor`.
+    /// Called for one element after the other in the order written, it reads in one pass and still finds elements out
+    /// of order.
     static const char* getXMLValue2(const char* cursor, const char* tag, std::string& out);
 
     /// The same for a flag: true only for exactly "True".
     static const char* getXMLValue2(const char* cursor, const char* tag, bool& out);
 
-    /// Cuts the text from the first "<tag>" to the first "</tag>" out of `xml` and stores what stood between them in `out`,
-    /// not unescaped. Returns false and leaves both untouched if an end tag is missing or nothing stands between. Positions
-    /// are signed 32-bit numbers, a missing begin tag is position -1: a lone end tag behind the text's start is taken.
+    /// Cuts the text from the first "<tag>" to the first "</tag>" out of `xml` and stores what stood between them in
+    /// `out`, not unescaped. Returns false and leaves both untouched if an end tag is missing or nothing stands
+    /// between. Positions are signed 32-bit numbers, and a missing begin tag is at -1: an end tag alone is then taken
+    /// from position length of "<tag>" on; `out` is what stands before it but for that length less one, and nothing is
+    /// cut off.
     static bool getAndRemoveXMLValue(std::string& xml, const char* tag, std::string& out);
 
     /// Returns `msg` from "<Method>", included, up to "</Method>"; an empty text if either is missing.
@@ -243,7 +247,8 @@ public:
     static void createXMLMissedCallInfoList(const MissedCallItem& item, std::string& out);
     /// Fills each member that the format carries from the text of one "Item"; what is absent gets its default.
     static void getXMLMissedCallInfo(const char* xml, MissedCallItem::MissedCallInfo& info);
-    /// Replaces `list` by the calls of the first "LogList"; an empty "Item" ends it. Returns whether any call was found.
+    /// Replaces `list` by the calls of the first "LogList"; an empty "Item" ends it. Returns whether any call was
+    /// found.
     static bool getXMLMissedCallInfoList(const char* xml, std::list<MissedCallItem::MissedCallInfo>& list);
     /// Fills `item` from a body. Its calls stay as they are if the body holds none.
     static void parseXMLMissedCallItem(const char* xml, MissedCallItem& item);
@@ -297,11 +302,11 @@ public:
     static std::string readMissedCallList();
 
     /// Replaces `list` by the entries of the reply, in its order. Always true: of a malformed reply the list holds the
-    /// entries whose end was reached. Times and sizes go to the log at level 6, the reply at level 5.
+    /// entries whose end was reached. Begin, end and unique ids go to the log at level 6, the reply at level 5.
     static bool parseXMLMissedCallList(const std::string& reply, std::deque<MissedCallItem>& list);
 
-    /// Turns the events of XmlParser into entries. One object reads one reply; the callbacks take it as `userData`. Other
-    /// schemas than those of the call log are passed over.
+    /// Turns the events of XmlParser into entries. One object reads one reply; the callbacks take it as `userData`.
+    /// Other schemas than those of the call log are passed over.
     class CALLJOURNAL_EXPORT MissedCallParser {
     public:
         /// Appends to `output`, which must outlive the parser.

@@ -21,10 +21,11 @@ extern CALLJOURNAL_EXPORT const int TAMBER_HEADERS_SIZE;
 ///     if (import.getCSVType() == CSV_TAMBER || import.getCSVType() == CSV_OUTLOOK)
 ///         phonebook.add(import.getContacts());
 ///
-/// Two layouts are known: Tamber (the 12 columns LastName, FirstName, Business1, Business2, Mobile1, Private1, Company1,
-/// Address1, Address2, Position, Email1, DefaultDial, in this order) and Outlook (92 columns, taken by position). Columns
-/// are separated by semicolons or, if that leaves the header in one, by commas; the backslash escapes. Bad input is no exception
-/// but an outcome code; the reason goes to the platform log (module "ImportContactscSVParser", level 2).
+/// Two layouts are known: Tamber (the 12 columns LastName, FirstName, Business1, Business2, Mobile1, Private1,
+/// Company1, Address1, Address2, Position, Email1, DefaultDial, in this order) and Outlook (92 columns, taken by
+/// position). Columns are separated by semicolons or, if that leaves the header in one, by commas; the backslash
+/// escapes. Bad input is no exception but an outcome code; the reason goes to the platform log (module
+/// "ImportContactscSVParser", level 2).
 ///
 /// The steps of an import are public so that each can be used and tested alone; they work on the object's state.
 class CALLJOURNAL_EXPORT ImportContactsCSVParser : public CSVParserIfc {
@@ -62,12 +63,12 @@ public:
     /// Tells whether there are 92 `headers`, whatever their names, since they come in the user's language.
     bool isValidOutlookHeader(const std::vector<std::string>& headers);
 
-    /// Returns the longest prefix of `field` that takes at most 249 bytes once XML-escaped. The cut counts bytes and may
-    /// split a UTF-8 character.
+    /// Returns the longest prefix of `field` that takes at most 249 bytes once XML-escaped. The cut counts bytes and
+    /// may split a UTF-8 character.
     std::string trimFieldLength(const std::string& field);
 
-    /// Tells whether the zero-terminated `text` is well-formed UTF-8 (RFC 3629): no overlong forms, no surrogates, nothing
-    /// above U+10FFFF. A null pointer is valid.
+    /// Tells whether the zero-terminated `text` is well-formed UTF-8 (RFC 3629): no overlong forms, no surrogates,
+    /// nothing above U+10FFFF. A null pointer is valid.
     bool is_valid_utf8(const char* text) const;
 
     /// Returns the UTF-8 form of `length` bytes of ISO 8859-1 text. Nothing for a length below 1.

@@ -54,16 +54,21 @@ void sortNewestFirst(std::deque<MissedCallItem>& list) {
     }
 }
 
-void logCalls(const MissedCallItem& item) {
+/// Logs the calls of one item of the walk, and tells whether the log wanted it.
+bool logCalls(const MissedCallItem& item) {
+    if (!loggingOnAppZel(module, 5)) {
+        return false;
+    }
     const auto& calls = item.getMissedCallInfoList();
-    CALLJOURNAL_LOG(module, source, 5, "(*it).getMissedCallInfoList(): size:%d, groupname:%s, groupNumber:%s\n",
-                    static_cast<int>(calls.size()), calls.empty() ? "" : calls.front().groupName.c_str(),
-                    calls.empty() ? "" : calls.front().groupNumber.c_str());
+    logAppZel(module, source, 5, __LINE__, "(*it).getMissedCallInfoList(): size:%d, groupname:%s, groupNumber:%s\n",
+              static_cast<int>(calls.size()), calls.empty() ? "" : calls.front().groupName.c_str(),
+              calls.empty() ? "" : calls.front().groupNumber.c_str());
+    return true;
 }
 
 /// Takes items out of a queue in one walk of linear cost. An item leaves at once where that moves a few others only, as
-/// in any list of a phone. Else a gap opens: kept items close up as the walk goes, and what is behind the gap at its end,
-/// also when the walk is left by an exception; the item at hand is then still in the queue.
+/// in any list of a phone. Else a gap opens: kept items close up as the walk goes, and what is behind the gap at its
+/// end, also when the walk is left by an exception; the item at hand is then still in the queue.
 class ClosingGap {
 public:
     explicit ClosingGap(std::deque<MissedCallItem>& list) : list_(list) {}
@@ -201,8 +206,9 @@ void CallListDatabaseAdapter::normalizeMissedCallList(std::deque<MissedCallItem>
         updateMissedEntry(walk.current(), deleteRequest);
         walk.drop();
         // After a removal the walk starts anew. All that a second walk over the kept items does is log them.
-        for (std::size_t i = 0; i < walk.keptCount() && loggingOnAppZel(module, 5); ++i) {
-            logCalls(list[i]);
+        std::size_t logged = 0;
+        while (logged < walk.keptCount() && logCalls(list[logged])) {
+            ++logged;
         }
     }
 }

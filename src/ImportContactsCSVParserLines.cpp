@@ -63,8 +63,8 @@ public:
         walk(tokenizer_, text);
     }
 
-    /// Brings the columns up to date with `text`, which was `splitSize` bytes long when it was split last: since then it
-    /// grew, or lost carriage returns, at its end. An escape error strikes where splitting the whole would meet it.
+    /// Brings the columns up to date with `text`, which was `splitSize` bytes long when it was split last: since then
+    /// it grew, or lost carriage returns, at its end. An escape error strikes where splitting the whole would meet it.
     void splitOn(const std::string& text, std::size_t splitSize) {
         tokenizer_.assign(text, separator_);
         if (text.size() < splitSize) {
@@ -166,7 +166,8 @@ private:
         return parts_.columns.size() <= parts_.headerCount;
     }
 
-    /// Each comma adds a column, or none does: inside quotes, or where it is not the separator. More would not help then.
+    /// Each comma adds a column, or none does: inside quotes, or where it is not the separator. More would not help
+    /// then.
     bool fillUp() {
         const std::size_t splitSize = parts_.line.size();
         const std::size_t count = parts_.columns.size();

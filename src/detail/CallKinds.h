@@ -17,8 +17,8 @@
 namespace calljournal {
 namespace detail {
 
-/// A member of a call that the format carries. Its type says how: a text as it is, left out when empty; a flag as "True"
-/// or "False" and an enumeration as its word, always.
+/// A member of a call that the format carries. Its type says how: a text as it is, left out when empty; a flag as
+/// "True" or "False" and an enumeration as its word, always.
 template <class Call>
 using CallMember = std::variant<std::string Call::*, bool Call::*, CallLogEntryEvent::_LogTarget Call::*,
                                 CallLogEntryEvent::_PresentationValue Call::*, CallLogEntryEvent::_TFormat Call::*,
@@ -188,8 +188,8 @@ struct CallKind<DialledCallItem> {
                }},
                logAndPresentations<Call>,
                CallFields<Call, 2>{{{text::TIMEFORMAT, &Call::timeFormat}, {text::TRANSFERTYPE, &Call::transferType}}});
-    // The priority is looked for before the number that it is written behind. Readers of damaged data notice: the search
-    // then goes on from before the number.
+    // The priority is looked for before the number that it is written behind. Readers of damaged data notice: the
+    // search then goes on from before the number.
     static constexpr auto readFields = exchanged(callFields, 3, 4);
     static constexpr bool unescapesFlags = false;
 };

@@ -178,8 +178,8 @@ void readCall(const char* xml, typename CallKind<Item>::Call& call) {
     }
 }
 
-/// Replaces `calls` by those of the first "LogList" element. The list's text is unescaped as a whole and each value again:
-/// stored data is read that way.
+/// Replaces `calls` by those of the first "LogList" element. The list's text is unescaped as a whole and each value
+/// again: stored data is read that way.
 template <class Item>
 bool readCalls(const char* xml, std::list<typename CallKind<Item>::Call>& calls) {
     calls.clear();
@@ -191,8 +191,9 @@ bool readCalls(const char* xml, std::list<typename CallKind<Item>::Call>& calls)
     assignUnescaped(listText, list.raw());
     LogListCutter items(std::move(listText));
     while (const char* item = items.next()) {
-        calls.emplace_back();
-        readCall<Item>(item, calls.back());
+        typename CallKind<Item>::Call call;
+        readCall<Item>(item, call);
+        calls.push_back(std::move(call));
     }
     return !calls.empty();
 }

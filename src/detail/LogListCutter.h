@@ -8,14 +8,14 @@ namespace calljournal {
 namespace detail {
 
 /// Cuts one "Item" element after the other out of the text of a log list. Each cut joins what stands before and behind
-/// it, which can make a new tag, as in "<It<Item>a</Item>em>"; the next search sees it. The work is linear in the text: it
-/// is never copied again, only what a cut leaves in front of itself moves down, once.
+/// it, which can make a new tag, as in "<It<Item>a</Item>em>"; the next search sees it. The work is linear in the text:
+/// it is never copied again, only what a cut leaves in front of itself moves down, once.
 class LogListCutter {
 public:
     explicit LogListCutter(std::string text);
 
-    /// Returns the next item's text, zero-terminated and valid until the next call; null when there is none: no begin tag
-    /// is left, or the first end tag does not stand behind the first begin tag with at least one byte in between.
+    /// Returns the next item's text, zero-terminated and valid until the next call; null when there is none: no begin
+    /// tag is left, or the first end tag does not stand behind the first begin tag with at least one byte in between.
     const char* next();
 
 private:

@@ -22,10 +22,11 @@ struct Word {
 
 // The words of each enumeration. Both conversions take the first row that fits, and the first row of all if none does.
 
+// An absent target log is an answered call, not an unknown one.
 inline constexpr Word targetLogWords[] = {
-    {6, text::OUT_BUSY},      {0, text::IN_ANSWERED},   {0, std::string_view()},  // an absent target log is an answered call, not an unknown one
-    {1, text::IN_NO_ANSWER},  {2, text::IN_BUSY},       {3, text::IN_GROUP_MISSED}, {4, text::OUT_ANSWERED},
-    {5, text::OUT_NO_ANSWER}, {7, text::IN_GROUP_CALL},
+    {6, text::OUT_BUSY},     {0, text::IN_ANSWERED},   {0, std::string_view()},
+    {1, text::IN_NO_ANSWER}, {2, text::IN_BUSY},       {3, text::IN_GROUP_MISSED},
+    {4, text::OUT_ANSWERED}, {5, text::OUT_NO_ANSWER}, {7, text::IN_GROUP_CALL},
 };
 
 inline constexpr Word presentationWords[] = {
