@@ -7,7 +7,8 @@
 #define PLATFORMLOG_PRINTF(formatIndex, firstArgument)
 #endif
 
-/// Tells whether lines of `module` at `level` are wanted: asked before each line, so that an unwanted one costs nothing.
+/// Tells whether lines of `module` at `level` are wanted: asked before each line, so that an unwanted one costs
+/// nothing.
 bool loggingOnAppZel(const char* module, int level);
 
 /// Writes one line of the log, in printf form. `sourceFile` is the file's name without folder and extension, `line` the

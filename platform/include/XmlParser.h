@@ -5,8 +5,8 @@
 /// hands over text as it stands in the message (entities are not resolved).
 class XmlParser {
 public:
-    /// Start of element `name` (zero-terminated). `attributes` alternates name and value, zero-terminated each, and ends
-    /// with a null pointer. All pointers are valid during the call only.
+    /// Start of element `name` (zero-terminated). `attributes` alternates name and value, zero-terminated each, and
+    /// ends with a null pointer. All pointers are valid during the call only.
     typedef void (*TagBegin)(void* userData, const char* name, const char** attributes);
 
     /// End of element `name` (zero-terminated, valid during the call only).
