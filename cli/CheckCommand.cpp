@@ -45,11 +45,12 @@ std::string nameOf(const std::string& path) {
 /// Turns offsets, which come in ascending order, into lines and columns.
 class Position {
 public:
-    explicit Position(std::string_view text) : text_(text) {}
+    explicit Position(std::string_view text) : text_(text), lineEnd_(text.find('\n')) {}
 
     std::string of(std::size_t at) {
-        for (std::size_t end = text_.find('\n', lineBegin_); end < at; end = text_.find('\n', lineBegin_)) {
-            lineBegin_ = end + 1;
+        while (lineEnd_ < at) {
+            lineBegin_ = lineEnd_ + 1;
+            lineEnd_ = text_.find('\n', lineBegin_);
             ++line_;
         }
         return "line " + std::to_string(line_) + ", column " + std::to_string(at - lineBegin_ + 1);
@@ -59,6 +60,7 @@ private:
     std::string_view text_;
     std::size_t line_ = 1;
     std::size_t lineBegin_ = 0;
+    std::size_t lineEnd_;
 };
 
 /// Prints what one message is and what is wrong with it; returns whether nothing is.

@@ -496,7 +496,7 @@ void Findings::add(std::size_t at, const std::string& place, const std::string& 
 }
 
 std::string quoted(std::string_view text) {
-    return '"' + fitted(printable(text), shownLength) + '"';
+    return '"' + fitted(printable(text.substr(0, 20 * shownLength)), shownLength) + '"';
 }
 
 bool checkGaps(const Outline& outline, std::size_t element, const std::string& place, Findings& findings) {
