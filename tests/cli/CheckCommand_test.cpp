@@ -596,12 +596,19 @@ TEST_F(CheckDiff, PrintsEachValueThatDiffers) {
 }
 
 TEST_F(CheckDiff, PrintsTheValuesOfACallThatOnlyOneEntryHas) {
-    EXPECT_EQ(
-        differences("<Viewed>True</Viewed>", "<Viewed>True</Viewed>" + calls({"<Number>\n</Number>"})).substr(0, 151),
-        "call 1, Number: (no such call) | \\n\n"
-        "call 1, NumberType: (no such call) | NO_ICON\n"
-        "call 1, ConnectedNumberType: (no such call) | NO_ICON\n"
-        "call 1, Completed");
+    const std::string out = differences("<JSGroupBy>1</JSGroupBy>" + calls({aCall}),
+                                        "<JSGroupBy>1</JSGroupBy>" + calls({aCall, "<Number>\n</Number>"}));
+    EXPECT_EQ(out,
+              "call 2, Number: (no such call) | \\n\n"
+              "call 2, NumberType: (no such call) | NO_ICON\n"
+              "call 2, ConnectedNumberPriority: (no such call) | False\n"
+              "call 2, ConnectedNumberType: (no such call) | NO_ICON\n"
+              "call 2, IsBluetoothCall: (no such call) | False\n"
+              "call 2, TargetLog: (no such call) | IN_ANSWERED\n"
+              "call 2, NumberPresentation: (no such call) | NOT_AVAILABLE\n"
+              "call 2, NamePresentation: (no such call) | NOT_AVAILABLE\n"
+              "call 2, TimeFormat: (no such call) | FORM_24\n"
+              "call 2, TransferType: (no such call) | TRANSFER_SOURCE_NUMBER\n");
 }
 
 TEST_F(CheckDiff, PrintsNothingForEqualEntriesInDifferentMessages) {
