@@ -269,20 +269,20 @@ std::string importFormat(const std::string& own, const std::string& global) {
 }
 
 void addImport(CLI::App& app, Command& command) {
-    CLI::App* import = app.add_subcommand("import", "Import contacts from CSV files, as the phone would");
+    CLI::App* importing = app.add_subcommand("import", "Import contacts from CSV files, as the phone would");
     auto options = std::make_shared<ImportOptions>();
-    import->add_option("files", options->files, "exported address books; they stay as they are")->required();
-    import->add_flag("--check", options->check, "tell what an import would do, and what would get lost");
-    import->add_flag("--consume", options->consume, "delete each file afterwards, as the phone does")
+    importing->add_option("files", options->files, "exported address books; they stay as they are")->required();
+    importing->add_flag("--check", options->check, "tell what an import would do, and what would get lost");
+    importing->add_flag("--consume", options->consume, "delete each file afterwards, as the phone does")
         ->excludes("--check");
-    import->add_flag("--from-latin1", options->fromLatin1, "the files are ISO 8859-1, as old exports are");
-    import->add_option("--hardware", options->hardware, "the phone: standard, nq (1000 contacts) or tq2")
+    importing->add_flag("--from-latin1", options->fromLatin1, "the files are ISO 8859-1, as old exports are");
+    importing->add_option("--hardware", options->hardware, "the phone: standard, nq (1000 contacts) or tq2")
         ->check(CLI::IsMember(std::set<std::string>{"standard", "nq", "tq2"}));
-    import->add_option("--existing", options->existing, "contacts that the phonebook holds already")
+    importing->add_option("--existing", options->existing, "contacts that the phonebook holds already")
         ->check(CLI::Range(0, 1000000));
-    import->add_option("--format", options->format, "table, json or vcard")
+    importing->add_option("--format", options->format, "table, json or vcard")
         ->check(CLI::IsMember(std::set<std::string>{"table", "json", "vcard"}));
-    import->callback([&command, options] {
+    importing->callback([&command, options] {
         command.action = [&command, options] {
             options->log = command.globals.log;
             options->format = importFormat(options->format, command.globals.format);
