@@ -21,6 +21,7 @@ namespace calljournal {
 namespace {
 
 constexpr std::string_view storeMark = "SQLite format 3";
+constexpr std::string_view declarationBegin = "<?xml ";
 
 std::string readAll(std::istream& in) {
     return std::string{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -63,17 +64,47 @@ private:
     std::size_t lineEnd_;
 };
 
-/// Prints what one message is and what is wrong with it; returns whether nothing is.
-bool report(const std::string& name, const std::string& text, const std::string& kind, std::ostream& out) {
-    const CheckedMessage checked = checkMessage(text, kind);
-    const std::size_t count = checked.findings.size();
-    out << name << ": " << checked.title << ": "
-        << (count == 0 ? "nothing found" : std::to_string(count) + (count == 1 ? " finding" : " findings")) << '\n';
-    Position position(text);
-    for (const Finding& finding : checked.findings) {
-        out << name << ": " << position.of(finding.at) << ": " << printable(finding.what) << '\n';
+/// Returns where the messages of a capture begin and, behind them, its end. One begins on a line of its own, with the XML
+/// declaration, behind the mark that --show-xml puts in front of a request or a reply.
+std::vector<std::size_t> messageBounds(std::string_view text) {
+    std::vector<std::size_t> bounds;
+    for (std::size_t line = 0; line < text.size();) {
+        const std::string_view rest = text.substr(line);
+        const bool isMarked = rest.substr(0, 2) == "> " || rest.substr(0, 2) == "< ";
+        const std::size_t begin = line + (isMarked ? 2 : 0);
+        if (text.substr(begin, declarationBegin.size()) == declarationBegin) {
+            bounds.push_back(begin);
+        }
+        const std::size_t end = text.find('\n', line);
+        line = end == std::string_view::npos ? text.size() : end + 1;
     }
-    return count == 0;
+    if (bounds.empty() || text.find_first_not_of(" \t\r\n<>") < bounds.front()) {
+        bounds.insert(bounds.begin(), 0);
+    }
+    bounds.push_back(text.size());
+    return bounds;
+}
+
+/// Prints what the messages of a text are and what is wrong with them; returns whether nothing is.
+bool report(const std::string& file, const std::string& text, const std::string& kind, std::ostream& out) {
+    const std::vector<std::size_t> bounds = messageBounds(text);
+    Position position(text);
+    bool isFine = true;
+    for (std::size_t i = 0; i + 1 < bounds.size(); ++i) {
+        std::string_view message = std::string_view(text).substr(bounds[i], bounds[i + 1] - bounds[i]);
+        const bool isMarked = i + 2 < bounds.size() && text[bounds[i + 1] - 1] == ' ';
+        message.remove_suffix(isMarked ? 2 : 0);
+        const std::string name = file + (bounds.size() == 2 ? "" : ": message " + std::to_string(i + 1));
+        const CheckedMessage checked = checkMessage(message, kind);
+        const std::size_t count = checked.findings.size();
+        out << name << ": " << checked.title << ": "
+            << (count == 0 ? "nothing found" : std::to_string(count) + (count == 1 ? " finding" : " findings")) << '\n';
+        for (const Finding& finding : checked.findings) {
+            out << name << ": " << position.of(bounds[i] + finding.at) << ": " << printable(finding.what) << '\n';
+        }
+        isFine = isFine && count == 0;
+    }
+    return isFine;
 }
 
 /// Checks the replies to the requests that read each schema of a store.

@@ -136,9 +136,9 @@ private:
                 continue;
             }
             const Element& before = outline_.elements[firstOfRow_[later]];
-            tell(outline_.elements[element].begin, std::string(group_.rows[row].writtenAs) + " is expected before " +
-                                                       std::string(before.name) + ", where a decoder's cursor stops" +
-                                                       stillRead(row, element));
+            tell(outline_.elements[element].begin,
+                 std::string(group_.rows[row].writtenAs) + " is expected before " + std::string(before.name) +
+                     "; a decoder's cursor stops in front of it" + stillRead(row, element));
             return;
         }
     }
@@ -186,13 +186,12 @@ private:
         const FieldShape& field = group_.rows[row];
         const std::string said = value(row, element);
         const bool isTold = checkMarkup(row, element, said);
-        if (!outline_.elements[element].isClosed) {
-            checkText(row, element, said);
-        } else if (field.type == ValueType::word) {
+        const bool isWhole = outline_.elements[element].isClosed;
+        if (isWhole && field.type == ValueType::word) {
             checkWord(row, element, said);
-        } else if (field.type == ValueType::flag) {
+        } else if (isWhole && field.type == ValueType::flag) {
             checkFlag(row, element, said);
-        } else if (outline_.elements[element].name != field.readAs && !entry_.isServedByStore) {
+        } else if (isWhole && outline_.elements[element].name != field.readAs && !entry_.isServedByStore) {
             checkPicture(row, element, said);
         } else if (!isTold) {
             checkText(row, element, said);
@@ -397,7 +396,7 @@ private:
             rowNamed(entry_.kind.fields, outline_.elements[element].name) < entry_.kind.fields.size()) {
             findings_.add(outline_.elements[element].begin, entry_.place,
                           std::string(outline_.elements[element].name) +
-                              " is expected before LogList, where a decoder's cursor stops");
+                              " is expected before LogList, where a decoder's cursor stays");
         }
     }
 

@@ -15,16 +15,6 @@ namespace {
 
 constexpr std::string_view listSchemas[] = {"", text::DAS_CALLLOG, text::DAS_CALLLOG_PHONEBOOK, "Conversations"};
 
-bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
-std::size_t firstNamed(const Outline& outline, const std::vector<std::size_t>& elements, std::string_view name) {
-    const auto found = std::find_if(elements.begin(), elements.end(),
-                                    [&](std::size_t element) { return outline.elements[element].name == name; });
-    return found == elements.end() ? noElement : *found;
-}
-
 /// The names of the elements of an entry and of its calls.
 std::set<std::string_view> namesIn(const Outline& outline, const std::vector<std::size_t>& elements) {
     std::set<std::string_view> names;

@@ -26,10 +26,6 @@ struct ActionName {
 
 constexpr ActionName actionNames[] = {{"0", "added"}, {"1", "changed"}, {"2", "viewed"}, {"3", "deleted"}};
 
-bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 /// Whether `text` is a decimal number of 32 bits, as a count is written.
 bool isSignedNumber(std::string_view text) {
     const std::string_view digits = text.substr(!text.empty() && text.front() == '-' ? 1 : 0);
@@ -168,11 +164,15 @@ private:
 
     void checkResult() {
         const std::vector<std::size_t>& inside = outline_.elements[message_.schema].children;
-        const std::string_view result = message_.textOf(inside, resultElement);
-        const std::size_t at = placeOf(inside, resultElement);
+        const std::size_t element = firstNamed(outline_, inside, resultElement);
+        if (element == noElement) {
+            return;
+        }
+        const std::string_view result = outline_.rawText(outline_.elements[element]);
+        const std::size_t at = outline_.elements[element].begin;
         if (result == "failed") {
             tell(at, "the data access service refused: " + quoted(message_.textOf(inside, reasonElement)));
-        } else if (at != outline_.elements[message_.schema].begin && result != "ok") {
+        } else if (result != "ok") {
             tell(at, "the result " + quoted(result) + " is neither ok nor failed, which counts as a failure");
         }
     }
@@ -198,9 +198,8 @@ private:
 
     /// The begin of the first element of that name, or of the schema if there is none.
     std::size_t placeOf(const std::vector<std::size_t>& elements, std::string_view name) const {
-        const auto found = std::find_if(elements.begin(), elements.end(),
-                                        [&](std::size_t element) { return outline_.elements[element].name == name; });
-        return found == elements.end() ? outline_.elements[message_.schema].begin : outline_.elements[*found].begin;
+        const std::size_t element = firstNamed(outline_, elements, name);
+        return outline_.elements[element == noElement ? message_.schema : element].begin;
     }
 
     void checkEnvelope(std::initializer_list<std::string_view> known) {
@@ -273,21 +272,16 @@ private:
             for (const ActionName& row : actionNames) {
                 known += (known.empty() ? "" : ", ") + std::string(row.digit) + " " + std::string(row.meaning);
             }
-            const bool isThere = std::any_of(outline_.top.begin(), outline_.top.end(), [&](std::size_t element) {
-                return outline_.elements[element].name == text::ACTIONTYPE;
-            });
-            tell(isThere ? beginOf(text::ACTIONTYPE) : text_.size(),
-                 isThere ? "ActionType: " + quoted(action) + " names no action (" + known + ")"
-                         : "there is no ActionType: the message is cut, or it is none");
+            const std::size_t element = firstNamed(outline_, outline_.top, text::ACTIONTYPE);
+            if (element == noElement) {
+                tell(text_.size(), "there is no ActionType: the message is cut, or it is none");
+            } else {
+                tell(outline_.elements[element].begin,
+                     "ActionType: " + quoted(action) + " names no action (" + known + ")");
+            }
         }
         checkTail();
         checkEntries(readEntries());
-    }
-
-    std::size_t beginOf(std::string_view name) const {
-        const auto found = std::find_if(outline_.top.begin(), outline_.top.end(),
-                                        [&](std::size_t element) { return outline_.elements[element].name == name; });
-        return outline_.elements[*found].begin;
     }
 
     /// The id to delete and the action follow the entry.
@@ -299,7 +293,7 @@ private:
             const bool isId = last == text::UNIQUEIDTODELETE && name != text::ACTIONTYPE;
             if (isAction || isId) {
                 tell(outline_.elements[element].begin, std::string(name) + " is expected before " + std::string(last) +
-                                                           ", where a decoder's cursor stops");
+                                                           "; a decoder's cursor stops in front of it");
             }
             last = isAction || isId ? last : name;
         }

@@ -2,6 +2,7 @@
 #define CALLJOURNAL_OUTLINE_H
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,6 +54,11 @@ struct Outline {
 /// closes nothing and a `<` that starts no tag are text. `text` must outlive the result. Elements may nest as deep as
 /// they like.
 Outline outlineOf(std::string_view text);
+
+/// Returns the first of `elements` that has that name, or noElement.
+std::size_t firstNamed(const Outline& outline, const std::vector<std::size_t>& elements, std::string_view name);
+
+bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names);
 
 }  // namespace calljournal
 

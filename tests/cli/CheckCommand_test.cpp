@@ -160,6 +160,37 @@ TEST_F(Check, SaysWhenATextIsNoneOfACallLog) {
               "line 1, column 1: the adapter's own answer: it had no data access service to ask\n");
 }
 
+TEST_F(Check, TakesACaptureOfSeveralMessages) {
+    const Finished traced = run({"--show-xml", "record", "missed", "--number", "1", "--time", "2024-05-01 10:15:00"});
+    EXPECT_EQ(fine(traced.err),
+              "message 1: read request, missed: nothing found\n"
+              "message 2: reply, missed, 0 entries: nothing found\n"
+              "message 3: write request, missed, 1 entry: nothing found\n"
+              "message 4: reply, missed, 0 entries: nothing found\n");
+    EXPECT_EQ(
+        findings("hello\n" + schema("CallLogMissedCalls", "\n<Extra>1</Extra>") + "\n" +
+                 schema("CallLogMissedCalls", "") + "\n"),
+        "message 1: unknown text: 1 finding\n"
+        "message 1: line 1, column 1: no request, reply, notification or entry of a call log is here\n"
+        "message 2: reply, missed, 0 entries: 2 findings\n"
+        "message 2: line 2, column 73: text that belongs to no element: \"\\n\"; a decoder's cursor stops in front "
+        "of it, and the missed call list takes it for the text of the element before\n"
+        "message 2: line 3, column 1: Extra is no element of a reply: nobody reads \"1\"\n"
+        "message 3: reply, missed, 0 entries: nothing found\n");
+}
+
+TEST_F(Check, FollowsTheDialledKindInTheOrderOfWritingAndOfReading) {
+    const std::string number = "<ConnectedNumber>1</ConnectedNumber>";
+    const std::string priority = "<ConnectedNumberPriority>True</ConnectedNumberPriority>";
+    const std::string type = "<ConnectedNumberType>MOBILE</ConnectedNumberType>";
+    EXPECT_EQ(fine(calls({number + priority + type})), "1 entry, dialled: nothing found\n");
+    EXPECT_EQ(fine(calls({priority + number + type})), "1 entry, dialled: nothing found\n");
+    EXPECT_EQ(findings(calls({type + priority})),
+              "1 entry, dialled: 1 finding\n"
+              "line 1, column 65: call 1: ConnectedNumberPriority is expected before ConnectedNumberType; a decoder's "
+              "cursor stops in front of it; it is still read as it stands\n");
+}
+
 TEST_F(Check, GoesOnAfterAFileThatItCannotRead) {
     const std::string good = folder_.write("good.xml", "<Viewed>True</Viewed>");
     const std::string missing = folder_.file("missing");
@@ -182,8 +213,8 @@ TEST_F(Check, NamesElementsThatAreNotBalanced) {
     EXPECT_EQ(findings("<Viewed>True</Viewed>\n<LogList></Item></LogList>\n<Surname>x"),
               "1 entry, missed: 5 findings\n"
               "line 2, column 10: </Item> closes nothing\n"
-              "line 3, column 1: Surname is expected before LogList, where a decoder's cursor stops\n"
-              "line 3, column 1: Surname is expected before Viewed, where a decoder's cursor stops\n"
+              "line 3, column 1: Surname is expected before LogList, where a decoder's cursor stays\n"
+              "line 3, column 1: Surname is expected before Viewed; a decoder's cursor stops in front of it\n"
               "line 3, column 1: Surname says \"x\", but \"\" is read\n"
               "line 3, column 1: <Surname> is never closed\n");
 }
@@ -324,19 +355,21 @@ TEST_F(Check, TellsAnEmptyItemThatTheListTakes) {
 }
 
 TEST_F(Check, TellsAnOrderThatTheCursorDoesNotFollow) {
-    EXPECT_EQ(findings("<Surname>b</Surname><EntryId>a</EntryId><Viewed>True</Viewed>" +
-                       calls({"<TimeDate>1</TimeDate><Number>2</Number>"})),
-              "1 entry, missed: 2 findings\n"
-              "line 1, column 21: EntryId is expected before Surname, where a decoder's cursor stops; it is still read "
-              "as it stands\n"
-              "line 1, column 99: call 1: Number is expected before TimeDate, where a decoder's cursor stops; it is "
-              "still read as it stands\n");
+    EXPECT_EQ(
+        findings("<Surname>b</Surname><EntryId>a</EntryId><Viewed>True</Viewed>" +
+                 calls({"<TimeDate>1</TimeDate><Number>2</Number>"})),
+        "1 entry, missed: 2 findings\n"
+        "line 1, column 21: EntryId is expected before Surname; a decoder's cursor stops in front of it; it is still "
+        "read "
+        "as it stands\n"
+        "line 1, column 99: call 1: Number is expected before TimeDate; a decoder's cursor stops in front of it; it is "
+        "still read as it stands\n");
 }
 
 TEST_F(Check, TellsAnElementBehindTheCalls) {
     EXPECT_EQ(findings(calls({aCall}) + "<Viewed>True</Viewed>"),
               "1 entry, missed: 1 finding\n"
-              "line 1, column 51: Viewed is expected before LogList, where a decoder's cursor stops\n");
+              "line 1, column 51: Viewed is expected before LogList, where a decoder's cursor stays\n");
 }
 
 TEST_F(Check, TellsAPictureUnderTheNameThatIsNotRead) {
@@ -520,7 +553,8 @@ TEST_F(Check, TellsAnIdToDeleteBehindTheAction) {
     EXPECT_EQ(findings(declaration + "<Method>dialledCallsUpdate</Method>" + calls({aCall}) +
                        "<ActionType>3</ActionType><UniqueIdToDelete>1</UniqueIdToDelete>"),
               "notification, dialled: 1 finding\n"
-              "line 1, column 150: UniqueIdToDelete is expected before ActionType, where a decoder's cursor stops\n");
+              "line 1, column 150: UniqueIdToDelete is expected before ActionType; a decoder's cursor stops in front "
+              "of it\n");
 }
 
 TEST_F(Check, TellsACountThatIsNone) {
