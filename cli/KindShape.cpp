@@ -16,7 +16,7 @@ namespace {
 
 // Shapes of the rows, by the type of the value.
 
-constexpr detail::Words noWords = {nullptr, nullptr};
+constexpr detail::Words noWords = {nullptr, nullptr, {}};
 
 FieldShape callField(std::string_view tag, const std::string&, bool) {
     return {tag, tag, ValueType::text, noWords, "as it is", callTextUnescapes};

@@ -73,6 +73,9 @@ public:
     void appendCallInfoToList(const DialledCallInfo& info);
 
 private:
+    /// Decoding hands a list of calls over without a copy.
+    friend struct calljournal::detail::CallKind<DialledCallItem>;
+
     std::string journalServiceGroupBy_;
     std::list<DialledCallInfo> dialledCallInfoList_;
 };

@@ -60,6 +60,9 @@ public:
     void appendCallInfoToList(const ForwardedCallInfo& info);
 
 private:
+    /// Decoding hands a list of calls over without a copy.
+    friend struct calljournal::detail::CallKind<ForwardedCallItem>;
+
     std::list<ForwardedCallInfo> forwardedCallInfoList_;
 };
 

@@ -72,6 +72,9 @@ public:
     void setViewed(bool seen);
 
 private:
+    /// Decoding hands a list of calls over without a copy.
+    friend struct calljournal::detail::CallKind<MissedCallItem>;
+
     std::list<MissedCallInfo> missedCallInfoList_;
     bool viewed_;
 };

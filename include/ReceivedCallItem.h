@@ -64,6 +64,9 @@ public:
     void appendCallInfoToList(const ReceivedCallInfo& info);
 
 private:
+    /// Decoding hands a list of calls over without a copy.
+    friend struct calljournal::detail::CallKind<ReceivedCallItem>;
+
     std::list<ReceivedCallInfo> receivedCallInfoList_;
 };
 

@@ -1,5 +1,8 @@
+#include <cstring>
+
 #include "CallListDatabaseAdapterHelper.h"
-#include "detail/Codec.h"
+#include "detail/Decoding.h"
+#include "detail/Encoding.h"
 
 namespace detail = calljournal::detail;
 
@@ -24,7 +27,8 @@ namespace detail = calljournal::detail;
     }                                                                                                                 \
     bool CallListDatabaseAdapterHelper::getXML##Kind##CallInfoList(const char* xml,                                   \
                                                                    std::list<Kind##CallItem::Kind##CallInfo>& list) { \
-        return detail::readCalls<Kind##CallItem>(xml, list);                                                          \
+        detail::readCalls<Kind##CallItem>(xml, xml + std::strlen(xml), list);                                         \
+        return !list.empty();                                                                                         \
     }                                                                                                                 \
     void CallListDatabaseAdapterHelper::parseXML##Kind##CallItem(const char* xml, Kind##CallItem& item) {             \
         detail::readItem(xml, item);                                                                                  \

@@ -1,5 +1,5 @@
 #include "CallListDatabaseAdapterHelper.h"
-#include "detail/Codec.h"
+#include "detail/Encoding.h"
 
 namespace detail = calljournal::detail;
 namespace text = calljournal::detail::text;
@@ -13,7 +13,8 @@ std::string entryUpdate(const Item& item, const std::string& uniqueIdToDelete,
     std::string message(text::XMLHEADER);
     detail::appendElement(message, text::METHOD, detail::CallKind<Item>::updateMethod);
     detail::appendBody(message, item, false);
-    detail::appendValue(message, text::UNIQUEIDTODELETE, uniqueIdToDelete);
+    message += CallListDatabaseAdapterHelper::createXMLField(CallListDatabaseAdapterHelper::UNIQUEIDTODELETE,
+                                                             uniqueIdToDelete);
     detail::appendElement(message, text::ACTIONTYPE, std::to_string(static_cast<int>(action)));
     return message;
 }

@@ -55,27 +55,6 @@ constexpr auto makeFieldOfTag() {
 
 constexpr auto fieldOfTag = makeFieldOfTag();
 
-// The reply's texts are taken as they come, without unescaping.
-
-void assignPlain(std::string& member, std::string_view value) {
-    member = value;
-}
-
-void assignPlain(bool& member, std::string_view value) {
-    member = value == text::TRUE;
-}
-
-template <class Enumeration>
-void assignPlain(Enumeration& member, std::string_view value) {
-    member = detail::fromWord<Enumeration>(value);
-}
-
-std::string unescaped(std::string_view value) {
-    std::string result;
-    detail::assignUnescaped(result, value);
-    return result;
-}
-
 /// Takes a text that belongs to an entry or to the reply as a whole.
 void takeEntryText(Parser& parser, std::string_view value) {
     MissedCallItem& entry = parser.currentEntry;
@@ -99,12 +78,12 @@ void takeEntryText(Parser& parser, std::string_view value) {
             break;
         case Data::TAG_SURNAME:
             if (entry.getSurname().empty()) {
-                entry.setSurname(unescaped(value));
+                entry.setSurname(detail::unescaped(value));
             }
             break;
         case Data::TAG_FIRSTNAME:
             if (entry.getFirstname().empty()) {
-                entry.setFirstname(unescaped(value));
+                entry.setFirstname(detail::unescaped(value));
             }
             break;
         case Data::TAG_PICTURE_CLIP:
@@ -153,7 +132,9 @@ void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLData(void* u
     if (field == callFields.size()) {
         takeEntryText(*parser, value);
     } else {
-        std::visit([&](auto member) { assignPlain(parser->currentCall.*member, value); }, callFields[field].member);
+        // The reply's texts are taken as they come, without unescaping.
+        std::visit([&](auto member) { detail::assignPlain(parser->currentCall.*member, value); },
+                   callFields[field].member);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "ClientUtils.h"
 
+#include <algorithm>
+#include <array>
 #include <climits>
 #include <cstddef>
 #include <string_view>
@@ -20,14 +22,22 @@ constexpr Entity entities[] = {
     {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&apos;"},
 };
 
+/// For each byte the number of its entity, counted from 1; 0 if it is written as it is.
+constexpr std::array<unsigned char, 256> makeEntityNumbers() {
+    std::array<unsigned char, 256> numbers{};
+    unsigned char number = 0;
+    for (const Entity& entity : entities) {
+        numbers[static_cast<unsigned char>(entity.character)] = ++number;
+    }
+    return numbers;
+}
+
+constexpr auto entityNumbers = makeEntityNumbers();
+
 /// Returns the entity that writes `c`, or null.
 const Entity* entityFor(char c) {
-    for (const Entity& entity : entities) {
-        if (entity.character == c) {
-            return &entity;
-        }
-    }
-    return nullptr;
+    const unsigned char number = entityNumbers[static_cast<unsigned char>(c)];
+    return number == 0 ? nullptr : entities + number - 1;
 }
 
 /// Returns the entity that stands at the start of `text`, or null.
@@ -51,9 +61,13 @@ bool isForbiddenInXml(char c) {
 }  // namespace
 
 std::string escapeXMLString(const std::string& text) {
-    std::string escaped;
+    const auto first = std::find_if(text.begin(), text.end(), [](char c) { return entityFor(c) != nullptr; });
+    std::string escaped(text.begin(), first);
+    if (first == text.end()) {
+        return escaped;
+    }
     escaped.reserve(text.size());
-    for (const char c : text) {
+    for (const char c : std::string_view(text).substr(escaped.size())) {
         if (const Entity* const entity = entityFor(c)) {
             escaped += entity->text;
         } else {

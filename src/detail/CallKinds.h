@@ -6,12 +6,14 @@
 #include <list>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include "DialledCallItem.h"
 #include "ForwardedCallItem.h"
 #include "MissedCallItem.h"
 #include "ReceivedCallItem.h"
+#include "Tag.h"
 #include "Texts.h"
 
 namespace calljournal {
@@ -25,8 +27,11 @@ using CallMember = std::variant<std::string Call::*, bool Call::*, CallLogEntryE
                                 NumberType::NT Call::*, TransferNumber::TransferNumberType Call::*>;
 
 template <class Call>
+using TextMember = std::string Call::*;
+
+template <class Call>
 struct CallField {
-    std::string_view tag;
+    Tag tag;
     CallMember<Call> member;
 };
 
@@ -49,13 +54,13 @@ struct FlagAccess {
 /// A member of an item that the format carries: texts unless they are empty, flags always.
 template <class Item>
 struct ItemField {
-    std::string_view writtenAs;
-    std::string_view readAs;
+    Tag writtenAs;
+    Tag readAs;
     std::variant<TextAccess<Item>, FlagAccess<Item>> access;
 };
 
 /// What every kind of item starts with.
-inline constexpr ItemField<CallItemWithPicture> partyFields[] = {
+inline constexpr std::array<ItemField<CallItemWithPicture>, 4> partyFields = {{
     {text::UNIQUEID, text::UNIQUEID,
      TextAccess<CallItemWithPicture>{&CallItemWithPicture::getUniqueId, &CallItemWithPicture::setUniqueId,
                                      Form::withoutColons}},
@@ -65,11 +70,18 @@ inline constexpr ItemField<CallItemWithPicture> partyFields[] = {
      TextAccess<CallItemWithPicture>{&CallItem::getSurname, &CallItem::setSurname, Form::escaped}},
     {text::FIRSTNAME, text::FIRSTNAME,
      TextAccess<CallItemWithPicture>{&CallItem::getFirstname, &CallItem::setFirstname, Form::escaped}},
-};
+}};
 
 template <class Item>
 constexpr TextAccess<Item> pictureClip() {
     return {&CallItemWithPicture::getPictureClip, &CallItemWithPicture::setPictureClip, Form::asItIs};
+}
+
+template <class Field, std::size_t count, std::size_t behindCount, std::size_t... place>
+constexpr std::array<Field, sizeof...(place)> joinedAt(const std::array<Field, count>& first,
+                                                       const std::array<Field, behindCount>& behind,
+                                                       std::index_sequence<place...>) {
+    return {{(place < count ? first[place] : behind[place - count])...}};
 }
 
 /// Returns the fields of `first` and behind them those of `rest`.
@@ -81,11 +93,7 @@ constexpr std::array<Field, count> joined(const std::array<Field, count>& only) 
 template <class Field, std::size_t count, class... Rest>
 constexpr auto joined(const std::array<Field, count>& first, const Rest&... rest) {
     const auto behind = joined(rest...);
-    std::array<Field, count + behind.size()> fields{};
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        fields[i] = i < count ? first[i] : behind[i - count];
-    }
-    return fields;
+    return joinedAt(first, behind, std::make_index_sequence<count + behind.size()>());
 }
 
 /// Returns `fields` with the places `first` and `second` exchanged.
@@ -130,6 +138,9 @@ inline constexpr CallFields<Call, 6> deflectionAndTimeFormat = {{
     {text::TIMEFORMAT, &Call::timeFormat},
 }};
 
+inline constexpr Tag logListTag = text::LOGLIST;
+inline constexpr Tag itemTag = text::ITEM;
+
 /// What sets one kind of item apart from the others: its table in the data access service, its notification, the fields
 /// that follow the party, the list of calls, the fields of a call in the order in which they are written and read, and
 /// whether a flag of a call is unescaped before it is compared with "True".
@@ -143,6 +154,7 @@ struct CallKind<MissedCallItem> {
     static constexpr std::string_view updateMethod = text::MISSEDCALLSUPDATE_XML;
     static constexpr auto calls = &MissedCallItem::getMissedCallInfoList;
     static constexpr auto setCalls = &MissedCallItem::setMissedCallInfoList;
+    static constexpr auto ownCalls = &MissedCallItem::missedCallInfoList_;
 
     static constexpr std::array<ItemField<MissedCallItem>, 2> itemFields = {{
         // Served by the data access service under another name than it is written by.
@@ -165,6 +177,7 @@ struct CallKind<DialledCallItem> {
     static constexpr std::string_view updateMethod = text::DIALLEDCALLSUPDATE_XML;
     static constexpr auto calls = &DialledCallItem::getDialledCallInfoList;
     static constexpr auto setCalls = &DialledCallItem::setDialledCallInfoList;
+    static constexpr auto ownCalls = &DialledCallItem::dialledCallInfoList_;
 
     static constexpr std::array<ItemField<DialledCallItem>, 2> itemFields = {{
         {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<DialledCallItem>()},
@@ -201,6 +214,7 @@ struct CallKind<ReceivedCallItem> {
     static constexpr std::string_view updateMethod = text::RECEIVEDCALLSUPDATE_XML;
     static constexpr auto calls = &ReceivedCallItem::getReceivedCallInfoList;
     static constexpr auto setCalls = &ReceivedCallItem::setReceivedCallInfoList;
+    static constexpr auto ownCalls = &ReceivedCallItem::receivedCallInfoList_;
 
     static constexpr std::array<ItemField<ReceivedCallItem>, 1> itemFields = {{
         {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<ReceivedCallItem>()},
@@ -219,6 +233,7 @@ struct CallKind<ForwardedCallItem> {
     static constexpr std::string_view updateMethod = text::FORWARDEDCALLSUPDATE_XML;
     static constexpr auto calls = &ForwardedCallItem::getForwardedCallInfoList;
     static constexpr auto setCalls = &ForwardedCallItem::setForwardedCallInfoList;
+    static constexpr auto ownCalls = &ForwardedCallItem::forwardedCallInfoList_;
 
     static constexpr std::array<ItemField<ForwardedCallItem>, 1> itemFields = {{
         {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<ForwardedCallItem>()},

@@ -15,16 +15,6 @@ bool isNameAt(const char* text, std::string_view name) {
     return std::strncmp(text, name.data(), name.size()) == 0 && text[name.size()] == '>';
 }
 
-/// Finds "<tag>", or "</tag>" for the mark "</". Null if there is none.
-const char* findTag(const char* text, std::string_view mark, std::string_view tag) {
-    for (; (text = std::strchr(text, '<')) != nullptr; ++text) {
-        if ((mark.size() == 1 || text[1] == mark[1]) && isNameAt(text + mark.size(), tag)) {
-            return text;
-        }
-    }
-    return nullptr;
-}
-
 }  // namespace
 
 void appendBegin(std::string& out, std::string_view tag) {
@@ -51,17 +41,33 @@ void makeRoom(std::string& out, std::size_t length) {
     }
 }
 
-FoundElement findElement(const char* cursor, std::string_view tag) {
-    const char* open = findTag(cursor, "<", tag);
-    if (open == nullptr) {
-        return {nullptr, nullptr, cursor};
+const char* findBegin(const char* text, std::string_view tag) {
+    while ((text = std::strchr(text, '<')) != nullptr) {
+        ++text;
+        if (isNameAt(text, tag)) {
+            return text + tag.size() + 1;
+        }
     }
-    const char* begin = open + tag.size() + 2;
-    const char* close = findTag(begin, "</", tag);
+    return nullptr;
+}
+
+const char* findClose(const char* text, std::string_view tag) {
+    for (; (text = std::strchr(text, '<')) != nullptr; ++text) {
+        if (text[1] == '/' && isNameAt(text + 2, tag)) {
+            return text;
+        }
+    }
+    return nullptr;
+}
+
+FoundElement findElement(const char* cursor, std::string_view tag) {
+    const char* const begin = findBegin(cursor, tag);
+    const char* const close = begin == nullptr ? nullptr : findClose(begin, tag);
     if (close == nullptr) {
         return {nullptr, nullptr, cursor};
     }
-    return {begin, close, open == cursor ? close + tag.size() + 3 : cursor};
+    const bool isAtCursor = begin == cursor + tag.size() + 2;
+    return {begin, close, isAtCursor ? close + tag.size() + 3 : cursor};
 }
 
 bool mayHoldEntities(std::string_view raw) {
@@ -74,6 +80,12 @@ void assignUnescaped(std::string& out, std::string_view raw) {
     } else {
         out.assign(raw);
     }
+}
+
+std::string unescaped(std::string_view raw) {
+    std::string out;
+    assignUnescaped(out, raw);
+    return out;
 }
 
 }  // namespace detail

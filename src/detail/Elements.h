@@ -5,6 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "Bytes.h"
+#include "Tag.h"
+
 namespace calljournal {
 namespace detail {
 
@@ -32,16 +35,63 @@ struct FoundElement {
     std::string_view raw() const { return std::string_view(begin, static_cast<std::size_t>(end - begin)); }
 };
 
+/// Returns the place behind the first "<tag>" of a zero-terminated text, or null.
+const char* findBegin(const char* text, std::string_view tag);
+
+/// Returns the place of the first "</tag>" of a zero-terminated text, or null.
+const char* findClose(const char* text, std::string_view tag);
+
 /// Searches the zero-terminated text at `cursor` for the first "<tag>" and the first "</tag>" behind it. `next` is the
 /// place behind the element if it stands right at `cursor`, and `cursor` otherwise, so that an element that was skipped
 /// can still be found.
 FoundElement findElement(const char* cursor, std::string_view tag);
 
+/// A walk over an entry or a call that may be just as it was written: one element behind the other in the order of the
+/// table, each text without markup. Every "<" that the walk has passed was then a tag that it expected, so no other
+/// element can have stood there, and nothing needs to be searched for.
+class WrittenText {
+public:
+    WrittenText(const char* at, const char* end) : at_(at), end_(end) {}
+
+    const char* at() const { return at_; }
+    bool isAtEnd() const { return at_ == end_; }
+
+    bool takeBegin(const Tag& tag) {
+        const bool stands = tag.beginsAt(at_, room());
+        at_ += stands ? tag.beginLength() : 0;
+        return stands;
+    }
+
+    bool takeClose(const Tag& tag) {
+        const bool stands = tag.closesAt(at_, room());
+        at_ += stands ? tag.closeLength() : 0;
+        return stands;
+    }
+
+    /// Steps over the text up to the next "<", or to the end, and returns it.
+    std::string_view takeText() {
+        const char* const start = at_;
+        at_ = findByte(start, end_, '<');
+        return std::string_view(start, static_cast<std::size_t>(at_ - start));
+    }
+
+private:
+    std::size_t room() const { return static_cast<std::size_t>(end_ - at_); }
+
+    const char* at_;
+    const char* end_;
+};
+
 /// Whether unescaping could change `raw`; every platform leaves a text without ampersand as it is.
 bool mayHoldEntities(std::string_view raw);
 
+inline bool mayHoldEntities(const char* begin, const char* end) {
+    return mayHoldEntities(std::string_view(begin, static_cast<std::size_t>(end - begin)));
+}
+
 /// Stores `raw` in `out`, unescaped by the platform.
 void assignUnescaped(std::string& out, std::string_view raw);
+std::string unescaped(std::string_view raw);
 
 }  // namespace detail
 }  // namespace calljournal

@@ -2,12 +2,15 @@
 #define CALLJOURNAL_DETAIL_WORDS_H
 
 #include <cstddef>
+#include <iterator>
+#include <string>
 #include <string_view>
 
 #include "CallBackItem.h"
 #include "CallLogEntryEvent.h"
 #include "Contact.h"
 #include "NumberType.h"
+#include "Tag.h"
 #include "Texts.h"
 #include "TransferNumber.h"
 
@@ -17,7 +20,7 @@ namespace detail {
 /// One pair of an enumeration. The values are numbers because a phone's headers may name the enumerators otherwise.
 struct Word {
     int value;
-    std::string_view word;
+    ShortText word;
 };
 
 // The words of each enumeration. Both conversions take the first row that fits, and the first row of all if none does.
@@ -65,67 +68,121 @@ inline constexpr Word callBackStateWords[] = {
 
 // The phonebook's own words, which the call log's vocabulary does not hold.
 inline constexpr Word contactSourceWords[] = {
-    {0, std::string_view()}, {3, "CSV"}, {4, "WSI"}, {7, "LDAP"}, {8, "LOCAL"},
+    {0, std::string_view()}, {3, ShortText("CSV")},   {4, ShortText("WSI")},
+    {7, ShortText("LDAP")},  {8, ShortText("LOCAL")},
 };
 
-/// The rows of one enumeration.
+inline constexpr ShortText trueWord = text::TRUE;
+inline constexpr ShortText falseWord = text::FALSE;
+
+constexpr const ShortText& wordOf(bool value) {
+    return value ? trueWord : falseWord;
+}
+
+/// The rows of one enumeration, and for each of the first values the row that has it.
 struct Words {
     const Word* begin;
     const Word* end;
+    unsigned char rowOf[9];
 };
 
 template <std::size_t count>
 constexpr Words wordsOf(const Word (&rows)[count]) {
-    return {rows, rows + count};
+    Words words{rows, rows + count, {}};
+    for (std::size_t row = count; row > 0; --row) {
+        words.rowOf[rows[row - 1].value] = static_cast<unsigned char>(row - 1);
+    }
+    return words;
 }
 
-constexpr Words wordsFor(CallLogEntryEvent::_LogTarget) {
-    return wordsOf(targetLogWords);
+inline constexpr Words targetLog = wordsOf(targetLogWords);
+inline constexpr Words presentation = wordsOf(presentationWords);
+inline constexpr Words timeFormat = wordsOf(timeFormatWords);
+inline constexpr Words numberType = wordsOf(numberTypeWords);
+inline constexpr Words transferType = wordsOf(transferTypeWords);
+inline constexpr Words callBackType = wordsOf(callBackTypeWords);
+inline constexpr Words callBackState = wordsOf(callBackStateWords);
+inline constexpr Words contactSource = wordsOf(contactSourceWords);
+
+constexpr const Words& wordsFor(CallLogEntryEvent::_LogTarget) {
+    return targetLog;
 }
-constexpr Words wordsFor(CallLogEntryEvent::_PresentationValue) {
-    return wordsOf(presentationWords);
+constexpr const Words& wordsFor(CallLogEntryEvent::_PresentationValue) {
+    return presentation;
 }
-constexpr Words wordsFor(CallLogEntryEvent::_TFormat) {
-    return wordsOf(timeFormatWords);
+constexpr const Words& wordsFor(CallLogEntryEvent::_TFormat) {
+    return timeFormat;
 }
-constexpr Words wordsFor(NumberType::NT) {
-    return wordsOf(numberTypeWords);
+constexpr const Words& wordsFor(NumberType::NT) {
+    return numberType;
 }
-constexpr Words wordsFor(TransferNumber::TransferNumberType) {
-    return wordsOf(transferTypeWords);
+constexpr const Words& wordsFor(TransferNumber::TransferNumberType) {
+    return transferType;
 }
-constexpr Words wordsFor(CallBackItem::CallBackType) {
-    return wordsOf(callBackTypeWords);
+constexpr const Words& wordsFor(CallBackItem::CallBackType) {
+    return callBackType;
 }
-constexpr Words wordsFor(CallBackItem::CallBackState) {
-    return wordsOf(callBackStateWords);
+constexpr const Words& wordsFor(CallBackItem::CallBackState) {
+    return callBackState;
 }
-constexpr Words wordsFor(Contact::eOrderedContactSource) {
-    return wordsOf(contactSourceWords);
+constexpr const Words& wordsFor(Contact::eOrderedContactSource) {
+    return contactSource;
+}
+
+template <class Enumeration>
+constexpr const ShortText& wordOf(Enumeration value) {
+    const Words& words = wordsFor(value);
+    const auto number = static_cast<unsigned>(value);
+    return words.begin[number < std::size(words.rowOf) ? words.rowOf[number] : 0].word;
+}
+
+/// Bytes of the longest word that a value of this type can have.
+constexpr std::size_t longestWord(bool) {
+    return falseWord.length();
+}
+
+template <class Enumeration>
+constexpr std::size_t longestWord(Enumeration value) {
+    std::size_t longest = 0;
+    const Words& words = wordsFor(value);
+    for (const Word* row = words.begin; row != words.end; ++row) {
+        longest = row->word.length() > longest ? row->word.length() : longest;
+    }
+    return longest;
 }
 
 /// Returns the word that `value` is stored as.
 template <class Enumeration>
 constexpr std::string_view toWord(Enumeration value) {
-    const Words words = wordsFor(value);
-    for (const Word* row = words.begin; row != words.end; ++row) {
-        if (row->value == static_cast<int>(value)) {
-            return row->word;
-        }
-    }
-    return words.begin->word;
+    return wordOf(value);
 }
 
 /// Returns the value that is stored as `word`, compared byte for byte.
 template <class Enumeration>
-constexpr Enumeration fromWord(std::string_view word) {
-    const Words words = wordsFor(Enumeration());
+Enumeration fromWord(std::string_view word) {
+    const Words& words = wordsFor(Enumeration());
     for (const Word* row = words.begin; row != words.end; ++row) {
-        if (row->word == word) {
+        if (row->word.equals(word)) {
             return static_cast<Enumeration>(row->value);
         }
     }
     return static_cast<Enumeration>(words.begin->value);
+}
+
+// Takes over what a value's text says, by the type of the value.
+
+inline void assignPlain(std::string& value, std::string_view word) {
+    value.clear();
+    value.append(word);  // less work than an assignment, which has to mind its own text as a source
+}
+
+inline void assignPlain(bool& value, std::string_view word) {
+    value = word == text::TRUE;
+}
+
+template <class Enumeration>
+void assignPlain(Enumeration& value, std::string_view word) {
+    value = fromWord<Enumeration>(word);
 }
 
 }  // namespace detail

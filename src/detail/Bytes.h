@@ -1,0 +1,75 @@
+#ifndef CALLJOURNAL_DETAIL_BYTES_H
+#define CALLJOURNAL_DETAIL_BYTES_H
+
+#include <cstddef>
+#include <cstring>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+namespace calljournal {
+namespace detail {
+
+// Tags, words and most values are short. For them a few reads of fixed size take fewer steps than a call of the library
+// function, which longer texts are left to.
+
+/// Whether both ends of two texts, `size` bytes each, are the same. The ends may overlap.
+template <std::size_t size>
+bool sameEnds(const char* first, const char* second, std::size_t length) {
+    const std::size_t last = length - size;
+    return std::memcmp(first, second, size) == 0 && std::memcmp(first + last, second + last, size) == 0;
+}
+
+inline bool sameBytes(const char* first, const char* second, std::size_t length) {
+    if (length - 8 <= 8) {
+        return sameEnds<8>(first, second, length);
+    }
+    if (length - 16 <= 16) {
+        return sameEnds<16>(first, second, length);
+    }
+    if (length - 4 <= 4) {
+        return sameEnds<4>(first, second, length);
+    }
+    return std::memcmp(first, second, length) == 0;
+}
+
+/// Copies both ends of a text, `size` bytes each. The ends may overlap.
+template <std::size_t size>
+void copyEnds(char* out, const char* text, std::size_t length) {
+    const std::size_t last = length - size;
+    std::memcpy(out, text, size);
+    std::memcpy(out + last, text + last, size);
+}
+
+inline void copyBytes(char* out, const char* text, std::size_t length) {
+    if (length - 8 <= 8) {
+        copyEnds<8>(out, text, length);
+    } else if (length - 16 <= 16) {
+        copyEnds<16>(out, text, length);
+    } else if (length - 4 <= 4) {
+        copyEnds<4>(out, text, length);
+    } else {
+        std::memcpy(out, text, length);
+    }
+}
+
+/// Returns the place of the first `byte` from `at` on, or `end`.
+inline const char* findByte(const char* at, const char* end, char byte) {
+#ifdef __SSE2__
+    const __m128i wanted = _mm_set1_epi8(byte);
+    for (; end - at >= 16; at += 16) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+        const int matches = _mm_movemask_epi8(_mm_cmpeq_epi8(block, wanted));
+        if (matches != 0) {
+            return at + __builtin_ctz(static_cast<unsigned>(matches));
+        }
+    }
+#endif
+    const void* found = std::memchr(at, byte, static_cast<std::size_t>(end - at));
+    return found == nullptr ? end : static_cast<const char*>(found);
+}
+
+}  // namespace detail
+}  // namespace calljournal
+
+#endif
