@@ -3,7 +3,6 @@
 #include <ostream>
 
 #include "ContactFields.h"
-#include "ItemJson.h"
 #include "Terminal.h"
 #include "TextTable.h"
 
@@ -33,16 +32,6 @@ void printContactTable(const std::vector<Contact>& contacts, std::ostream& out, 
         table.add(row);
     }
     table.print(out, width);
-}
-
-std::string contactJson(const Contact& contact) {
-    Json json = Json::object();
-    for (const ContactText& text : contactTexts) {
-        putValue(json, text.name, contact.*text.member);
-    }
-    json["defaultDial"] = contact.defaultDial;
-    json["source"] = detail::toWord(contact.source);
-    return jsonText(json, false);
 }
 
 }  // namespace calljournal

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <iosfwd>
-#include <string>
 #include <vector>
 
 #include "Contact.h"
@@ -13,9 +12,6 @@ namespace calljournal {
 /// Shows what people look at first: name, numbers with a "*" behind the one that is dialled by default, company, mail,
 /// position. The table is at most `width` columns wide; 0 means no limit.
 void printContactTable(const std::vector<Contact>& contacts, std::ostream& out, std::size_t width);
-
-/// A contact as one line of JSON. Keys are the names of its members; empty texts are left out.
-std::string contactJson(const Contact& contact);
 
 }  // namespace calljournal
 

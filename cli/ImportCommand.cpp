@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "ContactJson.h"
 #include "ContactViews.h"
 #include "ExitCode.h"
 #include "HostPlatform.h"

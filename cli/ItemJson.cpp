@@ -2,10 +2,6 @@
 
 namespace calljournal {
 
-std::string jsonText(const Json& json, bool indented) {
-    return json.dump(indented ? 2 : -1, ' ', false, Json::error_handler_t::replace);
-}
-
 std::string jsonString(const Json& json, const std::string& key) {
     if (!json.is_string()) {
         throw ValueError(key + ": " + jsonText(json, false) + " is not a text");

@@ -1,19 +1,14 @@
 #ifndef CALLJOURNAL_ITEMJSON_H
 #define CALLJOURNAL_ITEMJSON_H
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <variant>
 
 #include "FieldValue.h"
+#include "JsonText.h"
 #include "detail/CallKinds.h"
 
 namespace calljournal {
-
-using Json = nlohmann::ordered_json;
-
-/// Writes `json` as text, one line or indented. Bytes that are not UTF-8 become U+FFFD, since JSON has no other form.
-std::string jsonText(const Json& json, bool indented);
 
 /// Throws ValueError unless `json` is a text; names `key`.
 std::string jsonString(const Json& json, const std::string& key);

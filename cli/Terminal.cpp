@@ -8,42 +8,11 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include "Utf8.h"
+
 namespace calljournal {
 
 namespace {
-
-/// One character of a UTF-8 text; a byte that belongs to none has no code point.
-struct Character {
-    std::size_t length;
-    char32_t codePoint;
-    bool isValid;
-};
-
-Character characterAt(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char lead = byte(0);
-    const std::size_t length = lead < 0x80         ? 1
-                               : (lead >> 5) == 6  ? 2
-                               : (lead >> 4) == 14 ? 3
-                               : (lead >> 3) == 30 ? 4
-                                                   : 0;
-    static constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    if (length == 0 || length > text.size()) {
-        return {1, 0, false};
-    }
-    char32_t codePoint = length == 1 ? lead : lead & (0x7fu >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xc0u) != 0x80u) {
-            return {1, 0, false};
-        }
-        codePoint = (codePoint << 6) | (byte(i) & 0x3fu);
-    }
-    const bool isSurrogate = codePoint >= 0xd800 && codePoint <= 0xdfff;
-    if (codePoint < smallest[length] || codePoint > 0x10ffff || isSurrogate) {
-        return {1, 0, false};
-    }
-    return {length, codePoint, true};
-}
 
 /// Marks that turn the direction of what follows: a name could rearrange a whole line with them.
 bool turnsDirection(char32_t c) {
@@ -95,7 +64,7 @@ std::string printable(std::string_view text) {
     std::string shown;
     shown.reserve(text.size());
     while (!text.empty()) {
-        const Character c = characterAt(text);
+        const Utf8Character c = characterAt(text);
         if (!c.isValid) {
             shown += fmt::format("\\x{:02x}", static_cast<unsigned char>(text[0]));
         } else if (c.codePoint == '\n') {
@@ -114,24 +83,13 @@ std::string printable(std::string_view text) {
     return shown;
 }
 
-std::string asUtf8(std::string_view text) {
-    std::string valid;
-    valid.reserve(text.size());
-    while (!text.empty()) {
-        const Character c = characterAt(text);
-        valid += c.isValid ? text.substr(0, c.length) : "\ufffd";
-        text.remove_prefix(c.length);
-    }
-    return valid;
-}
-
 std::size_t displayWidth(std::string_view text) {
     if (isPlain(text)) {
         return text.size();
     }
     std::size_t width = 0;
     while (!text.empty()) {
-        const Character c = characterAt(text);
+        const Utf8Character c = characterAt(text);
         width += c.codePoint < 0x300 ? 1 : columnsOf(c.codePoint);
         text.remove_prefix(c.length);
     }
@@ -145,7 +103,7 @@ std::string fitted(const std::string& text, std::size_t width) {
     std::string_view rest = text;
     std::size_t used = 0;
     while (!rest.empty()) {
-        const Character c = characterAt(rest);
+        const Utf8Character c = characterAt(rest);
         const std::size_t columns = c.codePoint < 0x300 ? 1 : columnsOf(c.codePoint);
         if (used + columns + 1 > width) {
             break;

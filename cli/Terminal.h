@@ -17,9 +17,6 @@ std::size_t terminalWidth();
 /// direction of writing become visible escapes such as \n, \x1b or \u202e.
 std::string printable(std::string_view text);
 
-/// Returns `text` with U+FFFD in the place of each byte that is not UTF-8.
-std::string asUtf8(std::string_view text);
-
 /// How many columns the printable UTF-8 `text` takes: two for wide characters, none for combining ones.
 std::size_t displayWidth(std::string_view text);
 

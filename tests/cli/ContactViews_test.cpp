@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include "ContactJson.h"
+
 namespace {
 
 std::string tableOf(const std::vector<Contact>& contacts, std::size_t width = 0) {

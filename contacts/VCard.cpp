@@ -7,7 +7,7 @@
 
 #include "CSVType.h"
 #include "ContactFields.h"
-#include "Terminal.h"
+#include "Utf8.h"
 
 namespace calljournal {
 
@@ -129,11 +129,7 @@ std::string foldedLine(std::string_view line) {
     std::string folded;
     std::size_t room = longestLine;
     while (line.size() > room) {
-        std::size_t cut = room;
-        // A byte that goes on with a character stays with its lead byte.
-        while (cut > 1 && (static_cast<unsigned char>(line[cut]) & 0xc0u) == 0x80u) {
-            --cut;
-        }
+        const std::size_t cut = wholeCharacters(line, room);
         folded.append(line.substr(0, cut)).append(lineEnd).append(" ");
         line.remove_prefix(cut);
         room = longestLine - 1;

@@ -1,0 +1,15 @@
+#ifndef CALLJOURNAL_CONTACTJSON_H
+#define CALLJOURNAL_CONTACTJSON_H
+
+#include <string>
+
+#include "Contact.h"
+
+namespace calljournal {
+
+/// A contact as one line of JSON, without a line end. Keys are the names of its members; empty texts are left out.
+std::string contactJson(const Contact& contact);
+
+}  // namespace calljournal
+
+#endif

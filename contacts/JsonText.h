@@ -1,0 +1,17 @@
+#ifndef CALLJOURNAL_JSONTEXT_H
+#define CALLJOURNAL_JSONTEXT_H
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace calljournal {
+
+/// Keeps keys in the order in which they were put.
+using Json = nlohmann::ordered_json;
+
+/// Writes `json` as text, one line or indented. Bytes that are not UTF-8 become U+FFFD, since JSON has no other form.
+std::string jsonText(const Json& json, bool indented);
+
+}  // namespace calljournal
+
+#endif
