@@ -2,17 +2,8 @@
 
 #include "detail/ParseTags.h"
 
-namespace {
-
-// The table itself is constant; being filled or empty is all that changes.
-bool isOpen = false;
-
-}  // namespace
-
-void calljournal::detail::openParseTags(bool open) {
-    isOpen = open;
-}
+bool calljournal::detail::parseTagsAreOpen = false;
 
 CallListDatabaseAdapterData::eParseTag CallListDatabaseAdapterData::getTag(const char* name) {
-    return isOpen ? calljournal::detail::findParseTag(name) : TAG_UNKNOWN;
+    return calljournal::detail::parseTagsAreOpen ? calljournal::detail::findParseTag(name) : TAG_UNKNOWN;
 }

@@ -8,6 +8,7 @@
 #include "CallListDatabaseAdapterHelper.h"
 #include "ClientUtils.h"
 #include "XmlParser.h"
+#include "detail/BoundedCallList.h"
 #include "detail/CallKinds.h"
 #include "detail/Elements.h"
 #include "detail/Log.h"
@@ -27,36 +28,109 @@ namespace {
 constexpr char module[] = "CallListDatabaseAdapterHelper";
 constexpr char source[] = "CallListDatabaseAdapterHelper";
 
+// Callbacks are called for each tag and text of a list. What most of them do not need stays out of their way.
+
 /// Entries are read from the call log's schemas, and before any schema is named.
-bool isReadSchema(std::string_view schema) {
-    return schema.empty() || schema == text::DAS_CALLLOGMISSEDCALLS || schema == text::DAS_CALLLOG ||
-           schema == text::DAS_CALLLOG_PHONEBOOK || schema == "Conversations";
+CALLJOURNAL_RARE bool isOtherReadSchema(std::string_view schema) {
+    return schema.empty() || schema == text::DAS_CALLLOG || schema == text::DAS_CALLLOG_PHONEBOOK ||
+           schema == "Conversations";
 }
 
 /// The parser behind the untyped pointer, or null while it passes over a foreign schema.
-Parser* readingParser(void* userData) {
+CALLJOURNAL_INLINE Parser* readingParser(void* userData) {
     Parser* parser = static_cast<Parser*>(userData);
-    return isReadSchema(parser->schemaName) ? parser : nullptr;
+    const std::string& schema = parser->schemaName;
+    return detail::isText(schema, text::DAS_CALLLOGMISSEDCALLS) || isOtherReadSchema(schema) ? parser : nullptr;
 }
 
 constexpr const auto& callFields = detail::CallKind<MissedCallItem>::callFields;
 
+using TagIndices = std::array<std::size_t, Data::TAG_UNKNOWN + 1>;
+
+constexpr std::size_t indexOf(Data::eParseTag tag) {
+    return static_cast<std::size_t>(tag);
+}
+
+constexpr const detail::ParseTag& parseTagOf(std::string_view name) {
+    std::size_t i = 0;
+    while (detail::parseTags[i].name != name) {
+        ++i;
+    }
+    return detail::parseTags[i];
+}
+
 /// For each parse tag the index of the call field of that name, or callFields.size() for other tags.
-constexpr auto makeFieldOfTag() {
-    std::array<std::size_t, Data::TAG_UNKNOWN + 1> fields{};
+constexpr TagIndices makeFieldOfTag() {
+    TagIndices fields{};
     for (std::size_t& field : fields) {
         field = callFields.size();
     }
     for (std::size_t i = 0; i < callFields.size(); ++i) {
-        fields[static_cast<std::size_t>(detail::findParseTag(callFields[i].tag))] = i;
+        fields[indexOf(parseTagOf(callFields[i].tag).tag)] = i;
     }
     return fields;
 }
 
-constexpr auto fieldOfTag = makeFieldOfTag();
+constexpr TagIndices fieldOfTag = makeFieldOfTag();
+
+/// For each parse tag the one that follows it where everything is written.
+constexpr auto makeNextTag() {
+    std::array<const detail::ParseTag*, Data::TAG_UNKNOWN + 1> next{};
+    for (const detail::ParseTag*& tag : next) {
+        tag = &parseTagOf(text::ITEM);
+    }
+    Data::eParseTag last = Data::TAG_ENTRY;
+    const auto follow = [&](std::string_view name) {
+        next[indexOf(last)] = &parseTagOf(name);
+        last = parseTagOf(name).tag;
+    };
+    for (const auto& field : detail::partyFields) {
+        follow(field.readAs);
+    }
+    for (const auto& field : detail::CallKind<MissedCallItem>::itemFields) {
+        follow(field.readAs);
+    }
+    last = Data::TAG_ITEM;
+    for (const auto& field : callFields) {
+        follow(field.tag);
+    }
+    return next;
+}
+
+constexpr auto nextTag = makeNextTag();
+
+const detail::ParseTag& expectedAfter(Data::eParseTag tag) {
+    return *nextTag[indexOf(tag) < nextTag.size() ? indexOf(tag) : indexOf(Data::TAG_UNKNOWN)];
+}
+
+CALLJOURNAL_RARE void beginSchema(Parser& parser, const char** attributes) {
+    const bool isNamed = attributes != nullptr && attributes[0] != nullptr && attributes[1] != nullptr;
+    parser.schemaName = isNamed ? attributes[1] : "";
+    if (parser.schemaName == text::DAS_CALLLOGMISSEDCALLS) {
+        parser.callLogType = text::CALL_LOG_TYPE_MISSED;
+    }
+}
+
+CALLJOURNAL_APART void endElement(Parser& parser, Data::eParseTag tag) {
+    if (tag == Data::TAG_ENTRY) {
+        if (parser.callLogType == text::CALL_LOG_TYPE_MISSED) {
+            parser.output.push_back(std::move(parser.currentEntry));
+        }
+        parser.currentEntry.reset();
+    } else if (tag == Data::TAG_ITEM) {
+        detail::appendOlder(parser.currentEntry.*detail::CallKind<MissedCallItem>::ownCalls,
+                            std::move(parser.currentCall));
+        parser.currentCall.reset();
+    }
+}
+
+/// Takes a text that belongs to a call, as it comes, without unescaping.
+CALLJOURNAL_APART void takeCallText(Call& call, std::size_t field, std::string_view value) {
+    std::visit([&](auto member) { detail::assignPlain(call.*member, value); }, callFields[field].member);
+}
 
 /// Takes a text that belongs to an entry or to the reply as a whole.
-void takeEntryText(Parser& parser, std::string_view value) {
+CALLJOURNAL_APART void takeEntryText(Parser& parser, std::string_view value) {
     MissedCallItem& entry = parser.currentEntry;
     switch (parser.currentTag) {
         case Data::TAG_METHOD:
@@ -110,14 +184,11 @@ void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLTagBegin(voi
     if (parser == nullptr) {
         return;
     }
-    parser->currentTagName = name;
-    parser->currentTag = Data::getTag(name);
-    if (parser->currentTagName == "Schema") {
-        const bool isNamed = attributes != nullptr && attributes[0] != nullptr && attributes[1] != nullptr;
-        parser->schemaName = isNamed ? attributes[1] : "";
-        if (parser->schemaName == text::DAS_CALLLOGMISSEDCALLS) {
-            parser->callLogType = text::CALL_LOG_TYPE_MISSED;
-        }
+    const std::string_view tagName = name;
+    detail::assignPlain(parser->currentTagName, tagName);
+    parser->currentTag = detail::getParseTag(tagName, expectedAfter(parser->currentTag));
+    if (parser->currentTag == Data::TAG_UNKNOWN && tagName == "Schema") {
+        beginSchema(*parser, attributes);
     }
 }
 
@@ -132,39 +203,24 @@ void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLData(void* u
     if (field == callFields.size()) {
         takeEntryText(*parser, value);
     } else {
-        // The reply's texts are taken as they come, without unescaping.
-        std::visit([&](auto member) { detail::assignPlain(parser->currentCall.*member, value); },
-                   callFields[field].member);
+        takeCallText(parser->currentCall, field, value);
     }
 }
 
 void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLTagEnd(void* userData, const char* name) {
     Parser* parser = readingParser(userData);
-    if (parser == nullptr) {
-        return;
-    }
-    switch (Data::getTag(name)) {
-        case Data::TAG_ENTRY:
-            if (parser->callLogType == text::CALL_LOG_TYPE_MISSED) {
-                parser->output.push_back(std::move(parser->currentEntry));
-            }
-            parser->currentEntry.reset();
-            break;
-        case Data::TAG_ITEM:
-            parser->currentEntry.appendCallInfoToList(parser->currentCall);
-            parser->currentCall.reset();
-            break;
-        default:
-            break;
+    // Most elements hold a text only, and their end means nothing.
+    if (parser != nullptr && (*name == text::ENTRY.front() || *name == text::ITEM.front())) {
+        endElement(*parser, Data::getTag(name));
     }
 }
 
 void CallListDatabaseAdapterHelper::init() {
-    detail::openParseTags(true);
+    detail::parseTagsAreOpen = true;
 }
 
 void CallListDatabaseAdapterHelper::finit() {
-    detail::openParseTags(false);
+    detail::parseTagsAreOpen = false;
 }
 
 std::string CallListDatabaseAdapterHelper::readMissedCallList() {

@@ -10,41 +10,19 @@ namespace {
 
 using calljournal::detail::columnOf;
 using calljournal::detail::defaultDialField;
+using calljournal::detail::derivedDefaultDial;
+using calljournal::detail::dialBusiness1;
+using calljournal::detail::dialMobile1;
+using calljournal::detail::firstNumber;
+using calljournal::detail::joinAddressPart;
+using calljournal::detail::noNumber;
+using calljournal::detail::Number;
+using calljournal::detail::numbers;
+using calljournal::detail::TextMember;
+using calljournal::detail::tamberTexts;
 
 constexpr char module[] = "ImportContactscSVParser";
 constexpr char source[] = "ImportContactsCSVParser";
-
-typedef std::string Contact::*TextMember;
-
-/// The texts that an import fills, in the order of the Tamber columns; the default number follows as the twelfth.
-constexpr TextMember texts[] = {&Contact::lastName, &Contact::firstName, &Contact::business1, &Contact::business2,
-                                &Contact::mobile1,  &Contact::private1,  &Contact::company1,  &Contact::address1,
-                                &Contact::address2, &Contact::position,  &Contact::email1};
-static_assert(sizeof texts / sizeof *texts == defaultDialField, "the default number follows the texts");
-
-/// What `defaultDial` says of a number: none, or which one.
-enum DialCode : int { noNumber = 0, dialPrivate1 = 1, dialBusiness1 = 2, dialBusiness2 = 3, dialMobile1 = 4 };
-
-struct Number {
-    int code;
-    TextMember member;
-};
-
-/// The numbers in the order in which a default is looked for.
-constexpr Number numbers[] = {{dialBusiness1, &Contact::business1},
-                              {dialBusiness2, &Contact::business2},
-                              {dialMobile1, &Contact::mobile1},
-                              {dialPrivate1, &Contact::private1}};
-
-/// Returns the first number of `c` that is set, a null pointer if none is.
-const Number* firstNumber(const Contact& c) {
-    for (const Number& number : numbers) {
-        if (!(c.*number.member).empty()) {
-            return &number;
-        }
-    }
-    return nullptr;
-}
 
 /// Returns the member that `code` means: business1 unless it is one of the others.
 TextMember memberOf(int code) {
@@ -105,7 +83,7 @@ bool ImportContactsCSVParser::parseContact(Contact& c) {
 }
 
 bool ImportContactsCSVParser::isEmpty(const Contact& c) {
-    for (const TextMember member : texts) {
+    for (const TextMember member : tamberTexts) {
         if (!(c.*member).empty()) {
             return false;
         }
@@ -119,7 +97,7 @@ void ImportContactsCSVParser::parseTamberContactFields(Contact& c) {
         if (field == defaultDialField) {
             c.defaultDial = ClientUtils::stoi(columnOf(tokens, column));
         } else if (field >= 0 && field < defaultDialField) {
-            c.*texts[field] = columnOf(tokens, column);
+            c.*tamberTexts[field] = columnOf(tokens, column);
         }
     }
     if (c.defaultDial < noNumber || c.defaultDial > dialMobile1) {
@@ -140,14 +118,9 @@ void ImportContactsCSVParser::parseOutlookContactFields(Contact& c) {
     }
     c.address2.clear();
     for (const std::size_t index : outlookAddressColumns) {
-        // A colon follows whatever is there already, so an empty part leaves the colons of earlier ones.
-        if (!c.address2.empty()) {
-            c.address2 += ':';
-        }
-        c.address2 += outlookText(*this, tokens, index);
+        joinAddressPart(c.address2, outlookText(*this, tokens, index));
     }
-    const Number* number = firstNumber(c);
-    c.defaultDial = number == nullptr ? noNumber : number->code;
+    c.defaultDial = derivedDefaultDial(c);
 }
 
 bool ImportContactsCSVParser::isTQ2() const {
@@ -158,7 +131,7 @@ void ImportContactsCSVParser::setDefaultNumberForTQ2(Contact& c) {
     std::string& chosen = c.*memberOf(c.defaultDial);
     if (chosen.empty()) {
         const Number* number = firstNumber(c);
-        c.defaultDial = number == nullptr ? noNumber : number->code;
+        c.defaultDial = derivedDefaultDial(c);
         if (number != nullptr) {
             c.business1 = c.*number->member;
         }

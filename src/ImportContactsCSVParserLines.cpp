@@ -13,13 +13,14 @@ namespace {
 
 using calljournal::detail::columnOf;
 using calljournal::detail::defaultDialField;
+using calljournal::detail::tamberNames;
 
 constexpr char module[] = "ImportContactscSVParser";
 constexpr char source[] = "ImportContactsCSVParser";
 
-const std::string TAMBER_HEADERS[TAMBER_HEADERS_SIZE] = {"LastName", "FirstName", "Business1", "Business2",
-                                                         "Mobile1",  "Private1",  "Company1",  "Address1",
-                                                         "Address2", "Position",  "Email1",    "DefaultDial"};
+const std::string TAMBER_HEADERS[TAMBER_HEADERS_SIZE] = {
+    tamberNames[0], tamberNames[1], tamberNames[2], tamberNames[3], tamberNames[4],  tamberNames[5],
+    tamberNames[6], tamberNames[7], tamberNames[8], tamberNames[9], tamberNames[10], tamberNames[11]};
 
 // Names that the import shares with its surroundings; nothing here reads them.
 [[maybe_unused]] const std::string TMP_LDAP_PIC_PATH = "/tmp/ldappic";

@@ -2,6 +2,7 @@
 #include <cstdint>
 
 #include "ImportContactsCSVParser.h"
+#include "detail/ContactColumns.h"
 
 namespace {
 
@@ -74,15 +75,25 @@ const unsigned char* nextCharacter(const unsigned char* text) {
 
 }  // namespace
 
-std::string ImportContactsCSVParser::trimFieldLength(const std::string& field) {
+namespace calljournal {
+namespace detail {
+
+std::size_t storedLength(const std::string& field) {
     std::size_t escaped = 0;
     for (std::size_t length = 0; length < field.size(); ++length) {
         escaped += escapedLength(field[length]);
         if (escaped > fieldLimit) {
-            return field.substr(0, length);
+            return length;
         }
     }
-    return field;
+    return field.size();
+}
+
+}  // namespace detail
+}  // namespace calljournal
+
+std::string ImportContactsCSVParser::trimFieldLength(const std::string& field) {
+    return field.substr(0, calljournal::detail::storedLength(field));
 }
 
 bool ImportContactsCSVParser::is_valid_utf8(const char* text) const {

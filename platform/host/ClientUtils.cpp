@@ -4,6 +4,8 @@
 #include <array>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace ClientUtils {
@@ -58,6 +60,20 @@ bool isForbiddenInXml(char c) {
     return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
 }
 
+constexpr std::ptrdiff_t blockSize = 32;
+
+/// Whether a byte of the block may be a control character. They are rare and a list is long, so eight bytes are looked
+/// at together: taking 0x20 from each sets the top bit of those below, unless it was set before.
+bool mayHoldControls(const char* block) {
+    std::uint64_t below = 0;
+    for (std::ptrdiff_t i = 0; i < blockSize; i += 8) {
+        std::uint64_t bytes;
+        std::memcpy(&bytes, block + i, sizeof bytes);
+        below |= (bytes - 0x2020202020202020U) & ~bytes;
+    }
+    return (below & 0x8080808080808080U) != 0;
+}
+
 }  // namespace
 
 std::string escapeXMLString(const std::string& text) {
@@ -94,10 +110,17 @@ std::string unescapeXMLString(const std::string& text) {
 
 std::string fixSpecialXMLCharactersToQuote(const std::string& text) {
     std::string fixed = text;
-    for (char& c : fixed) {
-        if (isForbiddenInXml(c)) {
-            c = '\'';
+    char* at = fixed.data();
+    char* const end = at + fixed.size();
+    while (at != end) {
+        if (end - at >= blockSize && !mayHoldControls(at)) {
+            at += blockSize;
+            continue;
         }
+        if (isForbiddenInXml(*at)) {
+            *at = '\'';
+        }
+        ++at;
     }
     return fixed;
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -81,6 +82,34 @@ private:
     std::vector<const char*> pointers_;
 };
 
+/// The names of the open elements, outermost first, zero-terminated. On the heap, so that no depth is too deep.
+class OpenElements {
+public:
+    bool empty() const { return starts_.empty(); }
+    const char* innermost() const { return names_.data() + starts_.back(); }
+    std::size_t innermostLength() const { return used_ - starts_.back() - 1; }
+
+    void push(std::string_view name) {
+        if (names_.size() - used_ <= name.size()) {
+            names_.resize(2 * (used_ + name.size()) + 1);
+        }
+        std::memcpy(&names_[used_], name.data(), name.size());
+        names_[used_ + name.size()] = '\0';
+        starts_.push_back(used_);
+        used_ += name.size() + 1;
+    }
+
+    void pop() {
+        used_ = starts_.back();
+        starts_.pop_back();
+    }
+
+private:
+    std::string names_;
+    std::size_t used_ = 0;
+    std::vector<std::size_t> starts_;
+};
+
 /// A mark that ends something. Where a search for it failed, any later one would: so it is not tried again, or a
 /// message of nothing but begins would take quadratic time.
 struct EndMark {
@@ -139,19 +168,25 @@ private:
     }
 
     std::size_t takeBeginTag(std::size_t place) {
+        const std::size_t nameEnd = behindName(place + 1);
+        if (nameEnd < message_.size() && message_[nameEnd] == '>') {
+            const char* noAttributes = nullptr;
+            reportBegin(place, nameEnd, &noAttributes);
+            return nameEnd + 1;
+        }
         tag_.clear();
-        const std::size_t nameEnd = takeName(place + 1);
+        takeName(place + 1);
         std::size_t end = nameEnd;
         for (;;) {
             const std::size_t next = skipBlanks(end);
             const char c = at(next);
             if (c == '>') {
-                reportBegin(place, nameEnd);
+                reportBegin(place, nameEnd, tag_.attributes());
                 return next + 1;
             }
             if (c == '/' && at(next + 1) == '>') {
-                reportBegin(place, nameEnd);
-                reportEnd(message_.substr(place + 1, nameEnd - place - 1));
+                reportBegin(place, nameEnd, tag_.attributes());
+                reportInnermostEnd();
                 return next + 2;
             }
             if (next == end || !startsName(c)) {
@@ -166,6 +201,12 @@ private:
 
     std::size_t takeEndTag(std::size_t place) {
         const std::size_t nameStart = place + 2;
+        if (isInnermostAt(nameStart)) {
+            const std::size_t end = nameStart + openElements_.innermostLength();
+            reportText(place);
+            reportInnermostEnd();
+            return end + 1;
+        }
         if (!startsName(at(nameStart))) {
             return none;
         }
@@ -236,29 +277,50 @@ private:
         joined_.clear();
     }
 
-    void reportBegin(std::size_t place, std::size_t nameEnd) {
+    void reportBegin(std::size_t place, std::size_t nameEnd, const char** attributes) {
         reportText(place);
-        openElements_.push_back(message_.substr(place + 1, nameEnd - place - 1));
-        tagBegin_(userData_, tag_.name(), tag_.attributes());
+        openElements_.push(message_.substr(place + 1, nameEnd - place - 1));
+        tagBegin_(userData_, openElements_.innermost(), attributes);
+    }
+
+    /// Whether the name of the innermost element and a `>` stand at `place`.
+    bool isInnermostAt(std::size_t place) const {
+        if (openElements_.empty()) {
+            return false;
+        }
+        const std::size_t length = openElements_.innermostLength();
+        return message_.size() - place > length && message_[place + length] == '>' &&
+               std::memcmp(message_.data() + place, openElements_.innermost(), length) == 0;
+    }
+
+    void reportInnermostEnd() {
+        tagEnd_(userData_, openElements_.innermost());
+        openElements_.pop();
     }
 
     /// An end tag that does not fit the innermost element closes nothing, so that a stray one in a raw name does not
     /// put the rest of the message outside of its elements.
     void reportEnd(std::string_view name) {
-        if (!openElements_.empty() && openElements_.back() == name) {
-            openElements_.pop_back();
-        } else {
-            isSound_ = false;
+        if (!openElements_.empty() && openElements_.innermost() == name) {
+            reportInnermostEnd();
+            return;
         }
+        isSound_ = false;
         tagEnd_(userData_, tag_.name());
+    }
+
+    std::size_t behindName(std::size_t place) const {
+        const char* at = message_.data() + place;
+        const char* const end = message_.data() + message_.size();
+        while (at != end && continuesName(*at)) {
+            ++at;
+        }
+        return static_cast<std::size_t>(at - message_.data());
     }
 
     /// Takes over the name at `place` and returns the place behind it.
     std::size_t takeName(std::size_t place) {
-        std::size_t end = place;
-        while (end < message_.size() && continuesName(message_[end])) {
-            ++end;
-        }
+        const std::size_t end = behindName(place);
         tag_.add(message_.substr(place, end - place));
         return end;
     }
@@ -364,11 +426,11 @@ private:
     const XmlParser::Data data_;
 
     bool isSound_ = true;
-    bool endsInside_ = false;                     ///< The message ends in what may have become markup.
-    std::vector<std::string_view> openElements_;  ///< Their names. On the heap, so that no depth is too deep.
-    std::size_t textStart_ = 0;                   ///< Where the last piece of the current text starts.
-    std::string joined_;                          ///< The pieces of the current text before that.
-    TagTexts tag_;                                ///< The tag that is being read.
+    bool endsInside_ = false;  ///< The message ends in what may have become markup.
+    OpenElements openElements_;
+    std::size_t textStart_ = 0;  ///< Where the last piece of the current text starts.
+    std::string joined_;         ///< The pieces of the current text before that.
+    TagTexts tag_;               ///< The tag that is being read.
 
     EndMark commentEnd_{"-->"};
     EndMark instructionEnd_{"?>"};

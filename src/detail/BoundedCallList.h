@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <list>
+#include <utility>
 
 namespace calljournal {
 namespace detail {
@@ -20,10 +21,10 @@ void addNewest(std::list<Call>& calls, const Call& call) {
 }
 
 /// Puts an older call at the back while there is room.
-template <class Call>
-void appendOlder(std::list<Call>& calls, const Call& call) {
+template <class Call, class GivenCall>
+void appendOlder(std::list<Call>& calls, GivenCall&& call) {
     if (calls.size() < callLimit) {
-        calls.push_back(call);
+        calls.push_back(std::forward<GivenCall>(call));
     }
 }
 

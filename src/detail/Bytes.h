@@ -3,9 +3,15 @@
 
 #include <cstddef>
 #include <cstring>
+#include <string_view>
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
+
+/// Where the compiler's own judgement of what to put into the middle of a busy function costs measurably.
+#define CALLJOURNAL_INLINE inline __attribute__((always_inline))
+#define CALLJOURNAL_APART __attribute__((noinline))
+#define CALLJOURNAL_RARE __attribute__((noinline, cold))
 
 namespace calljournal {
 namespace detail {
@@ -31,6 +37,11 @@ inline bool sameBytes(const char* first, const char* second, std::size_t length)
         return sameEnds<4>(first, second, length);
     }
     return std::memcmp(first, second, length) == 0;
+}
+
+/// Whether `text` is the constant `other`, whose length the compiler knows.
+CALLJOURNAL_INLINE bool isText(std::string_view text, std::string_view other) {
+    return text.size() == other.size() && std::memcmp(text.data(), other.data(), other.size()) == 0;
 }
 
 /// Copies both ends of a text, `size` bytes each. The ends may overlap.

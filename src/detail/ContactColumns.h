@@ -5,16 +5,74 @@
 #include <string>
 #include <vector>
 
+#include "Contact.h"
+
 namespace calljournal {
 namespace detail {
 
 /// The Tamber column, and field, that holds the number to dial by default.
 constexpr int defaultDialField = 11;
 
+/// The columns of the Tamber layout.
+inline constexpr const char* tamberNames[] = {"LastName", "FirstName", "Business1", "Business2", "Mobile1",  "Private1",
+                                              "Company1", "Address1",  "Address2",  "Position",  "Email1",   "DefaultDial"};
+
+typedef std::string Contact::*TextMember;
+
+/// The texts that an import fills, in the order of the Tamber columns; the default number follows as the twelfth.
+inline constexpr TextMember tamberTexts[] = {&Contact::lastName,  &Contact::firstName, &Contact::business1,
+                                             &Contact::business2, &Contact::mobile1,   &Contact::private1,
+                                             &Contact::company1,  &Contact::address1,  &Contact::address2,
+                                             &Contact::position,  &Contact::email1};
+static_assert(sizeof tamberTexts / sizeof *tamberTexts == defaultDialField, "the default number follows the texts");
+
+/// What `defaultDial` says of a number: none, or which one.
+enum DialCode : int { noNumber = 0, dialPrivate1 = 1, dialBusiness1 = 2, dialBusiness2 = 3, dialMobile1 = 4 };
+
+/// A number of a contact.
+struct Number {
+    int code;
+    TextMember member;
+};
+
+/// The numbers in the order in which a default is looked for.
+inline constexpr Number numbers[] = {{dialBusiness1, &Contact::business1},
+                                     {dialBusiness2, &Contact::business2},
+                                     {dialMobile1, &Contact::mobile1},
+                                     {dialPrivate1, &Contact::private1}};
+
+/// Returns the first number of `c` that is set, a null pointer if none is.
+inline const Number* firstNumber(const Contact& c) {
+    for (const Number& number : numbers) {
+        if (!(c.*number.member).empty()) {
+            return &number;
+        }
+    }
+    return nullptr;
+}
+
+/// Returns what `defaultDial` is where no file tells: the first number that is set.
+inline int derivedDefaultDial(const Contact& c) {
+    const Number* number = firstNumber(c);
+    return number == nullptr ? static_cast<int>(noNumber) : number->code;
+}
+
+/// Goes on with an address line by its next part. A colon follows whatever is there already, so an empty part leaves the
+/// colons of earlier ones.
+inline void joinAddressPart(std::string& address, const std::string& part) {
+    if (!address.empty()) {
+        address += ':';
+    }
+    address += part;
+}
+
 /// Returns column `index` of a record; a column that the record does not have is empty.
 inline std::string columnOf(const std::vector<std::string>& columns, std::size_t index) {
     return index < columns.size() ? columns[index] : std::string();
 }
+
+/// Returns how many bytes of `field` can be stored: as many as take at most 249 once they are XML-escaped.
+std::size_t storedLength(const std::string& field);
 
 }  // namespace detail
 }  // namespace calljournal

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "Bytes.h"
 #include "CallListDatabaseAdapterData.h"
 #include "Texts.h"
 
@@ -109,20 +110,32 @@ constexpr std::array<unsigned char, parseTagSlotCount> makeParseTagSlots() {
 /// Made by the compiler, so that neither start-up nor a look-up builds anything.
 inline constexpr std::array<unsigned char, parseTagSlotCount> parseTagSlots = makeParseTagSlots();
 
+inline bool isNamed(const ParseTag& element, std::string_view name) {
+    return element.name.size() == name.size() && sameBytes(element.name.data(), name.data(), name.size());
+}
+
 /// Returns the number of the element `name`, or TAG_UNKNOWN.
-constexpr CallListDatabaseAdapterData::eParseTag findParseTag(std::string_view name) {
+CALLJOURNAL_APART inline CallListDatabaseAdapterData::eParseTag findParseTag(std::string_view name) {
     for (std::size_t slot = parseTagSlot(name); parseTagSlots[slot] != freeParseTagSlot;
          slot = (slot + 1) % parseTagSlotCount) {
         const ParseTag& candidate = parseTags[parseTagSlots[slot]];
-        if (candidate.name == name) {
+        if (isNamed(candidate, name)) {
             return candidate.tag;
         }
     }
     return CallListDatabaseAdapterData::TAG_UNKNOWN;
 }
 
-/// Lets CallListDatabaseAdapterData::getTag find names, or none at all.
-void openParseTags(bool open);
+/// Whether names are found; the table itself is constant.
+extern bool parseTagsAreOpen;
+
+/// Does the work of CallListDatabaseAdapterData::getTag, with a guess at the element that is tried first.
+inline CallListDatabaseAdapterData::eParseTag getParseTag(std::string_view name, const ParseTag& guess) {
+    if (!parseTagsAreOpen) {
+        return CallListDatabaseAdapterData::TAG_UNKNOWN;
+    }
+    return isNamed(guess, name) ? guess.tag : findParseTag(name);
+}
 
 }  // namespace detail
 }  // namespace calljournal
