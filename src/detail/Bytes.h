@@ -36,7 +36,7 @@ inline bool sameBytes(const char* first, const char* second, std::size_t length)
     if (length - 4 <= 4) {
         return sameEnds<4>(first, second, length);
     }
-    return std::memcmp(first, second, length) == 0;
+    return length == 0 || std::memcmp(first, second, length) == 0;
 }
 
 /// Whether `text` is the constant `other`, whose length the compiler knows.
