@@ -18,8 +18,8 @@ using calljournal::detail::joinAddressPart;
 using calljournal::detail::noNumber;
 using calljournal::detail::Number;
 using calljournal::detail::numbers;
-using calljournal::detail::TextMember;
 using calljournal::detail::tamberTexts;
+using calljournal::detail::TextMember;
 
 constexpr char module[] = "ImportContactscSVParser";
 constexpr char source[] = "ImportContactsCSVParser";

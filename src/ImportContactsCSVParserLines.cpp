@@ -1,6 +1,8 @@
 #include <boost/algorithm/string/replace.hpp>
 #include <cstddef>
 #include <istream>
+#include <string_view>
+#include <utility>
 
 #include "ClientUtils.h"
 #include "ImportContactsCSVParser.h"
@@ -13,6 +15,7 @@ namespace {
 
 using calljournal::detail::columnOf;
 using calljournal::detail::defaultDialField;
+using calljournal::detail::storedLength;
 using calljournal::detail::tamberNames;
 
 constexpr char module[] = "ImportContactscSVParser";
@@ -33,8 +36,32 @@ constexpr int highestDefaultDial = 4;
 typedef boost::escaped_list_separator<char> Separator;
 typedef boost::tokenizer<Separator> Tokenizer;
 
+/// What Boost's separator writes a column to: memory that is as large as the text, so that a character is stored without
+/// a look at the room.
+class ColumnText {
+public:
+    /// What the separator assigns to begin the next column.
+    ColumnText() = default;
+
+    explicit ColumnText(char* room) : begin_(room), end_(room) {}
+    ColumnText(const ColumnText&) = delete;
+
+    ColumnText& operator=(const ColumnText&) {
+        end_ = begin_;
+        return *this;
+    }
+
+    void operator+=(char c) { *end_++ = c; }
+
+    std::string_view view() const { return std::string_view(begin_, static_cast<std::size_t>(end_ - begin_)); }
+
+private:
+    char* begin_ = nullptr;
+    char* end_ = nullptr;
+};
+
 /// Tells whether `piece`, which starts outside quotes, ends inside: each quote that is not escaped changes sides.
-bool endsInQuotes(std::string::const_iterator piece, std::string::const_iterator end) {
+bool endsInQuotes(const char* piece, const char* end) {
     bool inside = false;
     for (; piece != end; ++piece) {
         if (*piece == '\\') {
@@ -53,15 +80,14 @@ bool endsInQuotes(std::string::const_iterator piece, std::string::const_iterator
 /// column itself it takes the whole text, since the stored one is cut, and the side of the quotes on which it ended.
 class Splitter {
 public:
-    Splitter(ImportContactsCSVParser& importer, Tokenizer& tokenizer, const Separator& separator,
-             std::vector<std::string>& columns)
-        : importer_(importer), tokenizer_(tokenizer), separator_(separator), columns_(columns) {}
+    Splitter(Tokenizer& tokenizer, const Separator& separator, std::vector<std::string>& columns)
+        : tokenizer_(tokenizer), separator_(separator), columns_(columns) {}
 
     void split(const std::string& text) {
         tokenizer_.assign(text, separator_);
         columns_.clear();
         lastColumn_.clear();
-        walk(tokenizer_, text);
+        walk(text);
     }
 
     /// Brings the columns up to date with `text`, which was `splitSize` bytes long when it was split last: since then
@@ -77,36 +103,44 @@ public:
         std::string rest(inQuotes_ ? "\"" : "");
         rest.append(text, splitSize, std::string::npos);
         if (!rest.empty()) {
-            walk(Tokenizer(rest, separator_), rest);
+            walk(rest);
         } else if (!text.empty()) {
-            addLastColumn();
+            addColumn(lastColumn_);
         }
     }
 
 private:
-    /// Walks the pieces of `text`; the first one goes on with the last column.
-    void walk(const Tokenizer& pieces, const std::string& text) {
-        auto begin = text.begin();
-        auto next = text.begin();
-        auto piece = pieces.begin();
-        for (const auto end = pieces.end(); piece != end; ++piece) {
-            begin = next;
-            next = piece.base();
-            if (begin != text.begin()) {
-                lastColumn_.clear();
-            }
-            lastColumn_ += *piece;
-            addLastColumn();
+    /// Walks the columns of `text`; the first one goes on with the last column.
+    void walk(const std::string& text) {
+        if (text.empty()) {
+            return;
         }
-        inQuotes_ = endsInQuotes(begin, text.end());
+        room_.resize(text.size());
+        ColumnText column(&room_[0]);
+        Separator separator = separator_;
+        separator.reset();
+        const char* const end = text.data() + text.size();
+        const char* begin = text.data();
+        const char* next = begin;
+        separator(next, end, column);
+        lastColumn_ += column.view();
+        std::string_view last = lastColumn_;
+        addColumn(last);
+        for (const char* from = next; separator(next, end, column); from = next) {
+            begin = from;
+            last = column.view();
+            addColumn(last);
+        }
+        lastColumn_.assign(last.data(), last.size());
+        inQuotes_ = endsInQuotes(begin, end);
     }
 
-    void addLastColumn() { columns_.push_back(importer_.trimFieldLength(lastColumn_)); }
+    void addColumn(std::string_view column) { columns_.emplace_back(column.substr(0, storedLength(column))); }
 
-    ImportContactsCSVParser& importer_;
     Tokenizer& tokenizer_;
     const Separator& separator_;
     std::vector<std::string>& columns_;
+    std::string room_;        ///< For one column, as large as the text.
     std::string lastColumn_;  ///< The last column, not cut.
     bool inQuotes_ = false;   ///< Whether the text ends inside quotes.
 };
@@ -196,7 +230,7 @@ bool isDefaultDial(const std::string& column) {
 }  // namespace
 
 void ImportContactsCSVParser::tokenizeLine(const std::string& text) {
-    Splitter(*this, tokenizer, separator, tokens).split(text);
+    Splitter(tokenizer, separator, tokens).split(text);
 }
 
 void ImportContactsCSVParser::replaceAllInternal(std::string& text, std::string search, std::string replacement) {
@@ -259,8 +293,10 @@ bool ImportContactsCSVParser::isValidOutlookHeader(const std::vector<std::string
 
 void ImportContactsCSVParser::lineContentParser() {
     // CSV doubles a quote inside a quoted field; the splitter knows it escaped.
-    replaceAllInternal(line, "\"\"", "\\\"");
-    Splitter splitter(*this, tokenizer, separator, tokens);
+    if (line.find("\"\"") != std::string::npos) {
+        replaceAllInternal(line, "\"\"", "\\\"");
+    }
+    Splitter splitter(tokenizer, separator, tokens);
     splitter.split(line);
 
     bool fits = true;
@@ -284,6 +320,6 @@ void ImportContactsCSVParser::lineContentParser() {
     initContact(contact);
     parseContact(contact);
     if (!isEmpty(contact)) {
-        contacts.push_back(contact);
+        contacts.push_back(std::move(contact));
     }
 }

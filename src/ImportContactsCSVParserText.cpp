@@ -1,5 +1,6 @@
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "ImportContactsCSVParser.h"
 #include "detail/ContactColumns.h"
@@ -9,12 +10,15 @@ namespace {
 /// The longest a stored field may be, in bytes after XML escaping.
 constexpr std::size_t fieldLimit = 249;
 
+/// What no character takes more of once it is escaped.
+constexpr std::size_t mostEscaped = 6;
+
 /// The bytes that `character` takes once it is escaped.
 std::size_t escapedLength(char character) {
     switch (character) {
         case '"':
         case '\'':
-            return 6;
+            return mostEscaped;
         case '&':
             return 5;
         case '<':
@@ -78,7 +82,10 @@ const unsigned char* nextCharacter(const unsigned char* text) {
 namespace calljournal {
 namespace detail {
 
-std::size_t storedLength(const std::string& field) {
+std::size_t storedLength(std::string_view field) {
+    if (field.size() <= fieldLimit / mostEscaped) {
+        return field.size();
+    }
     std::size_t escaped = 0;
     for (std::size_t length = 0; length < field.size(); ++length) {
         escaped += escapedLength(field[length]);

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Contact.h"
@@ -72,7 +73,7 @@ inline std::string columnOf(const std::vector<std::string>& columns, std::size_t
 }
 
 /// Returns how many bytes of `field` can be stored: as many as take at most 249 once they are XML-escaped.
-std::size_t storedLength(const std::string& field);
+std::size_t storedLength(std::string_view field);
 
 }  // namespace detail
 }  // namespace calljournal
