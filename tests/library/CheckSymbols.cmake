@@ -11,6 +11,7 @@ function(symbols result)
     string(REPLACE "> >" ">>" text "${text}")
     string(REPLACE "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char>>" "std::string"
            text "${text}")
+    string(REPLACE "@@CALLJOURNAL_1" "" text "${text}")
     string(REPLACE "\n" ";" lines "${text}")
     set(${result} "${lines}" PARENT_SCOPE)
 endfunction()
