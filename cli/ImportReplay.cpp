@@ -4,24 +4,21 @@
 #include <array>
 #include <boost/tokenizer.hpp>
 #include <exception>
+#include <iterator>
 
 #include "CSVType.h"
 #include "ClientUtils.h"
 #include "HardwareVersion.h"
 #include "Terminal.h"
+#include "detail/ContactColumns.h"
 
 namespace calljournal {
 
 namespace {
 
 constexpr std::size_t outlookColumnCount = 92;
-constexpr std::size_t defaultDialColumn = 11;
 constexpr std::size_t longestShown = 40;
 constexpr char loneQuote[] = "\"";
-
-const std::array<const char*, 12> tamberNames = {"LastName", "FirstName", "Business1", "Business2",
-                                                 "Mobile1",  "Private1",  "Company1",  "Address1",
-                                                 "Address2", "Position",  "Email1",    "DefaultDial"};
 
 /// Programs whose exports are often offered, by the columns of their header.
 struct KnownHeader {
@@ -248,9 +245,9 @@ std::string ImportReplay::describeHeaderFault() {
         case CSV_TOO_MANY_HEADERS:
             return "line 1: " + counted(count, "column") + "; a header has at most 100";
         default:
-            return count == 0                    ? "line 1: is empty where the names of the columns are expected"
-                   : count == tamberNames.size() ? describeHeaderNames()
-                                                 : describeHeaderCount();
+            return count == 0 ? "line 1: is empty where the names of the columns are expected"
+                   : count == std::size(detail::tamberNames) ? describeHeaderNames()
+                                                             : describeHeaderCount();
     }
 }
 
@@ -259,18 +256,18 @@ std::string ImportReplay::describeHeaderNames() {
     const auto differing =
         static_cast<std::size_t>(std::find(columnMap.begin(), columnMap.end(), -1) - columnMap.begin());
     std::vector<std::string> sorted(tokens);
-    std::vector<std::string> expected(tamberNames.begin(), tamberNames.end());
+    std::vector<std::string> expected(std::begin(detail::tamberNames), std::end(detail::tamberNames));
     std::sort(sorted.begin(), sorted.end());
     std::sort(expected.begin(), expected.end());
     return "line 1, column " + std::to_string(differing + 1) + ": " + shownText(tokens[differing]) +
-           " where the Tamber layout has " + shownText(tamberNames[differing]) +
+           " where the Tamber layout has " + shownText(detail::tamberNames[differing]) +
            (sorted == expected ? "; the names are right, but their order is fixed" : "");
 }
 
 std::string ImportReplay::describeHeaderCount() {
     std::string sentence = "line 1: " + counted(tokens.size(), "column") + "; an Outlook export needs " +
                            std::to_string(outlookColumnCount) + ", the Tamber layout " +
-                           std::to_string(tamberNames.size());
+                           std::to_string(std::size(detail::tamberNames));
     for (const KnownHeader& known : knownHeaders) {
         if (known.count == tokens.size()) {
             sentence += std::string(" (") + known.origin + ')';
@@ -280,9 +277,9 @@ std::string ImportReplay::describeHeaderCount() {
 }
 
 std::string ImportReplay::describeDefaultDialFault() {
-    return lines() + ", " + columnName(defaultDialColumn) + ": " + shownText(tokens[defaultDialColumn]) +
+    return lines() + ", " + columnName(detail::defaultDialField) + ": " + shownText(tokens[detail::defaultDialField]) +
            " is not a number from 0 to 4" +
-           (tokens[defaultDialColumn] == loneQuote ? "; the format reads an empty quoted field that way" : "");
+           (tokens[detail::defaultDialField] == loneQuote ? "; the format reads an empty quoted field that way" : "");
 }
 
 std::string ImportReplay::columnsFound(std::size_t count) const {

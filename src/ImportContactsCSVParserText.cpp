@@ -7,28 +7,6 @@
 
 namespace {
 
-/// The longest a stored field may be, in bytes after XML escaping.
-constexpr std::size_t fieldLimit = 249;
-
-/// What no character takes more of once it is escaped.
-constexpr std::size_t mostEscaped = 6;
-
-/// The bytes that `character` takes once it is escaped.
-std::size_t escapedLength(char character) {
-    switch (character) {
-        case '"':
-        case '\'':
-            return mostEscaped;
-        case '&':
-            return 5;
-        case '<':
-        case '>':
-            return 4;
-        default:
-            return 1;
-    }
-}
-
 /// How UTF-8 writes the characters of one length.
 struct Form {
     unsigned char leadMask;  ///< The bits of the lead byte that tell the length ...
@@ -78,26 +56,6 @@ const unsigned char* nextCharacter(const unsigned char* text) {
 }
 
 }  // namespace
-
-namespace calljournal {
-namespace detail {
-
-std::size_t storedLength(std::string_view field) {
-    if (field.size() <= fieldLimit / mostEscaped) {
-        return field.size();
-    }
-    std::size_t escaped = 0;
-    for (std::size_t length = 0; length < field.size(); ++length) {
-        escaped += escapedLength(field[length]);
-        if (escaped > fieldLimit) {
-            return length;
-        }
-    }
-    return field.size();
-}
-
-}  // namespace detail
-}  // namespace calljournal
 
 std::string ImportContactsCSVParser::trimFieldLength(const std::string& field) {
     return field.substr(0, calljournal::detail::storedLength(field));

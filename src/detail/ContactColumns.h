@@ -15,8 +15,9 @@ namespace detail {
 constexpr int defaultDialField = 11;
 
 /// The columns of the Tamber layout.
-inline constexpr const char* tamberNames[] = {"LastName", "FirstName", "Business1", "Business2", "Mobile1",  "Private1",
-                                              "Company1", "Address1",  "Address2",  "Position",  "Email1",   "DefaultDial"};
+inline constexpr const char* tamberNames[] = {"LastName", "FirstName", "Business1", "Business2",
+                                              "Mobile1",  "Private1",  "Company1",  "Address1",
+                                              "Address2", "Position",  "Email1",    "DefaultDial"};
 
 typedef std::string Contact::*TextMember;
 
@@ -72,8 +73,42 @@ inline std::string columnOf(const std::vector<std::string>& columns, std::size_t
     return index < columns.size() ? columns[index] : std::string();
 }
 
+/// The longest a stored field may be, in bytes after XML escaping.
+constexpr std::size_t fieldLimit = 249;
+
+/// What no character takes more of once it is escaped.
+constexpr std::size_t mostEscaped = 6;
+
+/// The bytes that `character` takes once it is escaped.
+inline std::size_t escapedLength(char character) {
+    switch (character) {
+        case '"':
+        case '\'':
+            return mostEscaped;
+        case '&':
+            return 5;
+        case '<':
+        case '>':
+            return 4;
+        default:
+            return 1;
+    }
+}
+
 /// Returns how many bytes of `field` can be stored: as many as take at most 249 once they are XML-escaped.
-std::size_t storedLength(std::string_view field);
+inline std::size_t storedLength(std::string_view field) {
+    if (field.size() <= fieldLimit / mostEscaped) {
+        return field.size();
+    }
+    std::size_t escaped = 0;
+    for (std::size_t length = 0; length < field.size(); ++length) {
+        escaped += escapedLength(field[length]);
+        if (escaped > fieldLimit) {
+            return length;
+        }
+    }
+    return field.size();
+}
 
 }  // namespace detail
 }  // namespace calljournal
