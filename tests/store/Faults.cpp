@@ -1,14 +1,11 @@
 #include "Faults.h"
 
 #include <cerrno>
-#include <cstdlib>
-#include <new>
 #include <sqlite3.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 Disk disk;
-Memory memory;
 
 namespace {
 
@@ -62,27 +59,4 @@ extern "C" int fsync(int descriptor) {
 
 extern "C" int fdatasync(int descriptor) {
     return synchronise(descriptor);
-}
-
-void* operator new(std::size_t size) {
-    bool canBeHad = size <= memory.longest;
-    if (memory.left > 0) {
-        memory.left -= memory.left == Memory::any ? 0 : 1;
-    } else if (memory.failures > 0) {
-        --memory.failures;
-        canBeHad = false;
-    }
-    void* piece = canBeHad ? std::malloc(size) : nullptr;
-    if (piece == nullptr) {
-        throw std::bad_alloc();
-    }
-    return piece;
-}
-
-void operator delete(void* piece) noexcept {
-    std::free(piece);
-}
-
-void operator delete(void* piece, std::size_t) noexcept {
-    std::free(piece);
 }

@@ -2,8 +2,6 @@
 #define FAULTS_H
 
 #include <atomic>
-#include <cstddef>
-#include <limits>
 
 /// Faults of the disk under SQLite, and what was asked of it.
 struct Disk {
@@ -21,16 +19,5 @@ void installFaultyDisk();
 
 /// Has everything work again; the syncs are still counted.
 void repairDisk();
-
-/// Faults of `new`.
-struct Memory {
-    static constexpr std::size_t any = std::numeric_limits<std::size_t>::max();
-
-    std::size_t longest = any;  ///< A longer piece cannot be had.
-    std::size_t left = any;     ///< How many pieces can be had before failures.
-    std::size_t failures = 0;   ///< How many cannot be had after those.
-};
-
-extern Memory memory;
 
 #endif

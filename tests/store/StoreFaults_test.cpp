@@ -7,6 +7,7 @@
 #include <sys/resource.h>
 
 #include "Faults.h"
+#include "FaultyMemory.h"
 #include "StoreTest.h"
 
 namespace {
