@@ -1,0 +1,62 @@
+#include "PhoneFile.h"
+
+#include "Utf8.h"
+#include "detail/ContactColumns.h"
+
+namespace calljournal {
+
+namespace {
+
+constexpr char separator = ';';
+
+bool needsEscape(char c) {
+    return c == '\\' || c == '"' || c == '\n';
+}
+
+/// The importer turns two quotes side by side into an escaped one before it looks at anything else. So quotes around a
+/// column are for those without a quote inside, as other programs like them; any other column escapes what it holds.
+void appendColumn(std::string& line, const std::string& text) {
+    bool isQuoted = false;
+    for (const char c : text) {
+        if (needsEscape(c)) {
+            isQuoted = false;
+            break;
+        }
+        isQuoted = isQuoted || c == separator;
+    }
+    if (isQuoted) {
+        line.append(1, '"').append(text).append(1, '"');
+        return;
+    }
+    for (const char c : text) {
+        if (needsEscape(c) || c == separator) {
+            line += '\\';
+        }
+        line += c == '\n' ? 'n' : c;
+    }
+}
+
+}  // namespace
+
+std::string phoneFileHeader() {
+    std::string header;
+    for (const char* name : detail::tamberNames) {
+        header.append(header.empty() ? "" : ";").append(name);
+    }
+    return header + '\n';
+}
+
+void appendPhoneLine(std::string& file, const Contact& contact) {
+    for (const detail::TextMember member : detail::tamberTexts) {
+        appendColumn(file, contact.*member);
+        file += separator;
+    }
+    file += std::to_string(contact.defaultDial);
+    file += '\n';
+}
+
+std::size_t storableLength(std::string_view text) {
+    return wholeCharacters(text, detail::storedLength(text));
+}
+
+}  // namespace calljournal
