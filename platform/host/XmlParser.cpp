@@ -175,7 +175,7 @@ private:
             return nameEnd + 1;
         }
         tag_.clear();
-        takeName(place + 1);
+        tag_.add(message_.substr(place + 1, nameEnd - place - 1));
         std::size_t end = nameEnd;
         for (;;) {
             const std::size_t next = skipBlanks(end);
