@@ -1,30 +1,18 @@
 #include "NumberMatcher.h"
 
 #include <cstdlib>
-#include <phonenumbers/phonenumberutil.h>
 #include <set>
 
-namespace calljournal {
+#include "PhoneNumbers.h"
 
-namespace {
+namespace calljournal {
 
 using i18n::phonenumbers::PhoneNumber;
 using i18n::phonenumbers::PhoneNumberUtil;
 
-/// Numbers have at most 15 digits (ITU-T E.164); with all punctuation anybody writes they stay far below this. Anything
-/// longer is some other text, which would keep the parser busy for minutes.
-constexpr std::size_t longestNumber = 250;
-
-/// What may be dialled: digits, the plus sign in front, and the star and hash of service codes.
-std::string withoutPunctuation(const std::string& number) {
-    std::string dialled;
-    for (const char c : number) {
-        if ((c >= '0' && c <= '9') || c == '*' || c == '#' || (c == '+' && dialled.empty())) {
-            dialled += c;
-        }
-    }
-    // A number without digits, such as a name sent in its place, is itself.
-    return dialled.empty() ? number : dialled;
+bool parseNumber(const std::string& number, const std::string& region, PhoneNumber& parsed) {
+    return number.size() <= longestNumber && PhoneNumberUtil::GetInstance()->ParseAndKeepRawInput(
+                                                 number, region, &parsed) == PhoneNumberUtil::NO_PARSING_ERROR;
 }
 
 bool isInternational(const PhoneNumber& number) {
@@ -32,7 +20,15 @@ bool isInternational(const PhoneNumber& number) {
     return source == PhoneNumber::FROM_NUMBER_WITH_PLUS_SIGN || source == PhoneNumber::FROM_NUMBER_WITH_IDD;
 }
 
-}  // namespace
+std::string withoutPunctuation(const std::string& number) {
+    std::string dialled;
+    for (const char c : number) {
+        if ((c >= '0' && c <= '9') || c == '*' || c == '#' || (c == '+' && dialled.empty())) {
+            dialled += c;
+        }
+    }
+    return dialled.empty() ? number : dialled;
+}
 
 std::string localeRegion() {
     for (const char* variable : {"LC_ALL", "LC_TELEPHONE", "LANG"}) {
@@ -59,8 +55,7 @@ std::string NumberMatcher::operator()(const std::string& number) const {
     }
     const PhoneNumberUtil& util = *PhoneNumberUtil::GetInstance();
     PhoneNumber parsed;
-    if (util.ParseAndKeepRawInput(number, region_, &parsed) != PhoneNumberUtil::NO_PARSING_ERROR ||
-        !(isInternational(parsed) || util.IsValidNumber(parsed))) {
+    if (!parseNumber(number, region_, parsed) || !(isInternational(parsed) || util.IsValidNumber(parsed))) {
         return withoutPunctuation(number);
     }
     std::string key;
