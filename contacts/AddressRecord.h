@@ -2,34 +2,42 @@
 #define CALLJOURNAL_ADDRESSRECORD_H
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "Meaning.h"
 
 namespace calljournal {
 
-/// One field of a record that is not empty.
+/// One text of a record and where it stood.
 struct AddressValue {
     Meaning meaning;
-    std::string text;  ///< UTF-8, line ends as they came.
-    std::string_view
-        source;  ///< What the file calls it, such as "Business Phone" or "TEL;TYPE=work"; the reader keeps it.
+    std::string text;    ///< UTF-8, not empty, without blanks around it. It may hold line breaks, which are "\n".
+    std::string source;  ///< The name of the column or property: "Telefon geschäftlich", "TEL;TYPE=CELL".
 };
 
-/// One record of an address book as its reader hands it over, before anything is chosen.
-///
-/// A field whose kind stands beside it ("Phone 1 - Type") comes with the meaning that the kind gives it. Several values may
-/// have the same meaning; they come in the order of the file.
-struct AddressRecord {
-    std::uint64_t firstLine = 0;  ///< Physical lines of the file, which count from 1.
-    std::uint64_t lastLine = 0;
-    std::vector<AddressValue> values;
-    std::string broken;              ///< Why the record cannot be used; empty for one that can.
-    std::vector<std::string> notes;  ///< What the reader had to mend: "a quote in the text was taken as it stands".
+/// Something odd in an address book, with its place.
+struct Problem {
+    std::size_t line;    ///< The physical line, from 1.
+    std::string column;  ///< The column or property; empty if it is about the record as a whole.
+    std::string text;  ///< A sentence without a full stop: "the quotes are out of place; they were read as they stand".
 };
+
+/// One record of an address book, whatever its format. Lines are physical ones, counted from 1; a line ends in CR, LF or
+/// CR LF.
+struct AddressRecord {
+    std::size_t number = 0;  ///< Counted from 1, those that cannot be used included.
+    std::size_t firstLine = 0;
+    std::size_t lastLine = 0;
+    /// In the order of the file. A meaning may occur more than once: the earlier value is the preferred one.
+    std::vector<AddressValue> values;
+    std::vector<Problem> problems;
+    /// Why the record cannot be used; it has no values then. Empty for all others.
+    std::string fault;
+};
+
+/// Returns the first text of that meaning, or an empty one. The text belongs to the record.
+const std::string& firstText(const AddressRecord& record, Meaning meaning);
 
 }  // namespace calljournal
 
