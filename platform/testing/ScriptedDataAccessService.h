@@ -15,87 +15,65 @@ namespace calljournal {
 /// A data access service for tests: it answers what it is told to and keeps what it was asked.
 ///
 ///     calljournal::ScriptedDataAccessService service;
-///     service.next(reply).nextFails(std::runtime_error("the database is gone"));
-///     service.whenContains("<Schema name=\"CallLogMissedCalls\">", list);
+///     service.when("read_request", "<Schema name=\"CallLogMissedCalls\"></Schema>")
+///         .next("<Result>ok</Result>")
+///         .next(calljournal::ScriptedDataAccessService::failing(std::runtime_error("the database is gone")));
 ///     adapter.init(&service);
-///     ...
-///     expect(service.transcript()[0].request == "<?xml ...");
 ///
-/// Who answers a request: first the queue, whose answers serve once, in their order; when it is empty, the rules, the
-/// one stated last first, each as often as it fits; and when none fits, the usual answer, an empty text. One thread at a
-/// time.
+/// Who answers a request: first the queue, whose answers serve once each, in their order; when it is empty, the rules,
+/// the one stated last first; when none fits, the usual answer, at first "ok". A reply in the script is a text,
+/// or a function that makes one from the request and may throw, or `failing(...)`. One thread at a time.
 class ScriptedDataAccessService : public DataAccessServiceIfc {
 public:
-    typedef std::function<bool(const std::string& request)> Matcher;
-    /// Makes a reply, or throws what the service is to throw.
     typedef std::function<std::string(const std::string& request)> Answer;
+    typedef std::function<bool(const std::string& request)> Matcher;
 
     /// One request and what came of it.
     struct Exchange {
         std::string request;
-        std::string reply;  ///< Empty after a failure.
-        bool failed;        ///< The answer threw; the library's caller saw the exception.
+        std::string reply;  ///< Empty if there was none.
+        bool failed;        ///< The answer threw; what it threw has passed to the caller.
     };
 
-    /// Carries out the script.
+    /// Returns the answer that throws a copy of `failure`.
+    template <class Failure>
+    static Answer failing(const Failure& failure) {
+        return [failure](const std::string&) -> std::string { throw failure; };
+    }
+
+    /// Puts an answer at the end of the queue.
+    template <class Reply>
+    ScriptedDataAccessService& next(const Reply& reply) {
+        queue_.push_back(answering(reply));
+        return *this;
+    }
+
+    /// Answers every request that `which` fits: a text that the request holds, or a Matcher.
+    template <class Which, class Reply>
+    ScriptedDataAccessService& when(const Which& which, const Reply& reply) {
+        rules_.push_front(std::make_pair(matching(which), answering(reply)));
+        return *this;
+    }
+
+    /// Replaces the usual answer.
+    template <class Reply>
+    ScriptedDataAccessService& otherwise(const Reply& reply) {
+        usual_ = answering(reply);
+        return *this;
+    }
+
+    /// Carries out the script. The answer finds its request at the end of the transcript already.
     std::string processRequest(const std::string& request) override {
+        const Answer answer = takeAnswer(request);
         const std::size_t place = transcript_.size();
         transcript_.push_back(Exchange{request, std::string(), true});
-        const std::string reply = takeAnswer(request)(request);
+        const std::string reply = answer(request);
         transcript_[place].reply = reply;
         transcript_[place].failed = false;
         return reply;
     }
 
-    /// Put an answer at the end of the queue.
-    ScriptedDataAccessService& next(const std::string& reply) { return next(text(reply)); }
-    ScriptedDataAccessService& next(const char* reply) { return next(std::string(reply)); }
-    ScriptedDataAccessService& next(Answer answer) {
-        queue_.push_back(std::move(answer));
-        return *this;
-    }
-
-    /// Puts a failure at the end of the queue: the request throws a copy of `failure`.
-    template <class Failure>
-    ScriptedDataAccessService& nextFails(const Failure& failure) {
-        return next(failing(failure));
-    }
-
-    /// Answer each request that `matches`, or that holds `part`.
-    ScriptedDataAccessService& when(Matcher matches, const std::string& reply) {
-        return when(std::move(matches), text(reply));
-    }
-    ScriptedDataAccessService& when(Matcher matches, const char* reply) {
-        return when(std::move(matches), std::string(reply));
-    }
-    ScriptedDataAccessService& when(Matcher matches, Answer answer) {
-        rules_.push_back(std::make_pair(std::move(matches), std::move(answer)));
-        return *this;
-    }
-    template <class Reply>
-    ScriptedDataAccessService& whenContains(const std::string& part, const Reply& reply) {
-        return when(holding(part), reply);
-    }
-
-    /// Fail for each request that `matches`, or that holds `part`, with a copy of `failure`.
-    template <class Failure>
-    ScriptedDataAccessService& failWhen(Matcher matches, const Failure& failure) {
-        return when(std::move(matches), failing(failure));
-    }
-    template <class Failure>
-    ScriptedDataAccessService& failWhenContains(const std::string& part, const Failure& failure) {
-        return failWhen(holding(part), failure);
-    }
-
-    /// Replace the usual answer.
-    ScriptedDataAccessService& otherwise(const std::string& reply) { return otherwise(text(reply)); }
-    ScriptedDataAccessService& otherwise(const char* reply) { return otherwise(std::string(reply)); }
-    ScriptedDataAccessService& otherwise(Answer answer) {
-        usual_ = std::move(answer);
-        return *this;
-    }
-
-    /// Everything that was asked so far, in order.
+    /// What was asked so far, in order.
     const std::vector<Exchange>& transcript() const { return transcript_; }
 
     /// The requests alone, in order.
@@ -107,43 +85,40 @@ public:
         return texts;
     }
 
-    /// How many queued answers nobody has asked for yet: a test that expects them all checks for 0.
+    /// How many answers of the queue were not asked for yet; a test that expects them all looks for 0.
     std::size_t unused() const { return queue_.size(); }
 
-    /// Forgets the transcript; the script stays.
+    /// Forgets the transcript; the script stays. Not for use by an answer.
     void clearTranscript() { transcript_.clear(); }
 
 private:
-    static Answer text(const std::string& reply) {
+    static Answer answering(const Answer& answer) { return answer; }
+    static Answer answering(const std::string& reply) {
         return [reply](const std::string&) { return reply; };
     }
 
-    template <class Failure>
-    static Answer failing(const Failure& failure) {
-        return [failure](const std::string&) -> std::string { throw failure; };
-    }
-
-    static Matcher holding(const std::string& part) {
+    static Matcher matching(const Matcher& matcher) { return matcher; }
+    static Matcher matching(const std::string& part) {
         return [part](const std::string& request) { return request.find(part) != std::string::npos; };
     }
 
     Answer takeAnswer(const std::string& request) {
         if (!queue_.empty()) {
-            const Answer answer = std::move(queue_.front());
+            Answer answer = std::move(queue_.front());
             queue_.pop_front();
             return answer;
         }
-        for (auto rule = rules_.rbegin(); rule != rules_.rend(); ++rule) {
-            if (rule->first(request)) {
-                return rule->second;
+        for (const std::pair<Matcher, Answer>& rule : rules_) {
+            if (rule.first(request)) {
+                return rule.second;
             }
         }
         return usual_;
     }
 
     std::deque<Answer> queue_;
-    std::vector<std::pair<Matcher, Answer>> rules_;
-    Answer usual_ = text(std::string());
+    std::deque<std::pair<Matcher, Answer>> rules_;  ///< The one stated last stands first.
+    Answer usual_ = answering("ok");
     std::vector<Exchange> transcript_;
 };
 

@@ -6,6 +6,7 @@
 #include "CallListDatabaseAdapterHelper.h"
 #include "NumberMatcher.h"
 #include "RunCommand.h"
+#include "ScriptedDataAccessService.h"
 #include "SqlDataAccessService.h"
 
 using namespace calljournal;
@@ -20,16 +21,6 @@ class RecordingObserver : public JournalServiceObserverIfc {
 public:
     void notify(const std::string& message) override { messages.push_back(message); }
     std::vector<std::string> messages;
-};
-
-/// A service that answers each request the same way.
-class FixedService : public DataAccessServiceIfc {
-public:
-    explicit FixedService(std::string reply) : reply_(std::move(reply)) {}
-    std::string processRequest(const std::string&) override { return reply_; }
-
-private:
-    std::string reply_;
 };
 
 /// The journal on a real store.
@@ -242,7 +233,8 @@ TEST_F(JournalOnAStore, KeepsCallBacksByThemselves) {
 }
 
 TEST(Journal, TellsNobodyOfWhatTheStoreRefused) {
-    FixedService refusing("<Schema name=\"CallLogMissedCalls\"><Result>failed</Result><Reason>full</Reason></Schema>");
+    ScriptedDataAccessService refusing;
+    refusing.otherwise("<Schema name=\"CallLogMissedCalls\"><Result>failed</Result><Reason>full</Reason></Schema>");
     Journal journal(refusing);
     RecordingObserver observer;
     journal.addObserver(observer);
@@ -258,14 +250,9 @@ TEST(Journal, TellsNobodyOfWhatTheStoreRefused) {
 }
 
 TEST(Journal, WantsAnIdForEveryEntry) {
-    class Forgetful : public DataAccessServiceIfc {
-    public:
-        std::string processRequest(const std::string& request) override {
-            const bool isRead = request.find("read_request") != std::string::npos;
-            return isRead ? "<Schema name=\"CallLogMissedCalls\"></Schema>"
-                          : "<Schema name=\"x\"><Result>ok</Result></Schema>";
-        }
-    } forgetful;
+    ScriptedDataAccessService forgetful;
+    forgetful.when("read_request", "<Schema name=\"CallLogMissedCalls\"></Schema>")
+        .when("write_request", "<Schema name=\"x\"><Result>ok</Result></Schema>");
     Journal journal(forgetful);
     NewCall<MissedCallItem> one;
     one.call.number = "1";
@@ -273,10 +260,8 @@ TEST(Journal, WantsAnIdForEveryEntry) {
 }
 
 TEST(Journal, LetsAnExceptionOfTheServicePass) {
-    class Throwing : public DataAccessServiceIfc {
-    public:
-        std::string processRequest(const std::string&) override { throw std::out_of_range("gone"); }
-    } throwing;
+    ScriptedDataAccessService throwing;
+    throwing.next(ScriptedDataAccessService::failing(std::out_of_range("gone")));
     Journal journal(throwing);
     EXPECT_THROW(journal.entries<MissedCallItem>(), std::out_of_range);
 }

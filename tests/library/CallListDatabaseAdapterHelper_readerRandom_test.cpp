@@ -11,6 +11,7 @@
 #include "HostileTexts.h"
 #include "Kinds.h"
 #include "ReaderEvents.h"
+#include "ScriptedDataAccessService.h"
 #include "XmlParser.h"
 
 /// The missed call list reader and what follows it, compared with the literal rules on random events and texts.
@@ -248,7 +249,7 @@ TEST_F(RandomReaderTest, ReadsRepliesByTheLiteralRules) {
 }
 
 TEST_F(RandomReaderTest, ReadsAndNormalisesRepliesByTheLiteralRules) {
-    RecordingService service;
+    calljournal::ScriptedDataAccessService service;
     CallListDatabaseAdapter adapter;
     adapter.init(&service);
     std::size_t deletions = 0;
@@ -262,21 +263,21 @@ TEST_F(RandomReaderTest, ReadsAndNormalisesRepliesByTheLiteralRules) {
             fakePlatform().switchOn("CallListDatabaseAdapter", 5);
             fakePlatform().switchOn("CallListDatabaseAdapter", 6);
         }
-        service.requests.clear();
+        service.clearTranscript();
         std::deque<MissedCallItem> list;
 
         adapter.processMissedCallDbXml(reply, list);
 
         ASSERT_EQ(list.size(), expected.list.size()) << "seed " << seed << " round " << round << "\n" << reply;
-        ASSERT_EQ(service.requests.size(), expected.requests.size()) << "seed " << seed << " round " << round;
+        ASSERT_EQ(service.transcript().size(), expected.requests.size()) << "seed " << seed << " round " << round;
         ASSERT_TRUE(std::is_sorted(list.begin(), list.end(), isMissedCallOrdered)) << "seed " << seed << "\n" << reply;
-        deletions += service.requests.size();
+        deletions += service.transcript().size();
         if (!hasOneOrder(read)) {
             continue;
         }
         ++certain;
         ASSERT_EQ(describeList(list), expected.list) << "seed " << seed << " round " << round << "\n" << reply;
-        ASSERT_EQ(service.requests, expected.requests) << "seed " << seed << " round " << round << "\n" << reply;
+        ASSERT_EQ(service.requests(), expected.requests) << "seed " << seed << " round " << round << "\n" << reply;
         ASSERT_EQ(fakePlatform().logTexts(), round % 2 == 0 ? expected.log : std::vector<std::string>{})
             << "seed " << seed << " round " << round << "\n"
             << reply;

@@ -10,6 +10,7 @@
 #include "CallListDatabaseAdapter.h"
 #include "FakePlatform.h"
 #include "Kinds.h"
+#include "ScriptedDataAccessService.h"
 
 /// The order of the missed call list and the removal of entries without calls.
 namespace {
@@ -109,7 +110,7 @@ protected:
         fakePlatform().switchOn("CallListDatabaseAdapter", 6);
     }
 
-    RecordingService service;
+    calljournal::ScriptedDataAccessService service;
     CallListDatabaseAdapter adapter;
 };
 
@@ -121,7 +122,7 @@ TEST_F(NormalisationTest, LogsTwoSizesForAnEmptyListAndDoesNothingElse) {
 
     EXPECT_EQ(fakePlatform().logTexts(), (Texts{"before sort normalizeMissedCallList: missedCallList.size():0\n",
                                                 "after sort normalizeMissedCallList: missedCallList.size():0\n"}));
-    EXPECT_TRUE(service.requests.empty());
+    EXPECT_TRUE(service.transcript().empty());
     EXPECT_TRUE(list.empty());
 }
 
@@ -134,7 +135,7 @@ TEST_F(NormalisationTest, SortsTheNewestFirst) {
 
     EXPECT_EQ(ids(list), (Texts{"2", "3", "1"}));
     EXPECT_EQ(ids(other), (Texts{"2", "1"}));
-    EXPECT_TRUE(service.requests.empty());
+    EXPECT_TRUE(service.transcript().empty());
 }
 
 TEST_F(NormalisationTest, MovesWholeEntries) {
@@ -170,7 +171,7 @@ TEST_F(NormalisationTest, DeletesEntriesWithoutCallsInTheirSortedOrder) {
     adapter.normalizeMissedCallList(list);
 
     EXPECT_EQ(ids(list), Texts{"middle"});
-    EXPECT_EQ(service.requests, (Texts{deletion("1ab"), deletion("first")}));
+    EXPECT_EQ(service.requests(), (Texts{deletion("1ab"), deletion("first")}));
 }
 
 TEST_F(NormalisationTest, EmptiesAListInWhichNoEntryHasCalls) {
@@ -179,7 +180,7 @@ TEST_F(NormalisationTest, EmptiesAListInWhichNoEntryHasCalls) {
     adapter.normalizeMissedCallList(list);
 
     EXPECT_TRUE(list.empty());
-    EXPECT_EQ(service.requests, (Texts{deletion("3"), deletion("2"), deletion("1")}));
+    EXPECT_EQ(service.requests(), (Texts{deletion("3"), deletion("2"), deletion("1")}));
 }
 
 TEST_F(NormalisationTest, SendsADeletionWithoutAnEntryForAnEmptyUniqueId) {
@@ -187,13 +188,13 @@ TEST_F(NormalisationTest, SendsADeletionWithoutAnEntryForAnEmptyUniqueId) {
 
     adapter.normalizeMissedCallList(list);
 
-    EXPECT_EQ(service.requests, Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLogMissedCalls\">"
-                                      "<ReasonForMessage>delete_request</ReasonForMessage></Schema>"});
+    EXPECT_EQ(service.requests(), Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLogMissedCalls\">"
+                                        "<ReasonForMessage>delete_request</ReasonForMessage></Schema>"});
     EXPECT_TRUE(list.empty());
 }
 
 TEST_F(NormalisationTest, RemovesAnEntryWhateverTheServiceAnswers) {
-    service.answer = [](const std::string&) { return std::string("failed"); };
+    service.otherwise("failed");
     List list = {withoutCalls("1", "1"), withCall("2", "2")};
     adapter.normalizeMissedCallList(list);
     EXPECT_EQ(ids(list), Texts{"2"});
@@ -275,24 +276,24 @@ TEST_F(NormalisationTest, SendsTheSameRequestsWhetherItLogsOrNot) {
     List logged = listOfFive();
 
     adapter.normalizeMissedCallList(list);
-    const Texts requests = service.requests;
+    const Texts requests = service.requests();
     EXPECT_TRUE(fakePlatform().log.empty());
-    service.requests.clear();
+    service.clearTranscript();
     logEverything();
     adapter.normalizeMissedCallList(logged);
 
     EXPECT_EQ(requests, (Texts{deletion("C"), deletion("A")}));
-    EXPECT_EQ(service.requests, requests);
+    EXPECT_EQ(service.requests(), requests);
     EXPECT_EQ(ids(list), ids(logged));
 }
 
 TEST_F(NormalisationTest, LogsTheRestWhenTheServiceSwitchesTheLogOn) {
-    service.answer = [this](const std::string&) {
-        if (service.requests.size() == 1) {
+    service.otherwise([this](const std::string&) {
+        if (service.transcript().size() == 1) {
             fakePlatform().switchOn("CallListDatabaseAdapter", 5);
         }
         return std::string("ok");
-    };
+    });
     List list = listOfFive();
 
     adapter.normalizeMissedCallList(list);
@@ -305,12 +306,12 @@ TEST_F(NormalisationTest, LogsTheRestWhenTheServiceSwitchesTheLogOn) {
 
 TEST_F(NormalisationTest, LogsNothingMoreWhenTheServiceSwitchesTheLogOff) {
     logEverything();
-    service.answer = [this](const std::string&) {
-        if (service.requests.size() == 2) {
+    service.otherwise([this](const std::string&) {
+        if (service.transcript().size() == 2) {
             fakePlatform().loggingOn.clear();
         }
         return std::string("ok");
-    };
+    });
     List list = listOfFive();
 
     adapter.normalizeMissedCallList(list);
@@ -327,13 +328,13 @@ void expectStateAfterThrow(bool logs, std::size_t at, const Texts& left) {
         fakePlatform().switchOn("CallListDatabaseAdapter", 5);
         fakePlatform().switchOn("CallListDatabaseAdapter", 6);
     }
-    RecordingService service;
-    service.answer = [&service, at](const std::string&) {
-        if (service.requests.size() == at) {
+    calljournal::ScriptedDataAccessService service;
+    service.otherwise([&service, at](const std::string&) {
+        if (service.transcript().size() == at) {
             throw std::runtime_error("down");
         }
         return std::string("ok");
-    };
+    });
     CallListDatabaseAdapter adapter;
     adapter.init(&service);
     List list = {withoutCalls("1", "1"), withCall("2", "2"),     withoutCalls("3", "3"), withCall("4", "4"),
@@ -346,7 +347,7 @@ void expectStateAfterThrow(bool logs, std::size_t at, const Texts& left) {
         const bool hasCall = item.getUniqueId() == "2" || item.getUniqueId() == "4" || item.getUniqueId() == "7";
         EXPECT_EQ(item.getMissedCallInfoList().size(), hasCall ? 1u : 0u);
     }
-    EXPECT_EQ(service.requests.size(), at);
+    EXPECT_EQ(service.transcript().size(), at);
 }
 
 TEST_F(NormalisationTest, KeepsTheEntryAtHandAndThoseBehindItWhenTheServiceThrows) {
@@ -365,10 +366,10 @@ TEST_F(NormalisationTest, HasTheListInItsStateOfTheWalkWheneverTheServiceIsAsked
         }
         List list = {withoutCalls("1", "1"), withCall("2", "2"), withoutCalls("3", "3"), withoutCalls("4", "4")};
         std::vector<Texts> states;
-        service.answer = [&list, &states](const std::string&) {
+        service.otherwise([&list, &states](const std::string&) {
             states.push_back(ids(list));
             return std::string("ok");
-        };
+        });
 
         adapter.normalizeMissedCallList(list);
 
@@ -399,13 +400,13 @@ TEST_F(NormalisationTest, LeavesALongListInOrderWhereverTheServiceThrows) {
             const std::string key = std::to_string(100000 + number);
             list.push_back(number % 2 == 0 ? withCall(key, key) : withoutCalls(key, key));
         }
-        service.requests.clear();
-        service.answer = [&](const std::string&) {
-            if (service.requests.size() == at) {
+        service.clearTranscript();
+        service.otherwise([&](const std::string&) {
+            if (service.transcript().size() == at) {
                 throw std::runtime_error("down");
             }
             return std::string("ok");
-        };
+        });
 
         if (at <= size / 2) {
             EXPECT_THROW(adapter.normalizeMissedCallList(list), std::runtime_error);
@@ -420,7 +421,7 @@ TEST_F(NormalisationTest, LeavesALongListInOrderWhereverTheServiceThrows) {
 /// Switch questions while the log is off, for a list of which every second entry has no calls.
 unsigned questionsFor(std::size_t size) {
     fakePlatform().reset();
-    RecordingService service;
+    calljournal::ScriptedDataAccessService service;
     CallListDatabaseAdapter adapter;
     adapter.init(&service);
     List list;
@@ -430,7 +431,7 @@ unsigned questionsFor(std::size_t size) {
     }
     adapter.normalizeMissedCallList(list);
     EXPECT_EQ(list.size(), size - size / 2);
-    EXPECT_EQ(service.requests.size(), size / 2);
+    EXPECT_EQ(service.transcript().size(), size / 2);
     return fakePlatform().switchQuestions;
 }
 
@@ -485,7 +486,7 @@ TEST_F(NormalisationTest, DoesWhatTheLiteralWalkDoesToRandomLists) {
     for (int round = 0; round < 1000; ++round) {
         List list = randomList(random);
         fakePlatform().reset();
-        service.requests.clear();
+        service.clearTranscript();
         if (round % 2 == 0) {
             logEverything();
         }
@@ -494,7 +495,7 @@ TEST_F(NormalisationTest, DoesWhatTheLiteralWalkDoesToRandomLists) {
         adapter.normalizeMissedCallList(list);
 
         ASSERT_EQ(describeList(list), expected.list) << "seed " << seed << " round " << round;
-        ASSERT_EQ(service.requests, expected.requests) << "seed " << seed << " round " << round;
+        ASSERT_EQ(service.requests(), expected.requests) << "seed " << seed << " round " << round;
         ASSERT_EQ(fakePlatform().logTexts(), round % 2 == 0 ? expected.log : Texts{})
             << "seed " << seed << " round " << round;
     }
@@ -514,7 +515,7 @@ TEST_F(NormalisationTest, FollowsTheReadingOfAReply) {
     Helper::finit();
 
     EXPECT_EQ(ids(list), (Texts{"3", "1"}));
-    EXPECT_EQ(service.requests, Texts{deletion("2")});
+    EXPECT_EQ(service.requests(), Texts{deletion("2")});
 }
 
 TEST_F(NormalisationTest, LogsReadingAndThenNormalising) {

@@ -7,6 +7,7 @@
 #include "CallListDatabaseAdapter.h"
 #include "FakePlatform.h"
 #include "Kinds.h"
+#include "ScriptedDataAccessService.h"
 #include "VirtualTable.h"
 
 /// The requests that the adapter sends and the lines it logs on the way.
@@ -23,7 +24,7 @@ protected:
         adapter.init(&service);
     }
 
-    RecordingService service;
+    calljournal::ScriptedDataAccessService service;
     CallListDatabaseAdapter adapter;
 };
 
@@ -71,28 +72,28 @@ TEST_F(AdapterTest, AnswersFailedAgainOnceTheServiceIsTakenAway) {
     adapter.init(nullptr);
 
     EXPECT_EQ(adapter.processRequest("x"), "failed");
-    EXPECT_TRUE(service.requests.empty());
+    EXPECT_TRUE(service.transcript().empty());
 }
 
 TEST_F(AdapterTest, HandsRequestAndReplyThroughUnchanged) {
     const std::string request("any <text> & \0", 14);
     const std::string reply("its \0 reply", 11);
-    service.answer = [&reply](const std::string&) { return reply; };
+    service.otherwise(reply);
 
     EXPECT_EQ(adapter.processRequest(request), reply);
 
-    EXPECT_EQ(service.requests, Texts{request});
+    EXPECT_EQ(service.requests(), Texts{request});
     EXPECT_EQ(fakePlatform().switchQuestions, 0u);
 }
 
 TEST_F(AdapterTest, UsesTheLastServiceItWasGiven) {
-    RecordingService other;
+    calljournal::ScriptedDataAccessService other;
     adapter.init(&other);
 
     adapter.processRequest("x");
 
-    EXPECT_TRUE(service.requests.empty());
-    EXPECT_EQ(other.requests, Texts{"x"});
+    EXPECT_TRUE(service.transcript().empty());
+    EXPECT_EQ(other.requests(), Texts{"x"});
 }
 
 TEST_F(AdapterTest, LeavesTheServiceAloneWhenDestroyed) {
@@ -130,14 +131,14 @@ TEST_F(AdapterTest, WrapsEntriesIntoARequest) {
     };
 
     for (const auto& row : rows) {
-        service.requests.clear();
+        service.clearTranscript();
         EXPECT_EQ(adapter.updateEntries(row.entries, row.reason, row.schema), "ok");
-        EXPECT_EQ(service.requests, Texts{std::string(header) + row.request});
+        EXPECT_EQ(service.requests(), Texts{std::string(header) + row.request});
     }
 }
 
 TEST_F(AdapterTest, ReturnsTheReplyToItsEntriesUnchanged) {
-    service.answer = [](const std::string&) { return std::string("<Result>failed</Result>"); };
+    service.otherwise("<Result>failed</Result>");
 
     EXPECT_EQ(adapter.updateEntries("", "", ""), "<Result>failed</Result>");
 }
@@ -145,10 +146,10 @@ TEST_F(AdapterTest, ReturnsTheReplyToItsEntriesUnchanged) {
 TEST_F(AdapterTest, LogsRequestAndReplyAtLevelFive) {
     fakePlatform().switchOn("CallListDatabaseAdapter", 5);
     std::size_t linesBefore = 99;
-    service.answer = [&linesBefore](const std::string&) {
+    service.otherwise([&linesBefore](const std::string&) {
         linesBefore = fakePlatform().log.size();
         return std::string("100%s");
-    };
+    });
 
     adapter.updateEntries("50%n", "write_request", "CallLog");
 
@@ -176,10 +177,10 @@ TEST_F(AdapterTest, LogsTheReplyFailedWithoutAService) {
 }
 
 TEST_F(AdapterTest, AsksTheSwitchAgainForTheReply) {
-    service.answer = [](const std::string&) {
+    service.otherwise([](const std::string&) {
         fakePlatform().switchOn("CallListDatabaseAdapter", 5);
         return std::string("ok");
-    };
+    });
 
     adapter.updateEntries("", "", "");
 
@@ -202,7 +203,7 @@ TEST_F(AdapterTest, SendsOneEntry) {
     adapter.updateEntry("<A>1</A>", "write_request", "CallLog");
     adapter.updateEntry("a & <b", "", "");
 
-    EXPECT_EQ(service.requests,
+    EXPECT_EQ(service.requests(),
               (Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLog\">"
                      "<ReasonForMessage>write_request</ReasonForMessage><Entry><A>1</A></Entry></Schema>",
                      "<?xml version=\"1.0\" encoding=\"utf-8\"?><Entry>a & <b</Entry>"}));
@@ -211,32 +212,32 @@ TEST_F(AdapterTest, SendsOneEntry) {
 TEST_F(AdapterTest, SendsNoEntryElementForAnEmptyBody) {
     adapter.updateEntry("", "write_request", "CallLog");
 
-    EXPECT_EQ(service.requests, Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLog\">"
-                                      "<ReasonForMessage>write_request</ReasonForMessage></Schema>"});
+    EXPECT_EQ(service.requests(), Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLog\">"
+                                        "<ReasonForMessage>write_request</ReasonForMessage></Schema>"});
 }
 
 TEST_F(AdapterTest, DeletesTheConversationsOfACallLogEntry) {
     adapter.deleteFromConversationsTable("12:34<&>");
 
-    EXPECT_EQ(service.requests, Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"Conversations\">"
-                                      "<ReasonForMessage>delete_request</ReasonForMessage>"
-                                      "<Entry><CallLogId>12:34<&></CallLogId></Entry></Schema>"});
+    EXPECT_EQ(service.requests(), Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"Conversations\">"
+                                        "<ReasonForMessage>delete_request</ReasonForMessage>"
+                                        "<Entry><CallLogId>12:34<&></CallLogId></Entry></Schema>"});
 }
 
 TEST_F(AdapterTest, DeletesConversationsWithoutAnIdToo) {
     adapter.deleteFromConversationsTable("");
 
-    EXPECT_EQ(service.requests, Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"Conversations\">"
-                                      "<ReasonForMessage>delete_request</ReasonForMessage></Schema>"});
+    EXPECT_EQ(service.requests(), Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"Conversations\">"
+                                        "<ReasonForMessage>delete_request</ReasonForMessage></Schema>"});
 }
 
 TEST_F(AdapterTest, LogsTheDeletionOfConversationsAtLevelSix) {
     fakePlatform().switchOn("CallListDatabaseAdapter", 6);
     std::size_t linesBefore = 99;
-    service.answer = [&linesBefore](const std::string&) {
+    service.otherwise([&linesBefore](const std::string&) {
         linesBefore = fakePlatform().log.size();
         return std::string("50%s");
-    };
+    });
 
     adapter.deleteFromConversationsTable("%d");
 
@@ -266,7 +267,7 @@ TEST_F(AdapterTest, LogsNoDeletionOfConversationsAtAnyOtherLevel) {
 }
 
 TEST_F(AdapterTest, LetsAnExceptionOfTheServicePass) {
-    service.answer = [](const std::string&) -> std::string { throw std::runtime_error("down"); };
+    service.otherwise(calljournal::ScriptedDataAccessService::failing(std::runtime_error("down")));
 
     EXPECT_THROW(adapter.processRequest("x"), std::runtime_error);
     EXPECT_THROW(adapter.updateEntries("x", "", ""), std::runtime_error);
@@ -282,7 +283,7 @@ TEST_F(AdapterTest, WritesAMissedEntry) {
     adapter.updateMissedEntry(item, "write_request");
     adapter.updateMissedEntry(item, "delete_request");
 
-    EXPECT_EQ(service.requests,
+    EXPECT_EQ(service.requests(),
               (Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLogMissedCalls\">"
                      "<ReasonForMessage>write_request</ReasonForMessage><Entry><UniqueId>1234</UniqueId>"
                      "<Surname>A&amp;B</Surname><Viewed>False</Viewed><LogList></LogList></Entry></Schema>",
@@ -299,7 +300,7 @@ TEST_F(AdapterTest, WritesADialledEntry) {
     adapter.updateDialledEntry(item, "write_request");
     adapter.updateDialledEntry(item, "delete_request");
 
-    EXPECT_EQ(service.requests,
+    EXPECT_EQ(service.requests(),
               (Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLogDialledCalls\">"
                      "<ReasonForMessage>write_request</ReasonForMessage><Entry><UniqueId>1</UniqueId>"
                      "<JSGroupBy>key</JSGroupBy><LogList></LogList></Entry></Schema>",
@@ -315,7 +316,7 @@ TEST_F(AdapterTest, WritesAReceivedEntry) {
     adapter.updateReceivedEntry(item, "write_request");
     adapter.updateReceivedEntry(item, "delete_request");
 
-    EXPECT_EQ(service.requests,
+    EXPECT_EQ(service.requests(),
               (Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLogReceivedCalls\">"
                      "<ReasonForMessage>write_request</ReasonForMessage><Entry><EntryId>7</EntryId>"
                      "<LogList></LogList></Entry></Schema>",
@@ -330,7 +331,7 @@ TEST_F(AdapterTest, WritesAForwardedEntry) {
     adapter.updateForwardedEntry(item, "write_request");
     adapter.updateForwardedEntry(item, "delete_request");
 
-    EXPECT_EQ(service.requests,
+    EXPECT_EQ(service.requests(),
               (Texts{"<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLogForwardedCalls\">"
                      "<ReasonForMessage>write_request</ReasonForMessage><Entry><LogList></LogList></Entry></Schema>",
                      "<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLogForwardedCalls\">"
@@ -346,9 +347,9 @@ TYPED_TEST(UpdateOfKind, SendsTheWholeBodyUnlessItIsADeletion) {
     const auto item = filledItem<TypeParam>();
 
     for (const char* const reason : {"write_request", "read_request", "", "Delete_request", "delete_request "}) {
-        this->service.requests.clear();
+        this->service.clearTranscript();
         (this->adapter.*TypeParam::update)(item, reason);
-        EXPECT_EQ(this->service.requests,
+        EXPECT_EQ(this->service.requests(),
                   Texts{rules::request(TypeParam::format().schema, reason, TypeParam::encode(item, false))});
     }
 }
@@ -356,14 +357,14 @@ TYPED_TEST(UpdateOfKind, SendsTheWholeBodyUnlessItIsADeletion) {
 TYPED_TEST(UpdateOfKind, SendsTheUniqueIdForADeletion) {
     (this->adapter.*TypeParam::update)(filledItem<TypeParam>(), "delete_request");
 
-    EXPECT_EQ(this->service.requests,
+    EXPECT_EQ(this->service.requests(),
               Texts{rules::request(TypeParam::format().schema, "delete_request", "<UniqueId>the UniqueId</UniqueId>")});
 }
 
 TYPED_TEST(UpdateOfKind, SendsNoEntryForADeletionWithoutAUniqueId) {
     (this->adapter.*TypeParam::update)(typename TypeParam::Item(), "delete_request");
 
-    EXPECT_EQ(this->service.requests, Texts{rules::request(TypeParam::format().schema, "delete_request", "")});
+    EXPECT_EQ(this->service.requests(), Texts{rules::request(TypeParam::format().schema, "delete_request", "")});
 }
 
 TYPED_TEST(UpdateOfKind, LogsRequestAndReply) {
@@ -371,9 +372,9 @@ TYPED_TEST(UpdateOfKind, LogsRequestAndReply) {
 
     (this->adapter.*TypeParam::update)(typename TypeParam::Item(), "delete_request");
 
-    EXPECT_EQ(fakePlatform().logTexts(),
-              (Texts{"CallListDatabaseAdapter::updateEntries msg: \n " + this->service.requests.front() + "\n",
-                     "DAS resp ok \n"}));
+    EXPECT_EQ(fakePlatform().logTexts(), (Texts{"CallListDatabaseAdapter::updateEntries msg: \n " +
+                                                    this->service.transcript().front().request + "\n",
+                                                "DAS resp ok \n"}));
 }
 
 }  // namespace

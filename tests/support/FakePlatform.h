@@ -2,14 +2,11 @@
 #define FAKEPLATFORM_H
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "DataAccessServiceIfc.h"
 
 /// One line that the library wrote to the platform log.
 struct LogLine {
@@ -41,17 +38,5 @@ struct FakePlatform {
 };
 
 FakePlatform& fakePlatform();
-
-/// A data access service that keeps what it was asked and answers what it is told to.
-class RecordingService : public DataAccessServiceIfc {
-public:
-    std::string processRequest(const std::string& request) override {
-        requests.push_back(request);
-        return answer(request);
-    }
-
-    std::vector<std::string> requests;
-    std::function<std::string(const std::string&)> answer = [](const std::string&) { return std::string("ok"); };
-};
 
 #endif
