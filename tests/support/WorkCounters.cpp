@@ -19,6 +19,7 @@ extern "C" void __sanitizer_cov_trace_pc() {
 }
 
 void* operator new(std::size_t size) {
+    ++counters.allocations;
     counters.allocatedBytes += size;
     const bool failing = counters.allocationsUntilFailure == 0;
     if (counters.allocationsUntilFailure >= 0) {
