@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "EntryChecksum.h"
+
 namespace calljournal {
 
 namespace {
@@ -37,36 +39,86 @@ void fetchRow(soci::statement& query) {
 }  // namespace
 
 EntryTable::EntryTable(soci::session& session)
-    : put_((session.prepare << "insert into entry (schema_name, unique_id, place, size, body) values (:schema, :id, "
-                               "(select coalesce(max(place), 0) + 1 from entry where schema_name = :schema), :size, "
-                               ":body) on conflict (unique_id, schema_name) do update set size = excluded.size, "
-                               "body = excluded.body",
-            soci::use(schema_, "schema"), soci::use(id_, "id"), soci::use(size_, "size"), soci::use(body_, "body"))),
+    : locate_((session.prepare << "select place, checksum from entry where schema_name = :schema and unique_id = :id",
+               soci::use(schema_, "schema"), soci::use(id_, "id"), soci::into(place_), soci::into(checksum_))),
+      readNextPlace_((session.prepare << "select coalesce(max(place), 0) + 1 from entry where schema_name = :schema",
+                      soci::use(schema_, "schema"), soci::into(place_))),
+      put_((
+          session.prepare << "insert into entry (schema_name, unique_id, place, size, checksum, body) values (:schema, "
+                             ":id, :place, :size, :checksum, :body) on conflict (unique_id, schema_name) do update set "
+                             "size = excluded.size, checksum = excluded.checksum, body = excluded.body",
+          soci::use(schema_, "schema"), soci::use(id_, "id"), soci::use(place_, "place"), soci::use(size_, "size"),
+          soci::use(checksum_, "checksum"), soci::use(body_, "body"))),
       remove_((session.prepare << "delete from entry where schema_name = :schema and unique_id = :id",
                soci::use(schema_, "schema"), soci::use(id_, "id"))),
+      addToTotal_((session.prepare << "insert into schema_total (schema_name, entries, checksum) values (:schema, "
+                                      ":entries, :checksum) on conflict (schema_name) do update set entries = "
+                                      "schema_total.entries + excluded.entries, checksum = schema_total.checksum + "
+                                      "excluded.checksum",
+                   soci::use(schema_, "schema"), soci::use(count_, "entries"), soci::use(checksum_, "checksum"))),
+      readTotal_((session.prepare << "select entries, checksum from schema_total where schema_name = :schema",
+                  soci::use(schema_, "schema"), soci::into(count_), soci::into(number_))),
       readNextId_((session.prepare << "select next_id from calljournal_store", soci::into(number_))),
       writeNextId_((session.prepare << "update calljournal_store set next_id = :number where next_id < :number",
                     soci::use(number_, "number"))),
-      list_((session.prepare << "select unique_id, body from entry where schema_name = :schema order by place",
-             soci::use(schema_, "schema"), soci::into(foundId_), soci::into(foundBody_))),
-      find_((session.prepare << "select body from entry where schema_name = :schema and unique_id = :id",
-             soci::use(schema_, "schema"), soci::use(id_, "id"), soci::into(foundBody_))),
+      countId_((session.prepare << "select count(*) from entry where unique_id = :id", soci::use(id_, "id"),
+                soci::into(count_))),
+      list_(
+          (session.prepare << "select unique_id, place, checksum, body from entry where schema_name = :schema order by "
+                              "place",
+           soci::use(schema_, "schema"), soci::into(foundId_), soci::into(foundPlace_), soci::into(foundChecksum_),
+           soci::into(foundBody_))),
+      find_(
+          (session.prepare << "select place, checksum, body from entry where schema_name = :schema and unique_id = :id",
+           soci::use(schema_, "schema"), soci::use(id_, "id"), soci::into(foundPlace_), soci::into(foundChecksum_),
+           soci::into(foundBody_))),
       extent_((session.prepare << "select count(*), cast(coalesce(sum(size), 0) as bigint) from entry "
                                   "where schema_name = :schema",
                soci::use(schema_, "schema"), soci::into(count_), soci::into(number_))) {}
+
+bool EntryTable::locate() {
+    locate_.execute();
+    bool isThere = false;
+    while (locate_.fetch()) {
+        isThere = true;
+    }
+    return isThere;
+}
+
+void EntryTable::addToTotal(int entries, long long checksum) {
+    count_ = entries;
+    checksum_ = checksum;
+    addToTotal_.execute(true);
+}
+
+void EntryTable::checkFound(std::string_view id) const {
+    if (entryChecksum(schema_, id, foundPlace_, foundBody_) != foundChecksum_) {
+        throw StoreDamage("an entry of " + schema_ + " is not as it was written");
+    }
+}
 
 void EntryTable::put(std::string_view schema, std::string_view id, std::string_view body) {
     schema_ = schema;
     id_ = id;
     body_ = body;
+    const bool isThere = locate();
+    const long long before = isThere ? checksum_ : 0;
+    if (!isThere) {
+        fetchRow(readNextPlace_);
+    }
     size_ = static_cast<long long>(id.size() + body.size());
+    checksum_ = entryChecksum(schema, id, place_, body);
     put_.execute(true);
+    addToTotal(isThere ? 0 : 1, checksum_ - before);
 }
 
 void EntryTable::remove(std::string_view schema, std::string_view id) {
     schema_ = schema;
     id_ = id;
-    remove_.execute(true);
+    if (locate()) {
+        remove_.execute(true);
+        addToTotal(-1, -checksum_);
+    }
 }
 
 std::string EntryTable::takeNextId() {
@@ -74,10 +126,14 @@ std::string EntryTable::takeNextId() {
     if (number_ >= idLimit) {
         return {};
     }
-    const std::string id = std::to_string(number_);
+    id_ = std::to_string(number_);
+    fetchRow(countId_);
+    if (count_ != 0) {
+        throw StoreDamage("its next free id, " + id_ + ", is in use");
+    }
     ++number_;
     writeNextId_.execute(true);
-    return id;
+    return id_;
 }
 
 void EntryTable::skipId(std::string_view id) {
@@ -90,9 +146,21 @@ void EntryTable::skipId(std::string_view id) {
 void EntryTable::forEach(std::string_view schema,
                          const std::function<void(std::string_view id, std::string_view body)>& visit) {
     schema_ = schema;
+    long long entries = 0;
+    long long checksums = 0;
     list_.execute();
     while (list_.fetch()) {
+        checkFound(foundId_);
+        ++entries;
+        checksums += foundChecksum_;
         visit(foundId_, foundBody_);
+    }
+    count_ = 0;
+    number_ = 0;
+    fetchRow(readTotal_);
+    if (count_ != entries || number_ != checksums) {
+        throw StoreDamage(std::to_string(entries) + " entries of " + schema_ + " are left of " +
+                          std::to_string(count_));
     }
 }
 
@@ -102,6 +170,7 @@ std::optional<std::string> EntryTable::find(std::string_view schema, std::string
     std::optional<std::string> body;
     find_.execute();
     while (find_.fetch()) {
+        checkFound(id);
         body = foundBody_;
     }
     return body;

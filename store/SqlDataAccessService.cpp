@@ -64,9 +64,8 @@ struct SqlDataAccessService::Implementation {
     /// Returns the prepared statements; fresh ones after a failure.
     EntryTable& entries();
 
-    WriteTransaction::Scope scope() const {
-        return isExclusive ? WriteTransaction::Scope::part : WriteTransaction::Scope::whole;
-    }
+    /// Returns the scope for a request: `alone`, or a part of the exclusive work that it belongs to.
+    Transaction::Scope scope(Transaction::Scope alone) const { return isExclusive ? Transaction::Scope::part : alone; }
 
     /// Runs `work` on the database and returns its result. A failure of the database leaves as a StoreError.
     template <class Work>
@@ -90,6 +89,9 @@ auto SqlDataAccessService::Implementation::guarded(const Work& work) {
     } catch (const soci::soci_error& failure) {
         table.reset();
         throw connection.error(failure);
+    } catch (const StoreDamage& damage) {
+        table.reset();
+        throw connection.damage(damage.what());
     } catch (...) {
         table.reset();
         throw;
@@ -116,6 +118,7 @@ std::string SqlDataAccessService::Implementation::carryOut(const StoreRequest& r
 }
 
 std::string SqlDataAccessService::Implementation::read(std::string_view schema) {
+    const Transaction transaction(connection, scope(Transaction::Scope::reading));
     const EntryTable::Extent extent = entries().extent(schema);
     std::string reply = beginReply(schema);
     reply.reserve(extent.bytes + extent.entries * tagsPerEntry + envelopeSize);
@@ -128,7 +131,7 @@ std::string SqlDataAccessService::Implementation::read(std::string_view schema) 
 }
 
 std::string SqlDataAccessService::Implementation::write(const StoreRequest& request) {
-    WriteTransaction transaction(connection, scope());
+    Transaction transaction(connection, scope(Transaction::Scope::writing));
     // All ids of the request first, so that none given to one entry is that of a later one.
     for (const StoreEntry& entry : request.entries) {
         entries().skipId(entry.id);
@@ -150,7 +153,7 @@ std::string SqlDataAccessService::Implementation::write(const StoreRequest& requ
 }
 
 std::string SqlDataAccessService::Implementation::remove(const StoreRequest& request) {
-    WriteTransaction transaction(connection, scope());
+    Transaction transaction(connection, scope(Transaction::Scope::writing));
     for (const StoreEntry& entry : request.entries) {
         entries().remove(request.schema, entry.id);
     }
@@ -190,7 +193,8 @@ void SqlDataAccessService::exclusively(const std::function<void()>& work) {
         work();
         return;
     }
-    const auto transaction = store.guarded([&] { return std::make_unique<WriteTransaction>(store.connection); });
+    const auto transaction =
+        store.guarded([&] { return std::make_unique<Transaction>(store.connection, Transaction::Scope::writing); });
     store.isExclusive = true;
     try {
         work();

@@ -254,7 +254,7 @@ StoreError SqliteConnection::error(const soci::soci_error& failure) const {
         case SQLITE_NOTADB:
             return error("it is not a SQLite database; name another file or move this one away");
         case SQLITE_CORRUPT:
-            return error("it is damaged; move it away, and save what the sqlite3 tool can still .recover from it");
+            return damage({});
         case SQLITE_READONLY:
             return error(
                 "it cannot be written; make writable the file, its folder and the files beside it that end in -wal and "
@@ -272,17 +272,24 @@ StoreError SqliteConnection::error(const soci::soci_error& failure) const {
     }
 }
 
-WriteTransaction::WriteTransaction(SqliteConnection& connection, Scope scope) : connection_(connection), scope_(scope) {
-    connection_.sql() << (scope_ == Scope::part ? "savepoint part" : "begin immediate");
+StoreError SqliteConnection::damage(const std::string& what) const {
+    return error("it is damaged" + (what.empty() ? what : " (" + what + ")") +
+                 "; move it away, and save what the sqlite3 tool can still .recover from it");
 }
 
-WriteTransaction::~WriteTransaction() {
+Transaction::Transaction(SqliteConnection& connection, Scope scope) : connection_(connection), scope_(scope) {
+    connection_.sql() << (scope_ == Scope::part      ? "savepoint part"
+                          : scope_ == Scope::writing ? "begin immediate"
+                                                     : "begin");
+}
+
+Transaction::~Transaction() {
     if (!isDone_) {
         connection_.takeBack(scope_ == Scope::part ? "rollback to savepoint part; release savepoint part" : "rollback");
     }
 }
 
-void WriteTransaction::commit() {
+void Transaction::commit() {
     connection_.sql() << (scope_ == Scope::part ? "release savepoint part" : "commit");
     isDone_ = true;
 }

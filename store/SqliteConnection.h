@@ -56,6 +56,9 @@ public:
     StoreError error(const std::string& problem) const;
     StoreError error(const soci::soci_error& failure) const;
 
+    /// Says what about this store is not as it was written; empty if only the database knows.
+    StoreError damage(const std::string& what) const;
+
 private:
     void refuseWhatIsNoStore() const;
     std::string reasonNotToOpen(int systemError) const;
@@ -69,19 +72,19 @@ private:
     std::unique_ptr<soci::session> session_;
 };
 
-/// A transaction that may write, rolled back unless it was committed. While it is open no other connection may write;
-/// its beginning waits for those that do. Throws soci::soci_error.
-class WriteTransaction {
+/// A transaction, rolled back unless it was committed. Throws soci::soci_error.
+class Transaction {
 public:
     enum class Scope {
-        whole,  ///< A transaction of its own; fails inside of another.
-        part,   ///< A part of the one that is open, which can be taken back alone.
+        reading,  ///< Sees one state of the file, whatever others write.
+        writing,  ///< No other connection may write while it is open; its beginning waits for those that do.
+        part,     ///< A part of the one that is open, which can be taken back alone. The others fail inside of another.
     };
 
-    explicit WriteTransaction(SqliteConnection& connection, Scope scope = Scope::whole);
-    ~WriteTransaction();
-    WriteTransaction(const WriteTransaction&) = delete;
-    WriteTransaction& operator=(const WriteTransaction&) = delete;
+    Transaction(SqliteConnection& connection, Scope scope);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
 
     /// Commits; if it throws, nothing is committed.
     void commit();

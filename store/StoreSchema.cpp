@@ -6,11 +6,40 @@
 #include <string>
 #include <vector>
 
+#include "EntryChecksum.h"
 #include "SqliteConnection.h"
 
 namespace calljournal {
 
 namespace {
+
+/// The entries of version 1, each with its checksum.
+void copyWithChecksums(soci::session& sql) {
+    std::string schema;
+    std::string id;
+    std::string body;
+    long long place = 0;
+    long long size = 0;
+    long long checksum = 0;
+    soci::statement read = (sql.prepare << "select schema_name, unique_id, place, size, body from entry_of_version_1",
+                            soci::into(schema), soci::into(id), soci::into(place), soci::into(size), soci::into(body));
+    soci::statement write =
+        (sql.prepare << "insert into entry (schema_name, unique_id, place, size, checksum, body) "
+                        "values (:schema, :id, :place, :size, :checksum, :body)",
+         soci::use(schema), soci::use(id), soci::use(place), soci::use(size), soci::use(checksum), soci::use(body));
+    read.execute();
+    while (read.fetch()) {
+        checksum = entryChecksum(schema, id, place, body);
+        write.execute(true);
+    }
+}
+
+/// Statements, then what no statement can do, if there is any, then statements again.
+struct Migration {
+    std::vector<const char*> before;
+    void (*move)(soci::session& sql) = nullptr;
+    std::vector<const char*> after;
+};
 
 /// What makes version N + 1 of version N, at index N; an empty file is version 0. Rows that were released stay as they
 /// are: a later version is a further row.
@@ -18,24 +47,65 @@ namespace {
 /// `next_id` is the lowest id that no entry has had. `place` orders the entries of a schema by first insertion. `size` is
 /// the length in bytes of id and body together; with it in the index, the length of a reply is known without reading the
 /// bodies. Ids and bodies are bytes, not characters; SQLite keeps any bytes in a text column, another database would take
-/// its binary type.
-const std::vector<const char*> migrations[] = {
-    {
-        "create table calljournal_store (version integer not null, next_id bigint not null)",
-        "insert into calljournal_store (version, next_id) values (1, 1)",
-        "create table entry (unique_id text not null, schema_name varchar(32) not null, place bigint not null, "
-        "size bigint not null, body text not null, primary key (unique_id, schema_name))",
-        "create unique index entry_order on entry (schema_name, place, size)",
-    },
+/// its binary type. Version 2 has checksums and sums of them, so that nothing is changed or gets lost without notice.
+const Migration migrations[] = {
+    {{
+         "create table calljournal_store (version integer not null, next_id bigint not null)",
+         "insert into calljournal_store (version, next_id) values (1, 1)",
+         "create table entry (unique_id text not null, schema_name varchar(32) not null, place bigint not null, "
+         "size bigint not null, body text not null, primary key (unique_id, schema_name))",
+         "create unique index entry_order on entry (schema_name, place, size)",
+     },
+     nullptr,
+     {}},
+    {{
+         "drop index entry_order",
+         "alter table entry rename to entry_of_version_1",
+         "create table entry (unique_id text not null, schema_name varchar(32) not null, place bigint not null, "
+         "size bigint not null, checksum bigint not null, body text not null, primary key (unique_id, schema_name))",
+         "create unique index entry_order on entry (schema_name, place, size)",
+         "create table schema_total (schema_name varchar(32) not null primary key, entries bigint not null, "
+         "checksum bigint not null)",
+     },
+     copyWithChecksums,
+     {
+         "insert into schema_total (schema_name, entries, checksum) "
+         "select schema_name, count(*), sum(checksum) from entry group by schema_name",
+         "drop table entry_of_version_1",
+     }},
 };
 
 static_assert(std::size(migrations) == storeVersion, "each version has its migration");
+
+void carryOut(const Migration& migration, soci::session& sql) {
+    for (const char* statement : migration.before) {
+        sql << statement;
+    }
+    if (migration.move != nullptr) {
+        migration.move(sql);
+    }
+    for (const char* statement : migration.after) {
+        sql << statement;
+    }
+}
+
+/// Throws StoreError if the file without a table has more pages than its first one and free ones: its tables were lost.
+void refuseWhatHadTables(SqliteConnection& connection) {
+    int pages = 0;
+    int freePages = 0;
+    connection.sql() << "pragma page_count", soci::into(pages);
+    connection.sql() << "pragma freelist_count", soci::into(freePages);
+    if (pages > 1 + freePages) {
+        throw connection.damage("its list of tables is empty");
+    }
+}
 
 /// Returns the version of the tables, 0 for a file without any table.
 int readVersion(SqliteConnection& connection) {
     std::vector<std::string> tables(256);
     connection.sql().get_table_names(), soci::into(tables);
     if (tables.empty()) {
+        refuseWhatHadTables(connection);
         return 0;
     }
     if (std::find(tables.begin(), tables.end(), "calljournal_store") == tables.end()) {
@@ -54,12 +124,10 @@ int readVersion(SqliteConnection& connection) {
 }
 
 void migrate(SqliteConnection& connection) {
-    WriteTransaction transaction(connection);
+    Transaction transaction(connection, Transaction::Scope::writing);
     // Read again: another process may have been faster.
     for (int version = readVersion(connection); version < storeVersion; ++version) {
-        for (const char* statement : migrations[version]) {
-            connection.sql() << statement;
-        }
+        carryOut(migrations[version], connection.sql());
         const int reached = version + 1;
         connection.sql() << "update calljournal_store set version = :version", soci::use(reached);
     }
@@ -71,8 +139,13 @@ void migrate(SqliteConnection& connection) {
 void prepareStore(SqliteConnection& connection) {
     const int version = readVersion(connection);
     if (connection.isReadOnly()) {
+        if (version == 0) {
+            throw connection.error("it cannot be written, and has no tables yet; make it writable");
+        }
         if (version < storeVersion) {
-            throw connection.error("it cannot be written, and has no tables of this version yet; make it writable");
+            throw connection.error("it cannot be written, and an older calljournal wrote it (store version " +
+                                   std::to_string(version) +
+                                   "); make it writable, so that it can be brought up to date");
         }
         return;
     }

@@ -7,7 +7,7 @@ class SqliteConnection;
 
 /// The version of the tables that this program reads and writes. Versions count from 1; each later one comes with the
 /// statements that make it of the one before.
-constexpr int storeVersion = 1;
+constexpr int storeVersion = 2;
 
 /// Creates the tables in an empty file, or brings those of an older version up to date, in one transaction; then makes the
 /// connection durable. Throws StoreError, with the file as it was, if it holds another program's tables, was written by a

@@ -52,8 +52,12 @@ private:
     sqlite3* database_ = nullptr;
 };
 
-TEST_F(StoreProcesses, WriteAtTheSameTimeIntoAFileThatNobodyHasCreatedYet) {
-    constexpr int writers = 4;
+class StoreWriters : public StoreTest, public testing::WithParamInterface<int> {};
+INSTANTIATE_TEST_SUITE_P(Two, StoreWriters, testing::Values(2));
+INSTANTIATE_TEST_SUITE_P(Eight, StoreWriters, testing::Values(8));
+
+TEST_P(StoreWriters, LoseNothingIntoAFileThatNobodyHasCreatedYet) {
+    const int writers = GetParam();
     constexpr int entriesOfEach = 25;
     std::vector<std::unique_ptr<Child>> children;
     for (int i = 0; i < writers; ++i) {

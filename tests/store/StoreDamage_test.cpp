@@ -1,0 +1,151 @@
+#include <cstdlib>
+#include <iostream>
+#include <random>
+#include <string>
+
+#include "StoreTest.h"
+
+namespace {
+
+const std::string dialled = "CallLogDialledCalls";
+const std::string received = "CallLogReceivedCalls";
+
+/// How often random tests are to be repeated; more where somebody runs them for long.
+int rounds(int usual) {
+    const char* factor = std::getenv("CALLJOURNAL_SOAK");
+    return factor == nullptr ? usual : usual * std::atoi(factor);
+}
+
+class StoreDamage : public StoreTest {
+protected:
+    StoreDamage() {
+        std::string entries;
+        for (int i = 0; i < 60; ++i) {
+            entries += "<Entry><EntryId>" +
+                       std::string(static_cast<std::size_t>(i * 17), static_cast<char>('a' + i % 26)) +
+                       "</EntryId></Entry>";
+        }
+        ask(writeRequest(dialled, entries));
+        ask(writeRequest(received, entries));
+        ask(deleteRequest(received, "<Entry><UniqueId>70</UniqueId></Entry>"));
+    }
+
+    std::string damage(const std::string& what) const {
+        return "store " + file() + ": it is damaged (" + what +
+               "); move it away, and save what the sqlite3 tool can still .recover from it";
+    }
+
+    /// Writes `content` as the store's file, opens it and asks for all entries: each reply must be `before`'s or say
+    /// that it failed. Returns whether the damage was reported.
+    bool isReported(const std::string& content, const std::string before[2]) {
+        writeFile(file(), content);
+        std::string error = openingError(file());
+        if (error.empty()) {
+            const std::string* expected = before;
+            for (const std::string& schema : {dialled, received}) {
+                const std::string reply = ask(readRequest(schema));
+                if (reply.find("<Result>failed</Result><Reason>store ") != std::string::npos) {
+                    error = reply;
+                } else {
+                    EXPECT_TRUE(reply == *expected);
+                }
+                ++expected;
+            }
+            closeStore();
+        }
+        EXPECT_TRUE(error.empty() || error.find(file() + ": ") != std::string::npos) << error;
+        return !error.empty();
+    }
+
+    /// Has isReported() look at `count` files that `change` makes of the sound one.
+    template <class Change>
+    void expectNothingSilent(int count, Change change) {
+        const std::string before[] = {ask(readRequest(dialled)), ask(readRequest(received))};
+        closeStore();
+        const std::string sound = contentOf(file());
+        int reported = 0;
+        for (int round = 0; round < count && !HasFailure(); ++round) {
+            SCOPED_TRACE("round " + std::to_string(round));
+            std::string content = sound;
+            change(content);
+            reported += isReported(content, before) ? 1 : 0;
+        }
+        EXPECT_GT(reported, count / 3);
+        std::cout << "files damaged: " << count << ", of them noticed: " << reported
+                  << ", the rest without effect on any entry\n";
+    }
+};
+
+TEST_F(StoreDamage, OfRandomBytesIsReportedOrWithoutEffect) {
+    std::mt19937 random(20250101);
+    SCOPED_TRACE("seed 20250101");
+    expectNothingSilent(rounds(150), [&](std::string& content) {
+        for (std::size_t count = 1 + random() % 20; count > 0; --count) {
+            content[random() % content.size()] = static_cast<char>(random());
+        }
+    });
+}
+
+TEST_F(StoreDamage, OfOneBitIsReportedOrWithoutEffect) {
+    std::mt19937 random(20250102);
+    SCOPED_TRACE("seed 20250102");
+    expectNothingSilent(rounds(150), [&](std::string& content) {
+        char& byte = content[random() % content.size()];
+        byte = static_cast<char>(byte ^ (1 << random() % 8));
+    });
+}
+
+TEST_F(StoreDamage, OfAWholePageIsReportedOrWithoutEffect) {
+    std::mt19937 random(20250103);
+    SCOPED_TRACE("seed 20250103");
+    const std::size_t page = 4096;
+    expectNothingSilent(rounds(60), [&](std::string& content) {
+        const std::size_t from = random() % (content.size() / page) * page;
+        const std::size_t to = random() % (content.size() / page) * page;
+        content.replace(to, page, random() % 2 == 0 ? std::string(page, '\0') : content.substr(from, page));
+    });
+}
+
+TEST_F(StoreDamage, OfAFileCutAtAnyPlaceIsReported) {
+    std::mt19937 random(20250104);
+    SCOPED_TRACE("seed 20250104");
+    expectNothingSilent(rounds(60), [&](std::string& content) { content.resize(1 + random() % (content.size() - 1)); });
+}
+
+TEST_F(StoreDamage, OfItsListOfTablesIsNoEmptyStore) {
+    closeStore();
+    std::string content = contentOf(file());
+    content[103] = content[104] = '\0';  // how many tables and indices there are
+    writeFile(file(), content);
+    EXPECT_EQ(openingError(file()), damage("its list of tables is empty"));
+    EXPECT_TRUE(contentOf(file()) == content);
+}
+
+TEST_F(StoreDamage, OfOneLetterIsReported) {
+    closeStore();
+    runSql(file(), "update entry set body = replace(body, 'bbbb', 'bbbc') where schema_name = '" + dialled + "'");
+    const std::string what = damage("an entry of " + dialled + " is not as it was written");
+    EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, what));
+    EXPECT_THROW(store().findEntry(dialled, "2"), calljournal::StoreError);
+    EXPECT_EQ(ask(readRequest(received)).find("failed"), std::string::npos);
+}
+
+TEST_F(StoreDamage, OfALostEntryIsReported) {
+    closeStore();
+    runSql(file(), "delete from entry where unique_id = '5'");
+    EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage("59 entries of " + dialled + " are left of 60")));
+    closeStore();
+    runSql(file(), "delete from entry where schema_name = '" + dialled + "'");
+    EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage("0 entries of " + dialled + " are left of 60")));
+}
+
+TEST_F(StoreDamage, OfTheNextIdOverwritesNoEntry) {
+    closeStore();
+    runSql(file(), "update calljournal_store set next_id = 5");
+    EXPECT_EQ(ask(writeRequest(dialled, "<Entry><EntryId>new</EntryId></Entry>")),
+              failed(dialled, damage("its next free id, 5, is in use")));
+    closeStore();
+    EXPECT_EQ(runSql(file(), "select count(*) from entry"), "119\n");
+}
+
+}  // namespace
