@@ -1,5 +1,6 @@
 #include "SqlDataAccessService.h"
 
+#include <algorithm>
 #include <new>
 #include <soci/soci.h>
 #include <stdexcept>
@@ -19,6 +20,9 @@ namespace {
 /// More than the tags that a reply adds to an entry, a picture clip's longer name included.
 constexpr std::size_t tagsPerEntry = 64;
 constexpr std::size_t envelopeSize = 128;
+
+/// A longer reply grows as it comes. What a damaged file says of its size is not to be believed.
+constexpr std::size_t largestReserve = std::size_t{1} << 30U;
 
 void appendId(std::string_view id, std::string& text) {
     text.append("<UniqueId>").append(id).append("</UniqueId>");
@@ -121,7 +125,7 @@ std::string SqlDataAccessService::Implementation::read(std::string_view schema) 
     const Transaction transaction(connection, scope(Transaction::Scope::reading));
     const EntryTable::Extent extent = entries().extent(schema);
     std::string reply = beginReply(schema);
-    reply.reserve(extent.bytes + extent.entries * tagsPerEntry + envelopeSize);
+    reply.reserve(std::min(extent.bytes + extent.entries * tagsPerEntry + envelopeSize, largestReserve));
     entries().forEach(schema, [&](std::string_view id, std::string_view body) {
         reply.append("<Entry>");
         appendServed(schema, id, body, reply);
