@@ -111,6 +111,34 @@ TYPED_TEST(CodecOfKind, WritesCallsInTheirOrderHoweverMany) {
     EXPECT_EQ(TypeParam::calls(item).size(), 12u);
 }
 
+TYPED_TEST(CodecOfKind, WritesAndReadsTextsOfEveryLength) {
+    std::vector<std::size_t> lengths{100, 255, 256, 257, 1000, 1400, 1500, 1600, 3000, 100000};
+    for (std::size_t length = 1; length <= 40; ++length) {
+        lengths.push_back(length);
+    }
+    for (const std::size_t length : lengths) {
+        SCOPED_TRACE(length);
+        typename TypeParam::Info first = filledCall<TypeParam>();
+        first.number = std::string(length, '1');
+        first.connectedNumber = std::string(length / 2, '2') + "3";
+        typename TypeParam::Info second = filledCall<TypeParam>();
+        second.timeDate = std::string(length, '4');
+        auto item = TypeParam::make(std::string(length, 'e'), std::string(length, 's'), "", {first, second, first});
+        item.setPictureClip(std::string(length, 'p'));
+
+        const std::string body = TypeParam::encode(item, false);
+        typename TypeParam::Item read;
+        TypeParam::decode(body.c_str(), read);
+
+        EXPECT_TRUE(body == rules::encodeItem(TypeParam::format(), describeEntry<TypeParam>(item), false));
+        std::string callsRead;
+        std::string callsWritten;
+        TypeParam::encodeCalls(read, callsRead);
+        TypeParam::encodeCalls(item, callsWritten);
+        EXPECT_TRUE(callsRead == callsWritten);
+    }
+}
+
 TYPED_TEST(CodecOfKind, WritesEachEnumerationAsItsWordAlsoOutsideItsTable) {
     for (const auto& row : TypeParam::infoMembers()) {
         if (row.form == rules::Form::text || row.form == rules::Form::flag) {
