@@ -46,6 +46,8 @@ foreach(package IN LISTS packages)
     install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${pkgconfig_dir} COMPONENT development)
 endforeach()
 
+install(DIRECTORY examples/own-platform DESTINATION ${example_dir} COMPONENT development USE_SOURCE_PERMISSIONS)
+
 if(CALLJOURNAL_HOST)
     # The program finds its libraries beside it wherever the tree stands; a distribution, whose libraries are where the
     # loader looks anyway, sets CMAKE_SKIP_INSTALL_RPATH.

@@ -1,0 +1,37 @@
+# Builds the example with a platform of its own against the installed library, one way, and compares what it prints.
+include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
+
+file(REMOVE_RECURSE ${WORK_DIR})
+file(MAKE_DIRECTORY ${WORK_DIR}/run)
+set(program ${WORK_DIR}/own-platform)
+set(strict "${CXX_FLAGS} -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror")
+set(libraries libcalljournal.so.1)
+if(WAY MATCHES "static")
+    set(libraries "")
+endif()
+
+if(WAY MATCHES "find_package")
+    set(static OFF)
+    if(WAY MATCHES "static")
+        set(static ON)
+    endif()
+    run(${CMAKE_COMMAND} -S ${EXAMPLE} -B ${WORK_DIR} -G ${GENERATOR} -DCMAKE_CXX_COMPILER=${CXX}
+        "-DCMAKE_CXX_FLAGS=${strict}" -DCMAKE_PREFIX_PATH=${STAGE} -DLINK_STATIC=${static})
+    run(${CMAKE_COMMAND} --build ${WORK_DIR})
+    run(${CMAKE_CTEST_COMMAND} --test-dir ${WORK_DIR} --no-tests=error)
+else()
+    set(static "")
+    if(WAY MATCHES "static")
+        set(static static)
+    endif()
+    set(ENV{PKG_CONFIG_PATH} ${STAGE}/${LIBDIR}/pkgconfig)
+    set(ENV{CXX} ${CXX})
+    set(ENV{CXXFLAGS} "${strict}")
+    run(${EXAMPLE}/compile.sh ${program} ${static})
+    set(ENV{LD_LIBRARY_PATH} ${STAGE}/${LIBDIR})
+endif()
+
+expect_needed(${program} ${libraries})
+execute_process(COMMAND ${program} ${EXAMPLE}/contacts.csv ${EXAMPLE}/refused.csv WORKING_DIRECTORY ${WORK_DIR}/run
+                OUTPUT_VARIABLE printed COMMAND_ERROR_IS_FATAL ANY)
+expect_text("${printed}" ${EXAMPLE}/expected.txt)
