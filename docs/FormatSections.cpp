@@ -9,6 +9,7 @@
 #include "CallListDatabaseAdapterHelper.h"
 #include "KindShape.h"
 #include "Kinds.h"
+#include "ManText.h"
 #include "Outline.h"
 #include "detail/CallKinds.h"
 #include "detail/Words.h"
@@ -63,7 +64,7 @@ std::string conversion(const FieldShape& row) {
     }
     for (const Enumeration& enumeration : enumerations) {
         if (row.type == ValueType::word && row.words.begin == enumeration.words.begin) {
-            return "word of the " + std::string(enumeration.title);
+            return std::string(enumeration.title) + " word";
         }
     }
     return "text " + std::string(row.idiom);
@@ -85,11 +86,11 @@ std::vector<Row> elementRows(const std::vector<FieldShape>& fields) {
 }
 
 std::string elementTables(const KindShape& kind) {
-    const Row head = {"#", "Element", "Value", "Written when", "Unescaped by the decoder"};
+    const Row head = {"#", "Element", "Value", "Written", "Unescaped"};
     std::vector<Row> rows = elementRows(kind.fields);
     if (kind.hasCalls()) {
-        rows.push_back({std::to_string(rows.size() + 1), "`LogList`", "one `Item` for each call, newest first",
-                        "always", "once, as a whole"});
+        rows.push_back(
+            {std::to_string(rows.size() + 1), "`LogList`", "one `Item` for each call, newest first", "always", "once"});
     }
     std::string text = table(head, rows);
     if (kind.hasCalls()) {
@@ -430,22 +431,37 @@ std::map<std::string, std::string> formatSections() {
     return sections;
 }
 
-std::string withSections(const std::string& document, const std::map<std::string, std::string>& sections) {
-    const std::string begin = "<!-- generated: ";
-    const std::string beginEnd = " -->\n";
-    const std::string end = "<!-- end -->";
+std::map<std::string, std::string> manualSections() {
+    std::map<std::string, std::string> sections;
+    for (const auto& [name, markdown] : formatSections()) {
+        const bool isFurtherExample = name != "missed entry" && name.find(" entry") != std::string::npos;
+        if (!isFurtherExample) {
+            sections[name] = manText(markdown);
+        }
+    }
+    return sections;
+}
+
+const SectionMarks markdownMarks = {"<!-- generated: ", " -->\n", "<!-- end -->", "\n"};
+const SectionMarks manualMarks = {".\\\" generated: ", "\n", ".\\\" end", ""};
+
+std::string withSections(const std::string& document, const std::map<std::string, std::string>& sections,
+                         const SectionMarks& marks) {
     std::string result;
     std::size_t shown = 0;
     std::size_t at = 0;
-    for (std::size_t mark = document.find(begin); mark != std::string::npos; mark = document.find(begin, at)) {
-        const std::size_t nameEnd = document.find(beginEnd, mark);
-        const std::string name = document.substr(mark + begin.size(), nameEnd - mark - begin.size());
+    for (std::size_t mark = document.find(marks.begin); mark != std::string::npos;
+         mark = document.find(marks.begin, at)) {
+        const std::size_t nameBegin = mark + marks.begin.size();
+        const std::size_t nameEnd = document.find(marks.beginEnd, nameBegin);
+        const std::string name = document.substr(nameBegin, nameEnd - nameBegin);
         const auto section = sections.find(name);
-        const std::size_t close = document.find(end, mark);
+        const std::size_t close = document.find(marks.end, mark);
         if (nameEnd == std::string::npos || section == sections.end() || close == std::string::npos) {
             throw std::runtime_error("the document has an unknown section or one without end: " + name.substr(0, 60));
         }
-        result += document.substr(at, nameEnd + beginEnd.size() - at) + "\n" + section->second + "\n";
+        result +=
+            document.substr(at, nameEnd + marks.beginEnd.size() - at) + marks.blank + section->second + marks.blank;
         at = close;
         ++shown;
     }

@@ -29,6 +29,22 @@ TEST(FormatSections, RefusesADocumentThatLacksASectionOrAMark) {
     EXPECT_THROW(withSections(a + "<!-- generated: b", sections), std::runtime_error);
 }
 
+TEST(FormatSections, KnowsTheMarksOfAManualPage) {
+    const std::string document =
+        ".Sh A\n.\\\" generated: a\n.Pp\nold\n.\\\" end\n.Sh B\n.\\\" generated: b\n.\\\" end\n.Pp\n";
+    const std::string expected =
+        ".Sh A\n.\\\" generated: a\nnew a\n.\\\" end\n.Sh B\n.\\\" generated: b\nnew b\n.\\\" end\n.Pp\n";
+    EXPECT_EQ(withSections(document, sections, manualMarks), expected);
+    EXPECT_EQ(withSections(expected, sections, manualMarks), expected);
+}
+
+TEST(FormatSections, ShowsOneEntryInTheManual) {
+    const std::map<std::string, std::string> made = manualSections();
+    EXPECT_EQ(made.count("missed entry"), 1u);
+    EXPECT_EQ(made.count("dialled entry"), 0u);
+    EXPECT_NE(made.at("received").find("5\t\\fBPictureClip\\fP\ttext as it is\tnot empty\tonce\n"), std::string::npos);
+}
+
 TEST(FormatSections, HasTablesAndAnExampleOfEachKind) {
     const std::map<std::string, std::string> made = formatSections();
     for (const std::string kind : {"missed", "dialled", "received", "forwarded", "callback"}) {

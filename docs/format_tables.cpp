@@ -11,9 +11,13 @@ std::string readAll(const char* path) {
     return std::string{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+bool isManual(const std::string& path) {
+    return path.size() > 2 && path.compare(path.size() - 2, 2, ".5") == 0;
+}
+
 }  // namespace
 
-/// "format_tables FILE" fails unless the generated sections of the document are up to date; "format_tables FILE --rewrite"
+/// "format_tables FILE" fails unless the generated sections of the document, Markdown or a manual page, are up to date; "format_tables FILE --rewrite"
 /// brings them up to date.
 int main(int argc, char** argv) try {
     if (argc < 2) {
@@ -21,7 +25,9 @@ int main(int argc, char** argv) try {
         return 2;
     }
     const std::string document = readAll(argv[1]);
-    const std::string current = calljournal::withSections(document, calljournal::formatSections());
+    const std::string current =
+        isManual(argv[1]) ? calljournal::withSections(document, calljournal::manualSections(), calljournal::manualMarks)
+                          : calljournal::withSections(document, calljournal::formatSections());
     if (argc > 2) {
         std::ofstream(argv[1], std::ios::binary) << current;
         return 0;
