@@ -14,7 +14,6 @@ public:
     }
 };
 
-// [README]
 void recordMissedCall(DataAccessServiceIfc& service) {
     CallListDatabaseAdapterHelper::init();
     CallListDatabaseAdapter adapter;
@@ -32,7 +31,6 @@ void recordMissedCall(DataAccessServiceIfc& service) {
     adapter.processMissedCallDbXml(adapter.processRequest(CallListDatabaseAdapterHelper::readMissedCallList()), list);
     std::cout << list.size() << " missed entries\n";
 }
-// [README]
 
 int main() {
     ShowingService service;
