@@ -56,4 +56,8 @@ if(CALLJOURNAL_HOST)
     install(TARGETS calljournal_command RUNTIME COMPONENT command)
     install(FILES examples/calls.json DESTINATION ${example_dir} COMPONENT command)
     install(DIRECTORY examples/contacts DESTINATION ${example_dir} COMPONENT command)
+    install(FILES docs/man/calljournal.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT command)
+    install(FILES docs/man/calljournal.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT command)
+    install(FILES packaging/bash-completion/calljournal
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT command)
 endif()

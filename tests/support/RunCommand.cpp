@@ -54,7 +54,7 @@ Finished runProgram(const std::vector<std::string>& arguments, const std::string
     if (child == 0) {
         if (std::freopen(in.c_str(), "r", stdin) != nullptr && std::freopen(out.c_str(), "w", stdout) != nullptr &&
             std::freopen(err.c_str(), "w", stderr) != nullptr) {
-            ::execv(argv[0], argv.data());
+            ::execvp(argv[0], argv.data());
         }
         ::_exit(127);
     }

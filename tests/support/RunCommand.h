@@ -11,7 +11,7 @@ struct Finished {
     std::string err;
 };
 
-/// Runs `arguments` (program first) with `input` on standard input, until it ends.
+/// Runs `arguments` (program first, looked for in PATH if it is a plain name) with `input` on standard input, until it ends.
 Finished runProgram(const std::vector<std::string>& arguments, const std::string& input = std::string());
 
 /// A folder of its own that goes with the object.
