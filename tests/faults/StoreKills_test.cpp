@@ -89,7 +89,7 @@ protected:
 TEST_F(KilledCommands, LoseNoCallThatTheyAcknowledged) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
-    constexpr int batch = 40;
+    constexpr int batch = 12;
     const microseconds timeOfOne = usualTime(recordOne(0));
     const microseconds timeOfMany = usualTime(recordMany(1, batch));
     std::set<int> acknowledged = storedCalls();
