@@ -1,6 +1,7 @@
 #include "MemoryService.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -19,6 +20,16 @@ std::string element(const std::string& name, const std::string& text) {
     return "<" + name + ">" + text + "</" + name + ">";
 }
 
+std::vector<std::string> entriesOf(const std::string& request) {
+    std::vector<std::string> bodies;
+    std::string::size_type at = 0;
+    while ((at = request.find("<Entry>", at)) != std::string::npos) {
+        bodies.push_back(between(request.substr(at), "<Entry>", "</Entry>"));
+        at += bodies.back().size() + 1;
+    }
+    return bodies;
+}
+
 /// An entry's id is the first element of its body; a new one has none yet.
 std::string idOf(const std::string& body) {
     return body.compare(0, 10, "<UniqueId>") == 0 ? between(body, "<UniqueId>", "</UniqueId>") : std::string();
@@ -35,35 +46,38 @@ void rename(std::string& text, const std::string& from, const std::string& to) {
 std::string MemoryService::processRequest(const std::string& request) {
     const std::string schema = between(request, "<Schema name=\"", "\">");
     const std::string reason = between(request, "<ReasonForMessage>", "</ReasonForMessage>");
-    const std::string body = between(request, "<Entry>", "</Entry>");
     Table& table = tables_[schema];
     std::string answer;
     if (reason == "read_request") {
         answer = read(table);
-    } else if (reason == "write_request") {
-        answer = write(table, body);
     } else {
-        table.remove_if([&body](const StoredEntry& entry) { return entry.first == idOf(body); });
         answer = element("Result", "ok");
+        for (const std::string& body : entriesOf(request)) {
+            if (reason == "write_request") {
+                answer += element("UniqueId", write(table, body));
+            } else {
+                table.remove_if([&body](const StoredEntry& entry) { return entry.first == idOf(body); });
+            }
+        }
     }
     return "<Schema name=\"" + schema + "\">" + answer + "</Schema>";
 }
 
 std::string MemoryService::write(Table& table, const std::string& body) {
-    std::string id = idOf(body);
+    const std::string id = idOf(body);
     if (id.empty()) {
-        id = std::to_string(++lastId_);
-        table.push_back(StoredEntry(id, element("UniqueId", id) + body));
-    } else {
-        const Table::iterator known =
-            std::find_if(table.begin(), table.end(), [&id](const StoredEntry& entry) { return entry.first == id; });
-        if (known == table.end()) {
-            table.push_back(StoredEntry(id, body));
-        } else {
-            known->second = body;
-        }
+        const std::string newId = std::to_string(++lastId_);
+        table.push_back(StoredEntry(newId, element("UniqueId", newId) + body));
+        return newId;
     }
-    return element("Result", "ok") + element("UniqueId", id);
+    const Table::iterator known =
+        std::find_if(table.begin(), table.end(), [&id](const StoredEntry& entry) { return entry.first == id; });
+    if (known == table.end()) {
+        table.push_back(StoredEntry(id, body));
+    } else {
+        known->second = body;
+    }
+    return id;
 }
 
 // A picture is written as "Picture", but the list's reader looks for it under another name.

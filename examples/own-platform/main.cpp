@@ -69,6 +69,15 @@ void markViewed(CallListDatabaseAdapter& adapter, MissedCallItem entry, JournalS
     observer.notify(Helper::obsReqMissedCallsUpdate(entry, "", JournalServiceObserverIfc::VIEWED));
 }
 
+/// Several entries in one request, as when a backup comes back.
+void restore(CallListDatabaseAdapter& adapter, const std::deque<MissedCallItem>& list) {
+    std::string entries;
+    for (const MissedCallItem& entry : list) {
+        entries += Helper::createXMLField(Helper::ENTRY, Helper::createXMLMissedCallItemBody(entry, false));
+    }
+    adapter.updateEntries(entries, Helper::WRITEREQUEST, Helper::DAS_CALLLOGMISSEDCALLS);
+}
+
 /// The import deletes its file, so it gets a copy.
 void importContacts(const std::string& path) {
     const std::string copy = "contacts-to-import.csv";
@@ -97,13 +106,15 @@ int main(int argumentCount, char** arguments) {
     recordDialledCall(adapter);
     adapter.updateMissedEntry(MissedCallItem(), Helper::WRITEREQUEST);  // Without a call: reading clears it away.
 
-    std::deque<MissedCallItem> list = readMissedCalls(adapter);
+    const std::deque<MissedCallItem> list = readMissedCalls(adapter);
     show(list);
     markViewed(adapter, list.front(), screen);
     adapter.updateMissedEntry(list.back(), Helper::DELETEREQUEST);
-    list = readMissedCalls(adapter);
-    show(list);
+    show(readMissedCalls(adapter));
     screen.notify(Helper::obsReqMissedCallsCountUpdate(0));
+
+    restore(adapter, list);
+    show(readMissedCalls(adapter));
 
     for (const std::string& path : std::vector<std::string>(arguments + 1, arguments + argumentCount)) {
         importContacts(path);
