@@ -1,6 +1,7 @@
 #include "CallBacks.h"
 
 #include "CallListDatabaseAdapterHelper.h"
+#include "CarriedText.h"
 #include "ClientUtils.h"
 #include "detail/Words.h"
 
@@ -11,7 +12,7 @@ using Helper = CallListDatabaseAdapterHelper;
 namespace {
 
 std::string written(const std::string& text) {
-    return ClientUtils::escapeXMLString(text);
+    return ClientUtils::escapeXMLString(carriedControls(text));
 }
 
 template <class Enumeration>
@@ -20,7 +21,7 @@ std::string written(Enumeration value) {
 }
 
 void assign(CallBackItem& item, const CallBackText& access, const std::string& text) {
-    (item.*access.set)(text);
+    (item.*access.set)(restoredControls(text));
 }
 
 template <class Enumeration>

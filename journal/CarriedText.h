@@ -18,6 +18,14 @@ std::string carriedText(const std::string& text, int times);
 /// Undoes carriedText.
 std::string restoredText(const std::string& carried, int times);
 
+/// Returns `text` with a reference, such as `&#x1b;`, in the place of each control character but tab, line feed and
+/// carriage return: no XML carries them, the missed list's reader takes each for an apostrophe, and a zero byte ends a
+/// text for every decoder. A reference that stands in `text` itself is kept apart by one for its `&`.
+std::string carriedControls(const std::string& text);
+
+/// Undoes carriedControls.
+std::string restoredControls(const std::string& carried);
+
 /// How often the decoder of an item unescapes what the encoder writes as it is.
 constexpr int callTextUnescapes = 2;
 constexpr int itemTextUnescapes = 1;
@@ -30,6 +38,29 @@ void visitCallTexts(typename detail::CallKind<Item>::Call& call, Visit visit) {
             visit(call.*(*member), callTextUnescapes);
         }
     }
+}
+
+/// Replaces each text of the item but its id by `convert(text)`.
+template <class Item>
+void convertAllTexts(Item& item, std::string (*convert)(const std::string&)) {
+    using Kind = detail::CallKind<Item>;
+    const auto convertFields = [&](auto& party, const auto& fields) {
+        using Party = std::remove_reference_t<decltype(party)>;
+        for (const auto& field : fields) {
+            const auto* access = std::get_if<detail::TextAccess<Party>>(&field.access);
+            if (access != nullptr && field.readAs != detail::text::UNIQUEID) {
+                (party.*access->set)(convert((party.*access->get)()));
+            }
+        }
+    };
+    CallItemWithPicture& party = item;
+    convertFields(party, detail::partyFields);
+    convertFields(item, Kind::itemFields);
+    auto calls = (item.*Kind::calls)();
+    for (auto& call : calls) {
+        visitCallTexts<Item>(call, [&](std::string& text, int) { text = convert(text); });
+    }
+    (item.*Kind::setCalls)(calls);
 }
 
 /// Replaces each text that the format writes as it is by `convert(text, times)`. Names are the encoder's own business,

@@ -35,6 +35,11 @@ void checkWriteReply(const std::string& reply) {
     }
 }
 
+/// Tells whether a text of the entries in `reply` may hold what carriedControls writes.
+bool mayHoldReferences(const std::string& reply) {
+    return reply.find("#x") != std::string::npos;
+}
+
 /// Whether any text of the item may have been escaped by carriedText.
 bool mayBeCarried(const MissedCallItem& item) {
     const auto holds = [](const std::string& text) { return text.find('&') != std::string::npos; };
@@ -133,8 +138,9 @@ Journal::Journal(DataAccessServiceIfc& service)
 template <class Item>
 std::deque<Item> Journal::entries() {
     std::deque<Item> list;
+    std::string reply;
     if constexpr (std::is_same_v<Item, MissedCallItem>) {
-        const std::string reply = adapter_.processRequest(Helper::readMissedCallList());
+        reply = adapter_.processRequest(Helper::readMissedCallList());
         checkReadReply(reply);
         adapter_.processMissedCallDbXml(reply, list);
         for (MissedCallItem& item : list) {
@@ -143,14 +149,17 @@ std::deque<Item> Journal::entries() {
             }
         }
     } else {
-        const std::string reply =
-            adapter_.updateEntries(std::string(), Helper::READREQUEST, std::string(detail::CallKind<Item>::schema));
-        checkReadReply(reply);
+        reply = readReply(std::string(detail::CallKind<Item>::schema));
         for (const std::string& body : readEntryBodies(reply)) {
             list.emplace_back();
             KindInterface<Item>::decode(body.c_str(), list.back());
         }
         std::stable_sort(list.begin(), list.end(), isNewer<Item>);
+    }
+    if (mayHoldReferences(reply)) {
+        for (Item& item : list) {
+            convertAllTexts(item, restoredControls);
+        }
     }
     return list;
 }
@@ -283,6 +292,7 @@ void Journal::write(std::deque<Item>& list, const std::vector<std::size_t>& chan
     std::vector<std::string> bodies;
     for (const std::size_t index : changed) {
         Item carried = list[index];
+        convertAllTexts(carried, carriedControls);
         convertTexts(carried, carriedText);
         bodies.push_back(KindInterface<Item>::encode(carried));
     }
@@ -298,6 +308,7 @@ void Journal::write(std::deque<Item>& list, const std::vector<std::size_t>& chan
 template <class Item>
 std::string notificationOf(const Item& entry, JournalServiceObserverIfc::ActionType action) {
     Item carried = entry;
+    convertAllTexts(carried, carriedControls);
     convertTexts(carried, carriedText);
     const bool isDeleted = action == JournalServiceObserverIfc::DELETED;
     return KindInterface<Item>::update(carried, isDeleted ? entry.getUniqueId() : std::string(), action);

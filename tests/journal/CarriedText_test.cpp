@@ -21,6 +21,7 @@ TEST(CarriedText, MarkupAndEntitiesAreEscapedAsOftenAsTheReaderUnescapes) {
     EXPECT_EQ(carriedText("A<B", 2), "A&amp;lt;B");
     EXPECT_EQ(carriedText("a&amp;b", 1), "a&amp;amp;b");
     EXPECT_EQ(carriedText("&lt;", 2), "&amp;amp;lt;");
+    EXPECT_EQ(carriedText("&#x1b;", 1), "&amp;#x1b;");
 }
 
 TEST(CarriedText, RestoringGivesEveryTextBack) {
@@ -35,6 +36,29 @@ TEST(CarriedText, RestoringGivesEveryTextBack) {
             EXPECT_EQ(restoredText(carriedText(text, times), times), text) << times;
             EXPECT_EQ(carriedText(text, times).find('<'), std::string::npos);
         }
+    }
+}
+
+TEST(CarriedControls, AreReferences) {
+    EXPECT_EQ(carriedControls("plain \t\r\n \x7f text & more"), "plain \t\r\n \x7f text & more");
+    EXPECT_EQ(carriedControls(std::string("a\x1b[31m\0", 7)), "a&#x1b;[31m&#x00;");
+    EXPECT_EQ(carriedControls("&#x1b; &#x"), "&#x26;#x1b; &#x26;#x");
+    EXPECT_EQ(restoredControls("&#x41;&#x1B;&#x1;&#x0a;&#x09;&#x1b"), "&#x41;&#x1B;&#x1;&#x0a;&#x09;&#x1b");
+}
+
+TEST(CarriedControls, ComeBackFromEveryText) {
+    std::mt19937 random(2025);
+    SCOPED_TRACE("seed 2025");
+    const std::string pieces[] = {"&",   "#x", "&#x", "26;", "1b;", "&#x1b;", "&#x26;", ";", std::string(1, '\0'),
+                                  "\x1f"};
+    for (int i = 0; i < 20000; ++i) {
+        std::string text;
+        for (auto length = random() % 6; length > 0; --length) {
+            text += pieces[random() % std::size(pieces)];
+        }
+        const std::string carried = carriedControls(text);
+        ASSERT_EQ(restoredControls(carried), text) << carried;
+        ASSERT_EQ(carried.find_first_of(std::string("\0\x1f", 2)), std::string::npos);
     }
 }
 
