@@ -74,7 +74,13 @@ ProgressBar::Draw terminalDrawing() {
     if (::isatty(STDERR_FILENO) == 0) {
         return {};
     }
-    return [](const std::string& text) { std::cerr << text << std::flush; };
+    // Past the stream, which lets nothing drive a terminal.
+    return [](const std::string& text) {
+        std::cerr.flush();
+        if (::write(STDERR_FILENO, text.data(), text.size()) < 0) {
+            return;  // a bar that cannot be seen is no failure
+        }
+    };
 }
 
 std::uint64_t readPosition(const std::string& path) {

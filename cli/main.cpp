@@ -1,10 +1,14 @@
 #include <iostream>
+#include <unistd.h>
 
 #include "CommandLine.h"
 #include "ExitCode.h"
+#include "TerminalOutput.h"
 
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
+    const calljournal::TerminalOutput out(std::cout, STDOUT_FILENO);
+    const calljournal::TerminalOutput err(std::cerr, STDERR_FILENO);
     try {
         return calljournal::runCommand(argc, argv, std::cin, std::cout, std::cerr);
     } catch (const std::exception& error) {
