@@ -2,6 +2,7 @@
 #include <deque>
 #include <gtest/gtest.h>
 #include <list>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -264,6 +265,23 @@ TEST(LibraryMemory, MayBeMissingWhenTheListIsNormalised) {
 
 TEST(LibraryMemory, MayBeMissingWhenALongListIsNormalised) {
     expectNormalisationEndsOrderly(210);
+}
+
+TEST(FailAtEachPiece, NoticesWhatIsNotGivenBack) {
+    struct Kept {
+        std::unique_ptr<std::string> pieces[100];
+        int count = 0;
+    } kept;
+    const auto work = [&](int&) {
+        const std::vector<int> numbers(100);  // what fails
+        kept.pieces[kept.count++] = std::make_unique<std::string>("x");
+    };
+    EXPECT_FALSE(failAtEachPiece([] { return 0; }, work, [](int, bool) {}));
+    const auto cleanWork = [](int&) { const std::vector<int> numbers(100); };
+    int thrown = 0;
+    EXPECT_TRUE(
+        failAtEachPiece([] { return 0; }, cleanWork, [&](int, bool hasThrown) { thrown += hasThrown ? 1 : 0; }));
+    EXPECT_EQ(thrown, 2);  // one alone, one with all that follow
 }
 
 /// Tells at the end how many faults there were, for who runs all of this for long.
