@@ -44,7 +44,7 @@ private:
     std::minstd_rand engine_;
 };
 
-constexpr const char* surnames[] = {"Mustermann", "Schmidt", "van der Velde", "Kowalczyk", "Lindqvist", "O'Connor"};
+constexpr const char* surnames[] = {"Mustermann", "Schmidt", "van der Velde", "Kowalczyk", "Lindqvist", "McAllister"};
 constexpr const char* firstNames[] = {"Katharina", "Maximilian", "Ann", "Jean-Pierre", "Giovanni", "Elisabeth"};
 constexpr const char* places[] = {"Reception desk north", "Sales department west", "Service point", "Head office"};
 
@@ -248,6 +248,19 @@ BENCH_KIND(MissedCallItem)
 BENCH_KIND(DialledCallItem)
 BENCH_KIND(ReceivedCallItem)
 BENCH_KIND(ForwardedCallItem)
+
+std::deque<MissedCallItem> shuffledList(std::size_t count) {
+    const auto items = makeItems<MissedCallItem>(Form::full, 100);
+    std::deque<MissedCallItem> list;
+    for (std::size_t i = 0; i < count; ++i) {
+        MissedCallItem::MissedCallInfo call = items[i % items.size()].getMissedCallInfoList().front();
+        const std::size_t key = i * 7919 % 1000003;  // both prime, so that no key comes twice
+        call.timeDate = std::to_string(2000000 + key).insert(4, "-05-01 10:");
+        list.push_back(items[i % items.size()]);
+        list.back().setMissedCallInfoList({call});
+    }
+    return list;
+}
 
 namespace {
 

@@ -2,6 +2,7 @@
 #define BENCH_DATA_H
 
 #include <cstddef>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,9 @@ bool sameItems(const List& first, const Other& second) {
     }
     return all;
 }
+
+/// Returns a list in no order, of entries of one call each, no two of the same time.
+std::deque<MissedCallItem> shuffledList(std::size_t count);
 
 /// A contact file and what reading it gives.
 struct ContactFile {

@@ -153,22 +153,8 @@ Result takeValues(Size size) {
     return {bytesOf(texts), texts.size(), count, 0};
 }
 
-/// A list in no order, of entries of one call each.
-std::deque<MissedCallItem> shuffledList(std::size_t count) {
-    const auto items = bench::makeItems<MissedCallItem>(bench::Form::full, 100);
-    std::deque<MissedCallItem> list;
-    for (std::size_t i = 0; i < count; ++i) {
-        MissedCallItem::MissedCallInfo call = items[i % items.size()].getMissedCallInfoList().front();
-        const std::size_t key = i * 7919 % 1000003;  // both prime, so that no key comes twice
-        call.timeDate = std::to_string(2000000 + key).insert(4, "-05-01 10:");
-        list.push_back(items[i % items.size()]);
-        list.back().setMissedCallInfoList({call});
-    }
-    return list;
-}
-
 Result normalise(Size size) {
-    std::deque<MissedCallItem> list = shuffledList(size.count);
+    std::deque<MissedCallItem> list = bench::shuffledList(size.count);
     CallListDatabaseAdapter adapter;
     const std::size_t count = measure([&] { adapter.normalizeMissedCallList(list); });
     for (std::size_t i = 1; i < list.size(); ++i) {
