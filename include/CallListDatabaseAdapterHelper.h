@@ -37,8 +37,8 @@ public:
     static const char* const WRITEREQUEST;      ///< write_request
     static const char* const DELETEREQUEST;     ///< delete_request
     static const char* const METHOD;            ///< Method
-    static const char* const METHOD_XML_BEGIN;  ///< <Method>
-    static const char* const METHOD_XML_CLOSE;  ///< </Method>
+    static const char* const METHOD_XML_BEGIN;  ///< `<Method>`
+    static const char* const METHOD_XML_CLOSE;  ///< `</Method>`
     static const char* const ENTRY;             ///< Entry
     static const char* const VALUE;             ///< Value
     static const char* const ACTIONTYPE;        ///< ActionType
@@ -66,8 +66,8 @@ public:
 
     // Elements of a call list entry.
     static const char* const ITEM;               ///< Item
-    static const char* const ITEM_XML_BEGIN;     ///< <Item>
-    static const char* const ITEM_XML_CLOSE;     ///< </Item>
+    static const char* const ITEM_XML_BEGIN;     ///< `<Item>`
+    static const char* const ITEM_XML_CLOSE;     ///< `</Item>`
     static const char* const UNIQUEID;           ///< UniqueId
     static const char* const ENTRYID;            ///< EntryId
     static const char* const SURNAME;            ///< Surname
@@ -78,8 +78,8 @@ public:
     static const char* const CATEGORY;           ///< Category
     static const char* const JSGROUPBY;          ///< JSGroupBy
     static const char* const LOGLIST;            ///< LogList
-    static const char* const LOGLIST_XML_BEGIN;  ///< <LogList>
-    static const char* const LOGLIST_XML_CLOSE;  ///< </LogList>
+    static const char* const LOGLIST_XML_BEGIN;  ///< `<LogList>`
+    static const char* const LOGLIST_XML_CLOSE;  ///< `</LogList>`
 
     // Elements of a call.
     static const char* const NUMBER;                     ///< Number
