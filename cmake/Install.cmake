@@ -48,7 +48,7 @@ endforeach()
 
 install(DIRECTORY examples/own-platform DESTINATION ${example_dir} COMPONENT development USE_SOURCE_PERMISSIONS)
 
-if(CALLJOURNAL_HOST)
+if(CALLJOURNAL_HOST AND CALLJOURNAL_COMMAND)
     # The program finds its libraries beside it wherever the tree stands; a distribution, whose libraries are where the
     # loader looks anyway, sets CMAKE_SKIP_INSTALL_RPATH.
     file(RELATIVE_PATH lib_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})

@@ -8,6 +8,7 @@
 #include "FakePlatform.h"
 #include "HostileTexts.h"
 #include "Kinds.h"
+#include "Rounds.h"
 
 /// The library's codecs compared with the literal rules on random texts.
 namespace {
@@ -34,7 +35,7 @@ TYPED_TEST_SUITE(RandomCodecOfKind, AllKinds, KindNames);
 TYPED_TEST(RandomCodecOfKind, ReadsEntriesByTheLiteralRules) {
     const auto filledEntry = filledItem<TypeParam>();
     std::size_t withCalls = 0;
-    for (int round = 0; round < 8000; ++round) {
+    for (unsigned round = 0; round < rounds(8000); ++round) {
         const std::string text = this->randomText();
         auto item = filledEntry;
         rules::Entry expected = describeEntry<TypeParam>(item);
@@ -43,12 +44,12 @@ TYPED_TEST(RandomCodecOfKind, ReadsEntriesByTheLiteralRules) {
         ASSERT_EQ(describeEntry<TypeParam>(item), expected) << "seed " << seed << " round " << round << "\n" << text;
         withCalls += expected.calls.empty() ? 0 : 1;
     }
-    EXPECT_GT(withCalls, 1000u);
+    EXPECT_GT(withCalls, rounds(1000));
 }
 
 TYPED_TEST(RandomCodecOfKind, ReadsListsOfCallsByTheLiteralRules) {
     std::size_t longLists = 0;
-    for (int round = 0; round < 12000; ++round) {
+    for (unsigned round = 0; round < rounds(12000); ++round) {
         const std::string text = this->randomText();
         std::list<typename TypeParam::Info> calls(1);
         std::vector<rules::Members> expected;
@@ -59,12 +60,12 @@ TYPED_TEST(RandomCodecOfKind, ReadsListsOfCallsByTheLiteralRules) {
         ASSERT_EQ(describeCalls<TypeParam>(calls), expected) << "seed " << seed << " round " << round << "\n" << text;
         longLists += expected.size() > 1 ? 1 : 0;
     }
-    EXPECT_GT(longLists, 1000u);
+    EXPECT_GT(longLists, rounds(1000));
 }
 
 TYPED_TEST(RandomCodecOfKind, ReadsSingleCallsByTheLiteralRules) {
     const auto filledInfo = filledCall<TypeParam>();
-    for (int round = 0; round < 15000; ++round) {
+    for (unsigned round = 0; round < rounds(15000); ++round) {
         const std::string text = this->randomText();
         auto info = filledInfo;
         rules::Members expected = describeCall<TypeParam>(info);
@@ -77,7 +78,7 @@ TYPED_TEST(RandomCodecOfKind, ReadsSingleCallsByTheLiteralRules) {
 TYPED_TEST(RandomCodecOfKind, WritesEntriesByTheLiteralRules) {
     const auto itemMembers = TypeParam::itemMembers();
     const auto infoMembers = TypeParam::infoMembers();
-    for (int round = 0; round < 3000; ++round) {
+    for (unsigned round = 0; round < rounds(3000); ++round) {
         typename TypeParam::Item item;
         for (const auto& row : itemMembers) {
             row.set(item, row.form == rules::Form::text ? this->texts.value() : std::to_string(this->texts.below(2)));
@@ -114,7 +115,7 @@ protected:
 };
 
 TEST_F(RandomPrimitives, FindValuesByTheLiteralRules) {
-    for (int round = 0; round < 40000; ++round) {
+    for (unsigned round = 0; round < rounds(40000); ++round) {
         const std::string text = texts.soup();
         const std::string name = tag();
         const std::size_t cursor = texts.below(3) == 0 ? texts.below(text.size() + 1) : 0;
@@ -139,7 +140,7 @@ TEST_F(RandomPrimitives, FindValuesByTheLiteralRules) {
 
 TEST_F(RandomPrimitives, CutElementsOutByTheLiteralRules) {
     std::size_t cuts = 0;
-    for (int round = 0; round < 40000; ++round) {
+    for (unsigned round = 0; round < rounds(40000); ++round) {
         std::string text = texts.soup();
         const std::string before = text;
         std::string expectedText = text;
@@ -158,12 +159,12 @@ TEST_F(RandomPrimitives, CutElementsOutByTheLiteralRules) {
             cuts += found ? 1 : 0;
         }
     }
-    EXPECT_GT(cuts, 5000u);
+    EXPECT_GT(cuts, rounds(5000));
 }
 
 TEST_F(RandomPrimitives, FindTheMethodByTheLiteralRules) {
     static const std::vector<std::string> pieces = {"<Method>", "</Method>", "<Method", "Method>", "x", "<", "/"};
-    for (int round = 0; round < 20000; ++round) {
+    for (unsigned round = 0; round < rounds(20000); ++round) {
         std::string text;
         for (std::size_t count = texts.below(8); count > 0; --count) {
             text += pieces[texts.below(pieces.size())];

@@ -11,6 +11,7 @@
 #include "HostileTexts.h"
 #include "Kinds.h"
 #include "ReaderEvents.h"
+#include "Rounds.h"
 #include "ScriptedDataAccessService.h"
 #include "XmlParser.h"
 
@@ -117,7 +118,7 @@ rules::Entry describeParser(const Helper::MissedCallParser& parser) {
 
 TEST_F(RandomReaderTest, FollowsTheLiteralRulesEventByEvent) {
     std::size_t entries = 0;
-    for (int round = 0; round < 1500; ++round) {
+    for (unsigned round = 0; round < rounds(1500); ++round) {
         std::deque<MissedCallItem> output;
         Helper::MissedCallParser parser(output);
         ReaderEvents events(parser);
@@ -169,7 +170,7 @@ TEST_F(RandomReaderTest, FollowsTheLiteralRulesEventByEvent) {
         ASSERT_EQ(fakePlatform().logTexts(), expected.log) << "seed " << seed << "\n" << history;
         entries += output.size();
     }
-    EXPECT_GT(entries, 500u);
+    EXPECT_GT(entries, rounds(500));
 }
 
 void tagBegin(void* userData, const char* name, const char** attributes) {
@@ -238,14 +239,14 @@ bool hasOneOrder(const std::vector<rules::Entry>& list) {
 TEST_F(RandomReaderTest, ReadsRepliesByTheLiteralRules) {
     fakePlatform().reset();
     std::size_t entries = 0;
-    for (int round = 0; round < 5000; ++round) {
+    for (unsigned round = 0; round < rounds(5000); ++round) {
         const std::string reply = randomReply(texts);
         std::deque<MissedCallItem> list(2);
         ASSERT_TRUE(Helper::parseXMLMissedCallList(reply, list));
         ASSERT_EQ(describeList(list), readLiterally(reply)) << "seed " << seed << " round " << round << "\n" << reply;
         entries += list.size();
     }
-    EXPECT_GT(entries, 3000u);
+    EXPECT_GT(entries, rounds(3000));
 }
 
 TEST_F(RandomReaderTest, ReadsAndNormalisesRepliesByTheLiteralRules) {
@@ -254,7 +255,7 @@ TEST_F(RandomReaderTest, ReadsAndNormalisesRepliesByTheLiteralRules) {
     adapter.init(&service);
     std::size_t deletions = 0;
     std::size_t certain = 0;
-    for (int round = 0; round < 4000; ++round) {
+    for (unsigned round = 0; round < rounds(4000); ++round) {
         const std::string reply = randomReply(texts);
         const std::vector<rules::Entry> read = readLiterally(reply);
         const rules::Normalised expected = rules::normalise(read);
@@ -282,8 +283,8 @@ TEST_F(RandomReaderTest, ReadsAndNormalisesRepliesByTheLiteralRules) {
             << "seed " << seed << " round " << round << "\n"
             << reply;
     }
-    EXPECT_GT(deletions, 500u);
-    EXPECT_GT(certain, 2000u);
+    EXPECT_GT(deletions, rounds(500));
+    EXPECT_GT(certain, rounds(2000));
 }
 
 }  // namespace

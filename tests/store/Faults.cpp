@@ -37,13 +37,18 @@ ssize_t faultyPwrite(int descriptor, const void* data, size_t size, off_t offset
     return writeFails() ? -1 : pwrite(descriptor, data, size, offset);
 }
 
+/// Its offset is longer where addresses have 32 bits.
+ssize_t faultyPwrite64(int descriptor, const void* data, size_t size, off64_t offset) {
+    return writeFails() ? -1 : pwrite64(descriptor, data, size, offset);
+}
+
 }  // namespace
 
 void installFaultyDisk() {
     sqlite3_vfs* vfs = sqlite3_vfs_find(nullptr);
     vfs->xSetSystemCall(vfs, "write", reinterpret_cast<sqlite3_syscall_ptr>(faultyWrite));
     vfs->xSetSystemCall(vfs, "pwrite", reinterpret_cast<sqlite3_syscall_ptr>(faultyPwrite));
-    vfs->xSetSystemCall(vfs, "pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(faultyPwrite));
+    vfs->xSetSystemCall(vfs, "pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(faultyPwrite64));
 }
 
 void repairDisk() {
