@@ -83,10 +83,10 @@ public:
     Splitter(Tokenizer& tokenizer, const Separator& separator, std::vector<std::string>& columns)
         : tokenizer_(tokenizer), separator_(separator), columns_(columns) {}
 
+    /// Splits the first text of this splitter.
     void split(const std::string& text) {
         tokenizer_.assign(text, separator_);
         columns_.clear();
-        lastColumn_.clear();
         walk(text);
     }
 
