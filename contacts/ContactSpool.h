@@ -1,0 +1,104 @@
+#ifndef CALLJOURNAL_CONTACTSPOOL_H
+#define CALLJOURNAL_CONTACTSPOOL_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Contact.h"
+
+namespace calljournal {
+
+/// A contact and where it came from.
+struct SpooledContact {
+    Contact contact;
+    bool isJoinedAddress = false;  ///< address2 was joined from city, postal code and country.
+    std::uint32_t file = 0;        ///< Which of the address books, from 0.
+    std::uint64_t record = 0;      ///< The record's number in it.
+    std::uint64_t firstLine = 0;
+    std::uint64_t lastLine = 0;
+};
+
+/// A file without a name, to which texts are added one behind the other and read again from any place. It goes with the
+/// object, and with the process.
+class SpoolFile {
+public:
+    /// Throws std::system_error if there is no room for temporary files.
+    SpoolFile();
+    SpoolFile(const SpoolFile&) = delete;
+    SpoolFile& operator=(const SpoolFile&) = delete;
+    ~SpoolFile();
+
+    /// Adds `bytes` at the end. Throws std::system_error if the disk is full.
+    void add(std::string_view bytes);
+
+    /// Returns `size` bytes from `place` on, which were added before. They last until the next call.
+    std::string_view read(std::uint64_t place, std::size_t size);
+
+    std::uint64_t size() const { return written_ + pending_.size(); }
+
+private:
+    void flush();
+
+    int descriptor_;
+    std::uint64_t written_ = 0;
+    std::string pending_;  ///< What stands behind that, not yet written.
+    std::uint64_t windowStart_ = 0;
+    std::string window_;  ///< What was read last.
+};
+
+/// The contacts of a conversion on disk, so that memory holds none of them.
+class ContactSpool {
+public:
+    /// Adds a contact and returns its place. No text may be longer than 255 bytes, which is more than a phone stores.
+    std::uint64_t add(const SpooledContact& contact);
+
+    /// Reads the contact at a place that add() returned; returns the place behind it.
+    std::uint64_t read(std::uint64_t place, SpooledContact& contact);
+
+    /// The place behind the last contact; the first is at 0.
+    std::uint64_t end() const { return file_.size(); }
+
+    /// Tells whether the contact at `place` is the one that identityOf() told apart.
+    bool isSame(std::uint64_t place, std::string_view identity);
+
+    /// What tells contacts apart: texts and default number as one text.
+    static std::string identityOf(const Contact& contact);
+
+private:
+    SpoolFile file_;
+    std::string buffer_;
+};
+
+/// Finds a contact that was there already. Memory: at most 64 bytes for each contact, in the moment when the table grows;
+/// 22 to 43 otherwise.
+class IdentityTable {
+public:
+    explicit IdentityTable(ContactSpool& spool) : spool_(spool) {}
+
+    /// Looks for the contact in the spool. Returns whether it is there, and where. Where hashes are the same by chance, the
+    /// texts tell.
+    bool find(std::string_view identity, std::uint64_t& place);
+
+    /// Remembers a contact that find() did not find, and its place.
+    void add(std::string_view identity, std::uint64_t place);
+
+private:
+    struct Slot {
+        std::uint64_t hash;
+        std::uint64_t placeBehind;  ///< The place and 1; 0 in a free slot.
+    };
+
+    Slot& slotFor(std::uint64_t hash);
+    void grow();
+
+    ContactSpool& spool_;
+    std::vector<Slot> slots_;
+    std::size_t used_ = 0;
+};
+
+}  // namespace calljournal
+
+#endif

@@ -1,0 +1,75 @@
+#ifndef CALLJOURNAL_NEARCONTACTS_H
+#define CALLJOURNAL_NEARCONTACTS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Contact.h"
+#include "ContactSpool.h"
+#include "NumberWriter.h"
+
+namespace calljournal {
+
+/// Two contacts that may be one person: they share a number or a mail address, and their names do not speak against it.
+struct NearPair {
+    std::uint64_t earlier;  ///< Places in the spool.
+    std::uint64_t later;
+    std::string shared;  ///< The number, ready to dial, or the mail address.
+};
+
+/// Finds such contacts among those of a spool, in memory that does not grow with them: what they might share is kept on
+/// disk and looked through part by part.
+class NearContacts {
+public:
+    explicit NearContacts(const std::string& region) : dialable_(NumberStyle::dialable, region) {}
+
+    /// Remembers what a contact of the spool might share.
+    void add(const Contact& contact, std::uint64_t place);
+
+    /// Finds the pairs; tells each once. `partSize` is how many bytes of memory a part may take.
+    void find(ContactSpool& spool, const std::function<void(const NearPair&)>& tell,
+              std::size_t partSize = std::size_t{64} << 20);
+
+    /// The contact that holds all that both hold, or nothing if a text of one would be lost; `conflict` then names the
+    /// field. Of what both say, the words of `one` stay.
+    std::optional<Contact> merged(const Contact& one, const Contact& other, std::string& conflict) const;
+
+private:
+    struct Key {
+        std::uint64_t hash;
+        std::uint64_t place;
+    };
+    /// Something that a contact may share, as it is compared, and the hash that leads to it.
+    struct Sharable {
+        std::string text;
+        std::uint64_t hash;
+    };
+    struct Member {
+        SpooledContact spooled;
+        std::uint64_t place;
+        std::string name;  ///< For the order in which contacts meet.
+        std::vector<Sharable> sharable;
+    };
+    typedef std::function<void(const NearPair&)> Tell;
+
+    void note(std::uint64_t hash, std::uint64_t place);
+    std::vector<Key> keysOfPart(std::size_t part, std::size_t parts);
+    void lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Tell& tell) const;
+    std::vector<Sharable> sharableOf(const Contact& contact) const;
+    bool addNumber(Contact& contact, std::string Contact::*member, const std::string& number) const;
+
+    NumberWriter dialable_;
+    SpoolFile keys_;
+};
+
+/// Tells whether two names may be those of one person: one of the parts is there in both and the same but for case, and
+/// the other is the same, missing or an initial. Without any names the companies have to be the same.
+bool areNamesCompatible(const Contact& one, const Contact& other);
+
+}  // namespace calljournal
+
+#endif
