@@ -1,0 +1,177 @@
+#include "ColumnFinder.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+namespace calljournal {
+
+namespace {
+
+/// Larger files are not lists of columns.
+constexpr std::streamsize largestColumnsFile = 16 << 20;
+
+std::string readColumnsFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::string text(static_cast<std::size_t>(largestColumnsFile), '\0');
+    file.read(text.data(), largestColumnsFile);
+    if (!file.eof()) {
+        throw AddressBookError(AddressBookError::Reason::option, path + ": cannot be read as a list of columns");
+    }
+    text.resize(static_cast<std::size_t>(file.gcount()));
+    return text;
+}
+
+void addWords(std::unordered_map<std::string, Meaning>& words, const std::vector<NamedMeaning>& rows) {
+    for (const NamedMeaning& row : rows) {
+        words.emplace(row.key, row.meaning);
+    }
+}
+
+std::optional<Meaning> meaningIn(const std::unordered_map<std::string, Meaning>& words, std::string_view word) {
+    const auto found = words.find(nameKey(word));
+    return found == words.end() ? std::nullopt : std::optional<Meaning>(found->second);
+}
+
+/// Chooses among the columns of one header that have the same name: programs keep their order, so it is the first one
+/// behind the column before it.
+class Walk {
+public:
+    std::size_t choose(const std::vector<std::size_t>& candidates) {
+        const auto isFree = [&](std::size_t column) {
+            return std::find(taken_.begin(), taken_.end(), column) == taken_.end();
+        };
+        auto chosen = std::find_if(candidates.begin(), candidates.end(),
+                                   [&](std::size_t column) { return column >= next_ && isFree(column); });
+        if (chosen == candidates.end()) {
+            chosen = std::find_if(candidates.begin(), candidates.end(), isFree);
+        }
+        const std::size_t column = chosen == candidates.end() ? candidates.front() : *chosen;
+        if (candidates.size() > 1) {
+            taken_.push_back(column);
+        }
+        next_ = column + 1;
+        return column;
+    }
+
+private:
+    std::size_t next_ = 0;
+    std::vector<std::size_t> taken_;  ///< Of those with a name that occurs more than once.
+};
+
+}  // namespace
+
+ColumnFinder::ColumnFinder(const ReadingOptions& options) {
+    if (!options.columnsFile.empty()) {
+        own_ = readColumnTable(readColumnsFile(options.columnsFile), options.columnsFile);
+        add(own_);
+        ownHeaders_ = headers_.size();
+    }
+    add(builtInColumnTable());
+    for (const ColumnMapping& mapping : options.mappings) {
+        mappings_.emplace(nameKey(mapping.name), mapping.meaning);
+    }
+}
+
+void ColumnFinder::add(const ColumnTable& table) {
+    for (const KnownHeader& header : table.headers) {
+        for (std::size_t column = 0; column < header.columns.size(); ++column) {
+            places_[header.columns[column].key].push_back({headers_.size(), column});
+        }
+        headers_.push_back(&header);
+    }
+    addWords(phoneTypes_, table.phoneTypes);
+    addWords(addressTypes_, table.addressTypes);
+}
+
+std::vector<const ColumnFinder::Places*> ColumnFinder::placesOf(const std::vector<std::string>& names) const {
+    std::vector<const Places*> all;
+    for (const std::string& name : names) {
+        const auto found = places_.find(nameKey(name));
+        all.push_back(found == places_.end() ? nullptr : &found->second);
+    }
+    return all;
+}
+
+std::vector<std::size_t> ColumnFinder::ranking(const std::vector<const Places*>& places) const {
+    std::vector<std::size_t> score(headers_.size());
+    std::unordered_map<const Places*, std::size_t> seen;
+    for (const Places* const all : places) {
+        if (all == nullptr) {
+            continue;
+        }
+        // A name that stands in the file for the second time counts for the headers that have it twice.
+        const std::size_t time = seen[all]++;
+        std::unordered_map<std::size_t, std::size_t> times;
+        for (const Place& place : *all) {
+            score[place.header] += times[place.header]++ == time ? 1 : 0;
+        }
+    }
+    std::vector<std::size_t> best;
+    for (std::size_t header = 0; header < headers_.size(); ++header) {
+        if (score[header] > 0) {
+            best.push_back(header);
+        }
+    }
+    std::stable_sort(best.begin(), best.end(), [&](std::size_t a, std::size_t b) {
+        const bool isOwnA = a < ownHeaders_;
+        const bool isOwnB = b < ownHeaders_;
+        if (isOwnA != isOwnB) {
+            return isOwnA;
+        }
+        return score[a] != score[b] ? score[a] > score[b] : headers_[a]->priority < headers_[b]->priority;
+    });
+    return best;
+}
+
+FoundColumns ColumnFinder::find(const std::vector<std::string>& names) const {
+    const std::vector<const Places*> places = placesOf(names);
+    const std::vector<std::size_t> best = ranking(places);
+    std::vector<std::size_t> rank(headers_.size());
+    for (std::size_t i = 0; i < best.size(); ++i) {
+        rank[best[i]] = i;
+    }
+    FoundColumns found;
+    if (!best.empty()) {
+        found.program = headers_[best[0]]->program;
+        found.language = headers_[best[0]]->languages.substr(0, headers_[best[0]]->languages.find(','));
+    }
+    std::vector<Walk> walks(headers_.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        RecognisedColumn column;
+        column.name = names[i];
+        if (places[i] != nullptr) {
+            const std::size_t header =
+                std::min_element(places[i]->begin(), places[i]->end(), [&](const Place& a, const Place& b) {
+                    return rank[a.header] < rank[b.header];
+                })->header;
+            std::vector<std::size_t> candidates;
+            for (const Place& place : *places[i]) {
+                if (place.header == header) {
+                    candidates.push_back(place.column);
+                }
+            }
+            column.meaning = headers_[header]->columns[walks[header].choose(candidates)].meaning;
+            column.isKnown = true;
+        }
+        const auto mapping = mappings_.find(nameKey(names[i]));
+        if (mapping != mappings_.end()) {
+            column.meaning = mapping->second;
+            column.isKnown = column.isMapped = true;
+        }
+        found.known += column.isKnown ? 1 : 0;
+        found.useful += column.meaning != Meaning::other ? 1 : 0;
+        found.columns.push_back(std::move(column));
+    }
+    return found;
+}
+
+std::optional<Meaning> ColumnFinder::phoneType(std::string_view word) const {
+    return meaningIn(phoneTypes_, word);
+}
+
+std::optional<Meaning> ColumnFinder::addressType(std::string_view word) const {
+    return meaningIn(addressTypes_, word);
+}
+
+}  // namespace calljournal

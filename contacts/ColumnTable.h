@@ -1,0 +1,50 @@
+#ifndef CALLJOURNAL_COLUMNTABLE_H
+#define CALLJOURNAL_COLUMNTABLE_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "Meaning.h"
+
+namespace calljournal {
+
+/// What two names have in common that differ in case, accents, blanks and punctuation only: the key of both is the same.
+/// "E-Mail Adresse" and "e-mail-adresse" have one. Empty for a name without letters, digits and symbols.
+std::string nameKey(std::string_view name);
+
+/// A name and what it means.
+struct NamedMeaning {
+    std::string name;
+    std::string key;
+    Meaning meaning;
+};
+
+/// The columns that one version of one program writes in some languages, in its order.
+struct KnownHeader {
+    std::string program;
+    std::string version;
+    std::string languages;  ///< BCP 47, with ", " between them.
+    int priority;           ///< Of equally good headers the smallest counts.
+    std::string evidence;   ///< "export", "texts" or "table": see columns.tsv.
+    std::vector<NamedMeaning> columns;
+};
+
+/// What columns.tsv, or a user's file of that kind, says.
+struct ColumnTable {
+    std::vector<KnownHeader> headers;
+    std::vector<NamedMeaning> phoneTypes;    ///< "Mobil" is mobile.
+    std::vector<NamedMeaning> addressTypes;  ///< "Privat" is homeAddress.
+};
+
+/// Reads such a file. `origin` is what it is called in the AddressBookError that a bad line throws.
+ColumnTable readColumnTable(std::string_view text, const std::string& origin);
+
+/// The table that the program comes with.
+const ColumnTable& builtInColumnTable();
+
+}  // namespace calljournal
+
+#endif

@@ -1,0 +1,239 @@
+#include "CsvReader.h"
+
+#include <algorithm>
+#include <optional>
+#include <sstream>
+#include <tuple>
+#include <utility>
+
+#include "ValueKinds.h"
+
+namespace calljournal {
+
+namespace {
+
+constexpr char delimiters[] = {',', ';', '\t'};
+
+/// What stands between several values in one cell.
+constexpr std::string_view between = " ::: ";
+
+std::vector<std::string> cellsOf(const CsvRow& row) {
+    std::vector<std::string> cells;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        cells.push_back(valueText(row.cell(i)));
+    }
+    return cells;
+}
+
+std::vector<std::string> firstRow(const std::string& text, char delimiter) {
+    std::istringstream bytes(text);
+    CsvRows rows(LineReader(TextStream(bytes, "")), delimiter);
+    CsvRow row;
+    return rows.next(row, 0) ? cellsOf(row) : std::vector<std::string>();
+}
+
+/// The delimiter that a line "sep=;" above the header names.
+std::optional<char> namedDelimiter(std::string_view line) {
+    std::string text;
+    std::copy_if(line.begin(), line.end(), std::back_inserter(text),
+                 [](char c) { return c != '"' && c != '\r' && c != '\n'; });
+    if (text.size() == 5 && text.compare(0, 4, "sep=") == 0 &&
+        std::find(std::begin(delimiters), std::end(delimiters), text[4]) != std::end(delimiters)) {
+        return text[4];
+    }
+    return {};
+}
+
+std::size_t offset(Meaning meaning, Meaning first) {
+    return static_cast<std::size_t>(meaning) - static_cast<std::size_t>(first);
+}
+
+bool isBetween(Meaning meaning, Meaning first, Meaning last) {
+    return meaning >= first && meaning <= last;
+}
+
+/// The parts of formattedAddress1 and formattedAddress2, in the order of the meanings; the second is the kind.
+constexpr AddressPart typedParts[] = {AddressPart::whole,    AddressPart::whole,   AddressPart::street,
+                                      AddressPart::street2,  AddressPart::city,    AddressPart::state,
+                                      AddressPart::postcode, AddressPart::country, AddressPart::poBox};
+
+/// "* Mobile" is the mobile phone that the person likes best.
+std::string_view withoutStar(std::string_view word) {
+    return word.substr(std::min(word.find_first_not_of("* "), word.size()));
+}
+
+template <class Take>
+void forEachPart(std::string_view cell, const Take& take) {
+    for (std::size_t end = cell.find(between); end != std::string_view::npos; end = cell.find(between)) {
+        take(cell.substr(0, end));
+        cell.remove_prefix(end + between.size());
+    }
+    take(cell);
+}
+
+std::string sourceWithKind(const std::string& name, std::string_view kind) {
+    return kind.empty() ? name : name + " (" + std::string(kind) + ')';
+}
+
+}  // namespace
+
+CsvLayout csvLayout(const std::string& beginning, const ColumnFinder& finder) {
+    CsvLayout best;
+    const std::size_t firstLine = lineLength(beginning);
+    const std::optional<char> named = namedDelimiter(std::string_view(beginning).substr(0, firstLine));
+    const std::string header = named ? beginning.substr(firstLine) : beginning;
+    const auto rank = [](const CsvLayout& layout) {
+        return std::make_tuple(layout.header.useful, layout.header.known, layout.header.columns.size());
+    };
+    for (const char delimiter : delimiters) {
+        if (named && *named != delimiter) {
+            continue;
+        }
+        CsvLayout layout{delimiter, named.has_value(), finder.find(firstRow(header, delimiter))};
+        if (best.header.columns.empty() || rank(layout) > rank(best)) {
+            best = std::move(layout);
+        }
+    }
+    return best;
+}
+
+CsvReader::CsvReader(TextStream stream, CsvLayout layout, std::shared_ptr<const ColumnFinder> finder,
+                     Recognition recognition)
+    : rows_(LineReader(std::move(stream)), layout.delimiter), finder_(std::move(finder)) {
+    recognition_ = std::move(recognition);
+    recognition_.format = BookFormat::csv;
+    recognition_.delimiter = layout.delimiter;
+    recognition_.program = std::move(layout.header.program);
+    recognition_.language = std::move(layout.header.language);
+    recognition_.columns = std::move(layout.header.columns);
+    if (layout.header.useful == 0) {
+        throw AddressBookError(AddressBookError::Reason::header, columnTable(recognition_));
+    }
+    readHeader(layout.hasSeparatorLine);
+    planColumns();
+}
+
+void CsvReader::readHeader(bool hasSeparatorLine) {
+    if (hasSeparatorLine) {
+        rows_.next(row_, 0);
+    }
+    rows_.next(row_, 0);
+    recognition_.headerLine = row_.firstLine;
+}
+
+void CsvReader::planColumns() {
+    const std::vector<RecognisedColumn>& columns = recognition_.columns;
+    for (std::size_t column = 0; column < columns.size(); ++column) {
+        const Meaning meaning = columns[column].meaning;
+        const bool isValue = meaning < Meaning::other;
+        if (isValue) {
+            plain_.push_back(column);
+        } else {
+            planTyped(column, meaning);
+        }
+    }
+    std::stable_partition(plain_.begin(), plain_.end(), [&](std::size_t column) { return columns[column].isMapped; });
+}
+
+void CsvReader::planTyped(std::size_t column, Meaning meaning) {
+    if (isBetween(meaning, Meaning::phone1, Meaning::phone7)) {
+        phones_[offset(meaning, Meaning::phone1)].value = column;
+    } else if (isBetween(meaning, Meaning::phoneType1, Meaning::phoneType7)) {
+        phones_[offset(meaning, Meaning::phoneType1)].type = column;
+    } else if (meaning == Meaning::address1Type || meaning == Meaning::address2Type) {
+        addressTypes_[meaning == Meaning::address1Type ? 0 : 1] = column;
+    } else if (meaning >= Meaning::formattedAddress1) {
+        const std::size_t place = offset(meaning, Meaning::formattedAddress1);
+        addressParts_.push_back({column, place / std::size(typedParts), typedParts[place % std::size(typedParts)]});
+    }
+}
+
+std::string_view CsvReader::cell(std::size_t column) const {
+    return column < row_.size() ? row_.cell(column) : std::string_view();
+}
+
+/// Tells whether there are texts behind the last column of the header.
+bool CsvReader::hasExcess() const {
+    const std::size_t columns = recognition_.columns.size();
+    return row_.size() > columns && row_.ends[columns - 1] != row_.cells.size();
+}
+
+bool CsvReader::next(AddressRecord& record) {
+    const std::size_t columns = recognition_.columns.size();
+    if (!rows_.next(row_, columns)) {
+        return false;
+    }
+    record.number = ++number_;
+    record.firstLine = row_.firstLine;
+    record.lastLine = row_.lastLine;
+    record.values.clear();
+    record.problems.clear();
+    record.fault = row_.fault;
+    if (record.fault.empty() && hasExcess()) {
+        record.fault = "it has " + std::to_string(row_.size()) + " columns, the header " + std::to_string(columns);
+    }
+    if (!record.fault.empty()) {
+        return true;
+    }
+    if (row_.size() < columns) {
+        record.problems.push_back({record.firstLine, "",
+                                   "it has " + std::to_string(row_.size()) + " columns, the header " +
+                                       std::to_string(columns) + "; the others were taken for empty"});
+    }
+    if (row_.hasStrayQuotes) {
+        record.problems.push_back({record.firstLine, "", "its quotes are out of place and were read as they stand"});
+    }
+    for (const std::size_t column : plain_) {
+        addPlain(record, column);
+    }
+    addPhones(record);
+    addAddresses(record);
+    return true;
+}
+
+void CsvReader::addPlain(AddressRecord& record, std::size_t column) const {
+    const std::string_view text = cell(column);
+    if (text.empty()) {
+        return;
+    }
+    const Meaning meaning = recognition_.columns[column].meaning;
+    const bool isList = isBetween(meaning, Meaning::email1, Meaning::email4);
+    if (isList) {
+        forEachPart(text, [&](std::string_view part) { addValue(record, meaning, part, nameOf(column)); });
+    } else {
+        addValue(record, meaning, text, nameOf(column));
+    }
+    noteLostCharacters(record, record.firstLine, text, nameOf(column));
+}
+
+void CsvReader::addPhones(AddressRecord& record) const {
+    PhonePlaces places;
+    for (const TypedPhone& phone : phones_) {
+        const std::string_view text = cell(phone.value);
+        if (text.empty()) {
+            continue;
+        }
+        const std::string_view kind = withoutStar(cell(phone.type));
+        const Meaning meaning =
+            kind.empty() ? Meaning::primaryPhone : finder_->phoneType(kind).value_or(Meaning::otherPhone);
+        const std::string source = sourceWithKind(nameOf(phone.value), kind);
+        forEachPart(text, [&](std::string_view part) { addValue(record, places.place(meaning), part, source); });
+        noteLostCharacters(record, record.firstLine, text, source);
+    }
+}
+
+void CsvReader::addAddresses(AddressRecord& record) const {
+    for (const TypedPart& part : addressParts_) {
+        const std::string_view text = cell(part.column);
+        if (text.empty()) {
+            continue;
+        }
+        const std::string_view kind = withoutStar(cell(addressTypes_[part.address]));
+        const Meaning address = finder_->addressType(kind).value_or(Meaning::otherAddress);
+        const std::string source = sourceWithKind(nameOf(part.column), kind);
+        addValue(record, addressPart(address, part.part), text, source);
+        noteLostCharacters(record, record.firstLine, text, source);
+    }
+}
+
+}  // namespace calljournal

@@ -1,0 +1,88 @@
+#include "TextStream.h"
+
+#include <istream>
+#include <sstream>
+#include <unicode/ucnv.h>
+
+#include "AddressReader.h"
+
+namespace calljournal {
+
+namespace {
+
+constexpr std::size_t pieceSize = std::size_t{64} << 10;
+
+}  // namespace
+
+void TextStream::Closer::operator()(UConverter* converter) const {
+    ucnv_close(converter);
+}
+
+TextStream::Converter TextStream::open(const std::string& charset) {
+    UErrorCode status = U_ZERO_ERROR;
+    Converter converter(ucnv_open(charset.c_str(), &status));
+    if (U_FAILURE(status)) {
+        throw AddressBookError(AddressBookError::Reason::charset, '"' + charset + "\" is no character set known here");
+    }
+    return converter;
+}
+
+TextStream::TextStream(std::istream& bytes, const std::string& charset) : bytes_(bytes), piece_(pieceSize, '\0') {
+    if (!charset.empty()) {
+        from_ = open(charset);
+        to_ = open("UTF-8");
+        pivot_.resize(pieceSize);
+        pivotSource_ = pivotTarget_ = pivot_.data();
+    }
+}
+
+bool TextStream::read(std::string& text) {
+    if (isAtEnd_) {
+        return false;
+    }
+    bytes_.read(piece_.data(), static_cast<std::streamsize>(piece_.size()));
+    if (bytes_.bad()) {
+        throw AddressBookError(AddressBookError::Reason::file, "the file cannot be read on");
+    }
+    const std::string_view piece(piece_.data(), static_cast<std::size_t>(bytes_.gcount()));
+    bytesRead_ += piece.size();
+    isAtEnd_ = piece.size() < piece_.size();
+    if (from_) {
+        convert(piece, isAtEnd_, text);
+    } else {
+        text += piece;
+    }
+    return true;
+}
+
+void TextStream::convert(std::string_view piece, bool isLast, std::string& text) {
+    const char* source = piece.data();
+    const char* const sourceEnd = source + piece.size();
+    char buffer[16384];
+    UErrorCode status = U_BUFFER_OVERFLOW_ERROR;
+    while (status == U_BUFFER_OVERFLOW_ERROR) {
+        status = U_ZERO_ERROR;
+        char* target = buffer;
+        ucnv_convertEx(to_.get(), from_.get(), &target, buffer + sizeof buffer, &source, sourceEnd, pivot_.data(),
+                       &pivotSource_, &pivotTarget_, pivot_.data() + pivot_.size(), isFirst_, isLast, &status);
+        isFirst_ = false;
+        text.append(buffer, target);
+    }
+}
+
+std::string decoded(std::string_view bytes, const std::string& charset) {
+    std::istringstream stream{std::string(bytes)};
+    TextStream source(stream, charset);
+    std::string text;
+    while (source.read(text)) {
+    }
+    return text;
+}
+
+bool isCharset(const std::string& name) {
+    UErrorCode status = U_ZERO_ERROR;
+    ucnv_close(ucnv_open(name.c_str(), &status));
+    return U_SUCCESS(status);
+}
+
+}  // namespace calljournal

@@ -1,0 +1,75 @@
+#include "ValueKinds.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace calljournal {
+
+namespace {
+
+constexpr std::string_view blanks = " \t\n\r\v\f";
+
+bool isControl(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < 0x20 && c != '\t') || byte == 0x7f;
+}
+
+std::string_view trimmed(std::string_view text) {
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
+}
+
+}  // namespace
+
+Meaning addressPart(Meaning kind, AddressPart part) {
+    static_assert(static_cast<int>(Meaning::workAddress) - static_cast<int>(Meaning::workStreet) ==
+                  static_cast<int>(AddressPart::whole));
+    return static_cast<Meaning>(static_cast<int>(kind) - static_cast<int>(AddressPart::whole) + static_cast<int>(part));
+}
+
+Meaning PhonePlaces::place(Meaning phone) {
+    if (phone == Meaning::workPhone) {
+        return std::exchange(hasWork_, true) ? Meaning::workPhone2 : phone;
+    }
+    if (phone == Meaning::homePhone) {
+        return std::exchange(hasHome_, true) ? Meaning::homePhone2 : phone;
+    }
+    return phone;
+}
+
+std::string valueText(std::string_view text) {
+    const std::string_view inner = trimmed(text);
+    std::string value(inner);
+    if (std::none_of(inner.begin(), inner.end(), isControl)) {
+        return value;
+    }
+    value.clear();
+    for (std::size_t i = 0; i < inner.size(); ++i) {
+        const char c = inner[i];
+        if (c == '\r') {
+            i += i + 1 < inner.size() && inner[i + 1] == '\n' ? 1 : 0;
+            value += '\n';
+        } else {
+            value += isControl(c) && c != '\n' ? ' ' : c;
+        }
+    }
+    return std::string(trimmed(value));
+}
+
+void addValue(AddressRecord& record, Meaning meaning, std::string_view text, const std::string& source) {
+    std::string value = valueText(text);
+    if (!value.empty()) {
+        record.values.push_back({meaning, std::move(value), source});
+    }
+}
+
+void noteLostCharacters(AddressRecord& record, std::size_t line, std::string_view text, const std::string& source) {
+    if (text.find("\ufffd") != std::string_view::npos) {
+        record.problems.push_back({line, source, "it has characters that could not be read"});
+    }
+}
+
+}  // namespace calljournal

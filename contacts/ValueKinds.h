@@ -1,0 +1,40 @@
+#ifndef CALLJOURNAL_VALUEKINDS_H
+#define CALLJOURNAL_VALUEKINDS_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "AddressRecord.h"
+#include "Meaning.h"
+
+namespace calljournal {
+
+/// The parts of an address, in the order in which Meaning has them for each kind of address.
+enum class AddressPart : unsigned char { street, street2, street3, city, state, postcode, country, poBox, whole };
+
+/// Returns the part of an address of the kind that workAddress, homeAddress or otherAddress names.
+Meaning addressPart(Meaning kind, AddressPart part);
+
+/// Gives the telephones of one record their meanings: the second one at work is workPhone2.
+class PhonePlaces {
+public:
+    Meaning place(Meaning phone);
+
+private:
+    bool hasWork_ = false;
+    bool hasHome_ = false;
+};
+
+/// Returns `text` as a value has it: without blanks around it, line ends as "\n", other control characters as blanks.
+std::string valueText(std::string_view text);
+
+/// Adds a value, unless nothing is left of its text.
+void addValue(AddressRecord& record, Meaning meaning, std::string_view text, const std::string& source);
+
+/// Turns a text with characters that could not be read into a problem of the record.
+void noteLostCharacters(AddressRecord& record, std::size_t line, std::string_view text, const std::string& source);
+
+}  // namespace calljournal
+
+#endif
