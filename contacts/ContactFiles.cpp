@@ -1,0 +1,172 @@
+#include "ContactFiles.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+#include "CSVType.h"
+#include "ContactJson.h"
+#include "ImportProof.h"
+#include "PhoneFile.h"
+#include "VCard.h"
+
+namespace calljournal {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t chunkSize = 65536;
+
+std::string because(const std::string& name) {
+    return name + ": " + std::generic_category().message(errno);
+}
+
+/// What a new file may be read and written by.
+mode_t fileMode() {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+}  // namespace
+
+ContactFiles::ContactFiles(ContactFilesOptions options) : options_(std::move(options)) {
+    refuseExisting(options_.path);
+}
+
+ContactFiles::~ContactFiles() {
+    if (descriptor_ >= 0) {
+        ::close(descriptor_);
+    }
+    for (const std::string& file : temporary_) {
+        ::unlink(file.c_str());
+    }
+}
+
+void ContactFiles::refuseExisting(const std::string& name) const {
+    std::error_code ignored;
+    if (!options_.overwrite && fs::exists(fs::symlink_status(name, ignored))) {
+        throw ContactFilesError(name + ": is there already; --force overwrites it");
+    }
+}
+
+void ContactFiles::open() {
+    const fs::path path(options_.path);
+    std::string pattern = (path.parent_path() / ('.' + path.filename().string() + ".XXXXXX")).string();
+    descriptor_ = ::mkstemp(pattern.data());
+    if (descriptor_ < 0) {
+        throw ContactFilesError(because(options_.path));
+    }
+    ::fchmod(descriptor_, fileMode());
+    temporary_.push_back(pattern);
+    text_ = options_.format == ContactFormat::phone ? phoneFileHeader() : std::string();
+}
+
+void ContactFiles::flush() {
+    std::string_view rest = text_;
+    while (!rest.empty()) {
+        const ssize_t count = ::write(descriptor_, rest.data(), rest.size());
+        if (count < 0) {
+            throw ContactFilesError(because(options_.path));
+        }
+        rest.remove_prefix(static_cast<std::size_t>(count));
+    }
+    text_.clear();
+}
+
+void ContactFiles::add(const SpooledContact& contact) {
+    if (isFull()) {
+        close();
+    }
+    if (descriptor_ < 0) {
+        open();
+    }
+    switch (options_.format) {
+        case ContactFormat::phone:
+            appendPhoneLine(text_, contact.contact);
+            break;
+        case ContactFormat::vCard:
+            text_ += toVCard(contact.contact, contact.isJoinedAddress ? CSV_OUTLOOK : CSV_TAMBER);
+            break;
+        case ContactFormat::json:
+            text_ += contactJson(contact.contact) + '\n';
+            break;
+    }
+    if (options_.limit != 0) {
+        contacts_.push_back(contact);
+    }
+    if (text_.size() >= chunkSize) {
+        flush();
+    }
+}
+
+void ContactFiles::close() {
+    flush();
+    const bool isOnDisk = ::fsync(descriptor_) == 0 || errno == EINVAL;
+    const bool isClosed = ::close(std::exchange(descriptor_, -1)) == 0;
+    if (!isOnDisk || !isClosed) {
+        throw ContactFilesError(because(options_.path));
+    }
+    if (options_.format == ContactFormat::phone) {
+        std::vector<Contact> written(contacts_.size());
+        std::transform(contacts_.begin(), contacts_.end(), written.begin(),
+                       [](const SpooledContact& spooled) { return spooled.contact; });
+        ProofTask task;
+        task.file = temporary_.back();
+        task.limit = options_.limit;
+        task.existing = options_.existing;
+        task.contacts = &written;
+        task.place = [this](std::size_t index) { return options_.place(contacts_[index]); };
+        const std::string difference = provePhoneFile(task);
+        if (!difference.empty()) {
+            throw ProofError(difference);
+        }
+    }
+    contacts_.clear();
+}
+
+void ContactFiles::finish() {
+    if (temporary_.empty()) {
+        open();
+    }
+    if (descriptor_ >= 0) {
+        close();
+    }
+}
+
+std::vector<std::string> ContactFiles::names() const {
+    std::vector<std::string> names = {options_.path};
+    if (temporary_.size() > 1) {
+        const fs::path path(options_.path);
+        for (std::size_t i = 0; i < temporary_.size(); ++i) {
+            names.resize(temporary_.size());
+            const std::string name = path.stem().string() + '-' + std::to_string(i + 1) + path.extension().string();
+            names[i] = (path.parent_path() / name).string();
+        }
+    }
+    return names;
+}
+
+std::vector<std::string> ContactFiles::publish() {
+    const std::vector<std::string> all = names();
+    std::for_each(all.begin(), all.end(), [this](const std::string& name) { refuseExisting(name); });
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (::rename(temporary_[i].c_str(), all[i].c_str()) != 0) {
+            const std::string reason = because(all[i]);
+            std::for_each(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(i),
+                          [](const std::string& name) { ::unlink(name.c_str()); });
+            throw ContactFilesError(reason);
+        }
+    }
+    temporary_.clear();
+    return all;
+}
+
+}  // namespace calljournal

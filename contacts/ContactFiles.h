@@ -1,0 +1,80 @@
+#ifndef CALLJOURNAL_CONTACTFILES_H
+#define CALLJOURNAL_CONTACTFILES_H
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "ContactSpool.h"
+
+namespace calljournal {
+
+/// The files cannot be made or handed over; `what()` says which and why.
+class ContactFilesError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// What a file was read back as differs from what was written: a fault of this program, never of the input.
+class ProofError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+enum class ContactFormat { phone, vCard, json };
+
+/// How contacts are written.
+struct ContactFilesOptions {
+    ContactFormat format = ContactFormat::phone;
+    std::string path;  ///< The file; several become "contacts-1.csv", "contacts-2.csv", ...
+    bool overwrite = false;
+    unsigned limit = 100;   ///< The contacts that the phone holds; 0: there is no phone, and one file for all.
+    unsigned existing = 0;  ///< Those it holds already; below `limit`.
+    /// Names a contact for a sentence.
+    std::function<std::string(const SpooledContact&)> place;
+};
+
+/// Writes contacts to as many files as the phone's limit asks for. Nothing stands under a final name before publish();
+/// what is not published goes with the object.
+class ContactFiles {
+public:
+    /// Throws ContactFilesError if a file of that name is there and must not be overwritten.
+    explicit ContactFiles(ContactFilesOptions options);
+    ContactFiles(const ContactFiles&) = delete;
+    ContactFiles& operator=(const ContactFiles&) = delete;
+    ~ContactFiles();
+
+    /// Adds a contact. A file that is full is proved at once: the phone's own importer reads a copy. Throws ProofError.
+    void add(const SpooledContact& contact);
+
+    /// Proves the last file. Without any contact it is a file that holds none.
+    void finish();
+
+    /// Gives the files their names, all or none, and returns these.
+    std::vector<std::string> publish();
+
+    /// The files before they have names.
+    const std::vector<std::string>& temporaryFiles() const { return temporary_; }
+
+private:
+    unsigned capacity() const { return options_.limit - options_.existing; }
+    bool isFull() const { return options_.limit != 0 && contacts_.size() == capacity(); }
+    void open();
+    void flush();
+    void close();
+    void refuseExisting(const std::string& name) const;
+    std::vector<std::string> names() const;
+
+    ContactFilesOptions options_;
+    std::vector<std::string> temporary_;
+    std::vector<SpooledContact> contacts_;  ///< Of the current file, if a phone will read it.
+    int descriptor_ = -1;
+    std::string text_;
+};
+
+}  // namespace calljournal
+
+#endif
