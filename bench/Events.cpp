@@ -9,18 +9,20 @@ namespace bench {
 struct Events::Recorder {
     static void begin(void* userData, const char* name, const char** attributes) {
         Events& self = *static_cast<Events*>(userData);
-        const bool hasOne = attributes[0] != nullptr;
-        self.events_.push_back({Kind::begin, self.keep(name), 0, hasOne ? self.keep(attributes[0]) : nullptr,
-                                hasOne ? self.keep(attributes[1]) : nullptr});
+        self.attributes_.push_back({nullptr, nullptr, nullptr});
+        for (std::size_t i = 0; i < 2 && attributes[i] != nullptr; ++i) {
+            self.attributes_.back()[i] = self.keep(attributes[i]);
+        }
+        self.events_.push_back({Kind::begin, self.keep(name), 0, self.attributes_.back().data()});
     }
     static void end(void* userData, const char* name) {
         Events& self = *static_cast<Events*>(userData);
-        self.events_.push_back({Kind::end, self.keep(name), 0, nullptr, nullptr});
+        self.events_.push_back({Kind::end, self.keep(name), 0, nullptr});
     }
     static void data(void* userData, const char* text, int length) {
         Events& self = *static_cast<Events*>(userData);
         const std::string copy(text, static_cast<std::size_t>(length));
-        self.events_.push_back({Kind::data, self.keep(copy), length, nullptr, nullptr});
+        self.events_.push_back({Kind::data, self.keep(copy), length, nullptr});
     }
 };
 

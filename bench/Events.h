@@ -1,6 +1,7 @@
 #ifndef BENCH_EVENTS_H
 #define BENCH_EVENTS_H
 
+#include <array>
 #include <deque>
 #include <string>
 #include <vector>
@@ -17,11 +18,9 @@ public:
     void replay(Reader& reader) const {
         for (const Event& event : events_) {
             switch (event.kind) {
-                case Kind::begin: {
-                    const char* attributes[] = {event.attributeName, event.attributeValue, nullptr};
-                    Reader::parseRemoteXMLTagBegin(&reader, event.text, attributes);
+                case Kind::begin:
+                    Reader::parseRemoteXMLTagBegin(&reader, event.text, event.attributes);
                     break;
-                }
                 case Kind::end:
                     Reader::parseRemoteXMLTagEnd(&reader, event.text);
                     break;
@@ -38,14 +37,14 @@ private:
         Kind kind;
         const char* text;
         int length;
-        const char* attributeName;  ///< Of the first attribute; null where there is none.
-        const char* attributeValue;
+        const char** attributes;  ///< Of a begin tag; the first one and no more.
     };
     struct Recorder;
 
     const char* keep(std::string text);
 
     std::deque<std::string> texts_;
+    std::deque<std::array<const char*, 3>> attributes_;
     std::vector<Event> events_;
 };
 
