@@ -59,7 +59,7 @@ std::vector<std::string> commands() {
 
 /// "--store", "--help" and so on.
 Words optionsOf(const std::string& command) {
-    return found(help(command), "\n  (?:-h,)?(--[a-z0-9-]+)");
+    return found(help(command), "\n  (?:-[a-z],)?(--[a-z0-9-]+)");
 }
 
 /// The manual's text on a command, or on the options of all.
@@ -198,7 +198,7 @@ TEST(Completion, OffersTheWordsThatAnOptionTakes) {
     for (const std::string& command : commands()) {
         for (const std::string& line : linesOf(std::regex_replace(help(command), std::regex("\n {20,}"), " "))) {
             std::smatch match;
-            const bool isSet = std::regex_search(line, match, std::regex("^  (--[a-z-]+) TEXT:\\{(.*)\\}"));
+            const bool isSet = std::regex_search(line, match, std::regex("^  (--[a-z-]+) (?:TEXT|UINT):\\{(.*)\\}"));
             if (!isSet &&
                 !std::regex_search(line, match, std::regex("^  (--[a-z-]+) TEXT +([A-Z_0-9]+, [A-Z_0-9, ]+)$"))) {
                 continue;
@@ -211,7 +211,7 @@ TEST(Completion, OffersTheWordsThatAnOptionTakes) {
             ++checked;
         }
     }
-    EXPECT_GE(checked, 13);
+    EXPECT_GE(checked, 17);
     EXPECT_THAT(completed({"list", "--format", "j"}), ElementsAre("json"));
     EXPECT_THAT(completed({"import", "--format", "=", "v"}), ElementsAre("vcard"));
     EXPECT_THAT(completed({"--log", "="}), ElementsAre("0", "1", "2", "3", "4", "5", "6", "7", "8", "9"));
@@ -239,6 +239,8 @@ TEST(Completion, OffersFiles) {
     EXPECT_THAT(completed({"import", "my"}, place), ElementsAre("my book.csv"));
     EXPECT_THAT(completed({"import", "--check", "my book.csv", "no"}, place), ElementsAre("notes"));
     EXPECT_THAT(completed({"--store", "no"}, place), ElementsAre("notes"));
+    EXPECT_THAT(completed({"convert", "-o", "no"}, place), ElementsAre("notes"));
+    EXPECT_THAT(completed({"convert", "--map", "no"}, place), IsEmpty());
     EXPECT_EQ(completed({"record", "--from", "="}, place).size(), 2u);
 }
 
