@@ -69,8 +69,7 @@ void demand(bool isRight, const Job& job, const std::string& contender) {
 
 template <class Body>
 void enter(const Job& job, const std::string& contender, Body body) {
-    benchmark::RegisterBenchmark(table.add(job.name, contender, job.bytes, job.entries).c_str(), body)
-        ->ReportAggregatesOnly(true);
+    benchmark::RegisterBenchmark(table.add(job.name, contender, job.bytes, job.entries).c_str(), body);
 }
 
 /// Enters a contender whose whole work is `work`.
