@@ -51,15 +51,17 @@ constexpr OutlookColumn outlookColumns[] = {
 /// The Outlook columns that address2 is joined from.
 constexpr std::size_t outlookAddressColumns[] = {11, 13, 14};
 
-/// Returns an Outlook column as UTF-8: one that is not is taken for ISO 8859-1.
-std::string outlookText(const ImportContactsCSVParser& importer, const std::vector<std::string>& columns,
-                        std::size_t index) {
-    std::string text = columnOf(columns, index);
-    if (!importer.is_valid_utf8(text.c_str())) {
-        text = importer.convertUnicodeANSIToUTF8(reinterpret_cast<unsigned char*>(&text[0]),
-                                                 static_cast<int>(text.size()));
+/// Returns an Outlook column as UTF-8; `converted` holds the text of one that was not, and is taken for ISO 8859-1.
+const std::string& outlookText(const ImportContactsCSVParser& importer, const std::vector<std::string>& columns,
+                               std::size_t index, std::string& converted) {
+    const std::string& text = columnOf(columns, index);
+    if (importer.is_valid_utf8(text.c_str())) {
+        return text;
     }
-    return text;
+    converted = text;
+    converted = importer.convertUnicodeANSIToUTF8(reinterpret_cast<unsigned char*>(&converted[0]),
+                                                  static_cast<int>(converted.size()));
+    return converted;
 }
 
 }  // namespace
@@ -109,8 +111,9 @@ void ImportContactsCSVParser::parseTamberContactFields(Contact& c) {
 }
 
 void ImportContactsCSVParser::parseOutlookContactFields(Contact& c) {
+    std::string converted;
     for (const OutlookColumn& column : outlookColumns) {
-        const std::string text = outlookText(*this, tokens, column.index);
+        const std::string& text = outlookText(*this, tokens, column.index, converted);
         std::string& target = c.*column.member;
         if (!text.empty() && (target.empty() || !column.onlyIfEmpty)) {
             target = text;
@@ -118,7 +121,7 @@ void ImportContactsCSVParser::parseOutlookContactFields(Contact& c) {
     }
     c.address2.clear();
     for (const std::size_t index : outlookAddressColumns) {
-        joinAddressPart(c.address2, outlookText(*this, tokens, index));
+        joinAddressPart(c.address2, outlookText(*this, tokens, index, converted));
     }
     c.defaultDial = derivedDefaultDial(c);
 }

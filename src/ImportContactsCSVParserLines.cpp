@@ -86,8 +86,7 @@ public:
     /// Splits the first text of this splitter.
     void split(const std::string& text) {
         tokenizer_.assign(text, separator_);
-        columns_.clear();
-        walk(text);
+        walk(text, 0);
     }
 
     /// Brings the columns up to date with `text`, which was `splitSize` bytes long when it was split last: since then
@@ -103,20 +102,44 @@ public:
         std::string rest(inQuotes_ ? "\"" : "");
         rest.append(text, splitSize, std::string::npos);
         if (!rest.empty()) {
-            walk(rest);
+            walk(rest, columns_.size());
         } else if (!text.empty()) {
-            addColumn(lastColumn_);
+            columns_.emplace_back(stored(lastColumn_));
         }
     }
 
 private:
-    /// Walks the columns of `text`; the first one goes on with the last column.
-    void walk(const std::string& text) {
+    /// Puts columns over those from an index on, whose memory they take, and lets go of what is left of the old ones at
+    /// the end, also when the walk is left by an exception.
+    class Filling {
+    public:
+        Filling(std::vector<std::string>& columns, std::size_t from) : columns_(columns), count_(from) {}
+        Filling(const Filling&) = delete;
+        Filling& operator=(const Filling&) = delete;
+        ~Filling() { columns_.resize(count_); }
+
+        void add(std::string_view column) {
+            if (count_ < columns_.size()) {
+                columns_[count_].assign(column.data(), column.size());
+            } else {
+                columns_.emplace_back(column);
+            }
+            ++count_;
+        }
+
+    private:
+        std::vector<std::string>& columns_;
+        std::size_t count_;
+    };
+
+    /// Walks the columns of `text` and stores them from an index on; the first one goes on with the last column.
+    void walk(const std::string& text, std::size_t from) {
+        Filling filling(columns_, from);
         if (text.empty()) {
             return;
         }
-        room_.resize(text.size());
-        ColumnText column(&room_[0]);
+        char room[512];
+        ColumnText column(text.size() <= sizeof room ? room : largeRoom(text.size()));
         Separator separator = separator_;
         separator.reset();
         const char* const end = text.data() + text.size();
@@ -125,22 +148,27 @@ private:
         separator(next, end, column);
         lastColumn_ += column.view();
         std::string_view last = lastColumn_;
-        addColumn(last);
-        for (const char* from = next; separator(next, end, column); from = next) {
-            begin = from;
+        filling.add(stored(last));
+        for (const char* behind = next; separator(next, end, column); behind = next) {
+            begin = behind;
             last = column.view();
-            addColumn(last);
+            filling.add(stored(last));
         }
         lastColumn_.assign(last.data(), last.size());
         inQuotes_ = endsInQuotes(begin, end);
     }
 
-    void addColumn(std::string_view column) { columns_.emplace_back(column.substr(0, storedLength(column))); }
+    static std::string_view stored(std::string_view column) { return column.substr(0, storedLength(column)); }
+
+    char* largeRoom(std::size_t size) {
+        room_.resize(size);
+        return &room_[0];
+    }
 
     Tokenizer& tokenizer_;
     const Separator& separator_;
     std::vector<std::string>& columns_;
-    std::string room_;        ///< For one column, as large as the text.
+    std::string room_;        ///< For one column of a long text.
     std::string lastColumn_;  ///< The last column, not cut.
     bool inQuotes_ = false;   ///< Whether the text ends inside quotes.
 };

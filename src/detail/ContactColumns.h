@@ -69,8 +69,9 @@ inline void joinAddressPart(std::string& address, const std::string& part) {
 }
 
 /// Returns column `index` of a record; a column that the record does not have is empty.
-inline std::string columnOf(const std::vector<std::string>& columns, std::size_t index) {
-    return index < columns.size() ? columns[index] : std::string();
+inline const std::string& columnOf(const std::vector<std::string>& columns, std::size_t index) {
+    static const std::string none;
+    return index < columns.size() ? columns[index] : none;
 }
 
 /// The longest a stored field may be, in bytes after XML escaping.
