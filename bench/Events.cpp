@@ -1,7 +1,5 @@
 #include "Events.h"
 
-#include <utility>
-
 #include "XmlParser.h"
 
 namespace bench {
@@ -9,31 +7,28 @@ namespace bench {
 struct Events::Recorder {
     static void begin(void* userData, const char* name, const char** attributes) {
         Events& self = *static_cast<Events*>(userData);
-        self.attributes_.push_back({nullptr, nullptr, nullptr});
-        for (std::size_t i = 0; i < 2 && attributes[i] != nullptr; ++i) {
-            self.attributes_.back()[i] = self.keep(attributes[i]);
+        if (attributes[0] != nullptr) {
+            self.attributes_.push_back({self.keepName(attributes[0]), self.keepName(attributes[1]), nullptr});
         }
-        self.events_.push_back({Kind::begin, self.keep(name), 0, self.attributes_.back().data()});
+        Attributes& kept = attributes[0] == nullptr ? self.attributes_.front() : self.attributes_.back();
+        self.events_.push_back({Kind::begin, 0, self.keepName(name), kept.data()});
     }
     static void end(void* userData, const char* name) {
         Events& self = *static_cast<Events*>(userData);
-        self.events_.push_back({Kind::end, self.keep(name), 0, nullptr});
+        self.events_.push_back({Kind::end, 0, self.keepName(name), nullptr});
     }
     static void data(void* userData, const char* text, int length) {
         Events& self = *static_cast<Events*>(userData);
-        const std::string copy(text, static_cast<std::size_t>(length));
-        self.events_.push_back({Kind::data, self.keep(copy), length, nullptr});
+        const std::size_t at = self.texts_.size();
+        self.texts_.append(text, static_cast<std::size_t>(length));
+        self.events_.push_back({Kind::data, length, &self.texts_[at], nullptr});
     }
 };
 
-Events::Events(const std::string& message) {
+Events::Events(const std::string& message) : attributes_(1, Attributes{nullptr, nullptr, nullptr}) {
+    texts_.reserve(message.size());  // room for all texts: they stay where they are
     XmlParser parser(this, &Recorder::begin, &Recorder::end, &Recorder::data);
     parser.parseMessage(message.c_str(), static_cast<int>(message.size()));
-}
-
-const char* Events::keep(std::string text) {
-    texts_.push_back(std::move(text));
-    return texts_.back().c_str();
 }
 
 }  // namespace bench
