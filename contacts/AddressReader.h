@@ -33,7 +33,8 @@ struct Recognition {
     std::string program;     ///< Of a CSV file whose header is like a known one: "Outlook". Else empty.
     std::string language;    ///< BCP 47, as in the columns file: "de". Empty without a program.
     std::size_t headerLine = 0;
-    std::vector<RecognisedColumn> columns;  ///< Of a CSV file.
+    std::vector<RecognisedColumn> columns;    ///< Of a CSV file.
+    std::vector<std::string> unusedMappings;  ///< The names of the user's mappings that fit no column of this file.
 };
 
 /// Returns the table that tells a user which columns were recognised as what and how to map the rest.
@@ -49,7 +50,8 @@ public:
     virtual ~AddressReader() = default;
 
     /// Replaces `record` by the next one and returns true, or returns false at the end. A record that cannot be used comes
-    /// as well, with its `fault`, and the reading goes on behind it. Throws AddressBookError if the file cannot be read on.
+    /// as well, with its `fault`, and the reading goes on behind it. Columns of a CSV file without a meaning are not in the
+    /// records, recognition() tells them once; properties of a vCard without one come as Meaning::other. Throws AddressBookError if the file cannot be read on.
     virtual bool next(AddressRecord& record) = 0;
 
     /// What was found before the first record.

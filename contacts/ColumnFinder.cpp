@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <set>
+#include <utility>
 
 namespace calljournal {
 
@@ -69,7 +71,7 @@ ColumnFinder::ColumnFinder(const ReadingOptions& options) {
     }
     add(builtInColumnTable());
     for (const ColumnMapping& mapping : options.mappings) {
-        mappings_.emplace(nameKey(mapping.name), mapping.meaning);
+        mappings_.insert({nameKey(mapping.name), {mapping.name, mapping.meaning}});
     }
 }
 
@@ -133,37 +135,62 @@ FoundColumns ColumnFinder::find(const std::vector<std::string>& names) const {
     }
     FoundColumns found;
     if (!best.empty()) {
-        found.program = headers_[best[0]]->program;
-        found.language = headers_[best[0]]->languages.substr(0, headers_[best[0]]->languages.find(','));
+        const KnownHeader& header = *headers_[best[0]];
+        found.program = header.program;
+        found.language = header.languages.substr(0, header.languages.find(','));
     }
     std::vector<Walk> walks(headers_.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
         RecognisedColumn column;
         column.name = names[i];
         if (places[i] != nullptr) {
-            const std::size_t header =
-                std::min_element(places[i]->begin(), places[i]->end(), [&](const Place& a, const Place& b) {
-                    return rank[a.header] < rank[b.header];
-                })->header;
-            std::vector<std::size_t> candidates;
-            for (const Place& place : *places[i]) {
-                if (place.header == header) {
-                    candidates.push_back(place.column);
-                }
-            }
-            column.meaning = headers_[header]->columns[walks[header].choose(candidates)].meaning;
+            const std::size_t header = bestHeader(*places[i], rank);
+            const std::size_t place = walks[header].choose(placesIn(header, *places[i]));
+            column.meaning = headers_[header]->columns[place].meaning;
             column.isKnown = true;
         }
-        const auto mapping = mappings_.find(nameKey(names[i]));
-        if (mapping != mappings_.end()) {
-            column.meaning = mapping->second;
-            column.isKnown = column.isMapped = true;
-        }
-        found.known += column.isKnown ? 1 : 0;
-        found.useful += column.meaning != Meaning::other ? 1 : 0;
         found.columns.push_back(std::move(column));
     }
+    applyMappings(found);
+    for (const RecognisedColumn& column : found.columns) {
+        found.known += column.isKnown ? 1 : 0;
+        found.useful += column.meaning != Meaning::other ? 1 : 0;
+    }
     return found;
+}
+
+/// The header that speaks about a name: of all that know it the one that is most like the file's.
+std::size_t ColumnFinder::bestHeader(const Places& places, const std::vector<std::size_t>& rank) {
+    return std::min_element(places.begin(), places.end(),
+                            [&](const Place& a, const Place& b) { return rank[a.header] < rank[b.header]; })
+        ->header;
+}
+
+std::vector<std::size_t> ColumnFinder::placesIn(std::size_t header, const Places& places) {
+    std::vector<std::size_t> columns;
+    for (const Place& place : places) {
+        if (place.header == header) {
+            columns.push_back(place.column);
+        }
+    }
+    return columns;
+}
+
+void ColumnFinder::applyMappings(FoundColumns& found) const {
+    std::set<std::string> used;
+    for (RecognisedColumn& column : found.columns) {
+        const auto mapping = mappings_.find(nameKey(column.name));
+        if (mapping != mappings_.end()) {
+            column.meaning = mapping->second.meaning;
+            column.isKnown = column.isMapped = true;
+            used.insert(mapping->first);
+        }
+    }
+    for (const auto& [key, mapping] : mappings_) {
+        if (used.count(key) == 0) {
+            found.unusedMappings.push_back(mapping.name);
+        }
+    }
 }
 
 std::optional<Meaning> ColumnFinder::phoneType(std::string_view word) const {

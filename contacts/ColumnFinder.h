@@ -2,6 +2,7 @@
 #define CALLJOURNAL_COLUMNFINDER_H
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,6 +19,7 @@ struct FoundColumns {
     std::string program;
     std::string language;
     std::vector<RecognisedColumn> columns;
+    std::vector<std::string> unusedMappings;
     std::size_t known = 0;   ///< Columns whose name is known.
     std::size_t useful = 0;  ///< Those of them that mean something.
 };
@@ -49,13 +51,21 @@ private:
     /// The headers that know a column at all, the best one first.
     std::vector<std::size_t> ranking(const std::vector<const Places*>& places) const;
 
+    static std::size_t bestHeader(const Places& places, const std::vector<std::size_t>& rank);
+    static std::vector<std::size_t> placesIn(std::size_t header, const Places& places);
+    void applyMappings(FoundColumns& found) const;
+
     ColumnTable own_;
     std::vector<const KnownHeader*> headers_;
     std::size_t ownHeaders_ = 0;
     std::unordered_map<std::string, Places> places_;
     std::unordered_map<std::string, Meaning> phoneTypes_;
     std::unordered_map<std::string, Meaning> addressTypes_;
-    std::unordered_map<std::string, Meaning> mappings_;
+    struct Mapping {
+        std::string name;
+        Meaning meaning;
+    };
+    std::map<std::string, Mapping> mappings_;  ///< By the key of the name.
 };
 
 }  // namespace calljournal

@@ -106,6 +106,7 @@ CsvReader::CsvReader(TextStream stream, CsvLayout layout, std::shared_ptr<const 
     recognition_.program = std::move(layout.header.program);
     recognition_.language = std::move(layout.header.language);
     recognition_.columns = std::move(layout.header.columns);
+    recognition_.unusedMappings = std::move(layout.header.unusedMappings);
     if (layout.header.useful == 0) {
         throw AddressBookError(AddressBookError::Reason::header, columnTable(recognition_));
     }

@@ -76,7 +76,7 @@ constexpr Word words[] = {
     {"addressLine1", Meaning::addressLine1},
     {"addressLine2", Meaning::addressLine2},
     {"defaultDial", Meaning::defaultDial},
-    {"birthday", Meaning::birthday},
+    {"birthDate", Meaning::birthDate},
     {"birthYear", Meaning::birthYear},
     {"birthMonth", Meaning::birthMonth},
     {"birthDay", Meaning::birthDay},

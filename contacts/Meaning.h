@@ -82,7 +82,7 @@ enum class Meaning : unsigned char {
     addressLine2,  ///< Its Address2: city, postcode and country with colons between them.
     defaultDial,   ///< Its DefaultDial: 0 none, 1 private, 2 business, 3 business 2, 4 mobile.
     // What the phone has no place for.
-    birthday,
+    birthDate,
     birthYear,
     birthMonth,
     birthDay,

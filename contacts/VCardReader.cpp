@@ -21,7 +21,7 @@ constexpr TextProperty textProperties[] = {
     {"NICKNAME", Meaning::nickname},
     {"TITLE", Meaning::jobTitle},
     {"NOTE", Meaning::notes},
-    {"BDAY", Meaning::birthday},
+    {"BDAY", Meaning::birthDate},
     {"ANNIVERSARY", Meaning::anniversary},
     {"URL", Meaning::web},
     {"X-ANNIVERSARY", Meaning::anniversary},
