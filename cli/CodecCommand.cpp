@@ -19,12 +19,7 @@ std::string readAll(std::istream& in) {
 }  // namespace
 
 void encodeEntry(const std::string& kind, std::istream& in, std::ostream& out) {
-    Json json;
-    try {
-        json = Json::parse(readAll(in));
-    } catch (const Json::parse_error& error) {
-        throw ValueError(error.what());
-    }
+    const Json json = parseJson(readAll(in));
     withKind(kind, [&](auto type) {
         using Item = typename decltype(type)::Item;
         out << KindInterface<Item>::encode(itemFromJson<Item>(json)) << '\n';

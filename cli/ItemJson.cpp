@@ -2,6 +2,28 @@
 
 namespace calljournal {
 
+namespace {
+
+/// An entry's calls are objects in an array in an object, which may stand in an array.
+constexpr int deepestNesting = 16;
+
+bool isNotTooDeep(int depth, Json::parse_event_t /*event*/, Json& /*value*/) {
+    if (depth >= deepestNesting) {
+        throw ValueError("arrays and objects are nested deeper than " + std::to_string(deepestNesting) + " levels");
+    }
+    return true;
+}
+
+}  // namespace
+
+Json parseJson(const std::string& text) {
+    try {
+        return Json::parse(text, isNotTooDeep);
+    } catch (const Json::parse_error& error) {
+        throw ValueError(error.what());
+    }
+}
+
 std::string jsonString(const Json& json, const std::string& key) {
     if (!json.is_string()) {
         throw ValueError(key + ": " + jsonText(json, false) + " is not a text");

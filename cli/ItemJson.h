@@ -10,6 +10,10 @@
 
 namespace calljournal {
 
+/// Reads the JSON that people give to the command. Throws ValueError if it is none, or nested deeper than any input that
+/// makes sense: copying and writing such a value would use up the stack.
+Json parseJson(const std::string& text);
+
 /// Throws ValueError unless `json` is a text; names `key`.
 std::string jsonString(const Json& json, const std::string& key);
 /// Throws ValueError unless `json` is true or false.

@@ -37,10 +37,11 @@ void tellWritten(const std::vector<Entry>& written, std::size_t calls, const std
     }
 }
 
-/// Checks a call of a file; a refusal says at which place.
-Json checkedCallAt(const std::string& place, Json json, const std::string& kind) {
+/// Returns what `read` returns; a refusal says at which place of a file.
+template <class Read>
+Json readAt(const std::string& place, Read read) {
     try {
-        return checkedCall(std::move(json), kind);
+        return read();
     } catch (const ValueError& error) {
         throw ValueError(place + error.what());
     }
@@ -105,13 +106,9 @@ std::vector<Json> readCallFile(std::istream& in, const std::string& kind) {
     std::vector<Json> calls;
     const std::size_t start = text.find_first_not_of(" \t\r\n");
     if (start != std::string::npos && text[start] == '[') {
-        try {
-            for (Json& call : Json::parse(text)) {
-                const std::string place = "call " + std::to_string(calls.size() + 1) + ": ";
-                calls.push_back(checkedCallAt(place, std::move(call), kind));
-            }
-        } catch (const Json::parse_error& error) {
-            throw ValueError(error.what());
+        for (Json& call : parseJson(text)) {
+            const std::string place = "call " + std::to_string(calls.size() + 1) + ": ";
+            calls.push_back(readAt(place, [&] { return checkedCall(std::move(call), kind); }));
         }
         return calls;
     }
@@ -124,11 +121,7 @@ std::vector<Json> readCallFile(std::istream& in, const std::string& kind) {
         if (line.find_first_not_of(" \t\r") == std::string::npos) {
             continue;
         }
-        try {
-            calls.push_back(checkedCallAt(place, Json::parse(line), kind));
-        } catch (const Json::parse_error& error) {
-            throw ValueError(place + error.what());
-        }
+        calls.push_back(readAt(place, [&] { return checkedCall(parseJson(line), kind); }));
     }
     return calls;
 }

@@ -1,6 +1,10 @@
 #include "ItemJson.h"
 
 #include <gtest/gtest.h>
+#include <sstream>
+
+#include "CodecCommand.h"
+#include "RecordCommand.h"
 
 using namespace calljournal;
 
@@ -64,6 +68,25 @@ TEST(ItemJson, ReplacesBytesThatAreNotUtf8) {
     MissedCallItem item;
     item.setSurname("M\xfcller");
     EXPECT_EQ(jsonText(toJson(item), false), "{\"Surname\":\"M\xef\xbf\xbdller\",\"Viewed\":false,\"LogList\":[]}");
+}
+
+std::string nested(std::size_t depth) {
+    return std::string(depth, '[') + std::string(depth, ']');
+}
+
+TEST(ItemJson, RefusesNestingThatWouldUseUpTheStack) {
+    EXPECT_EQ(jsonText(parseJson(nested(16)), false), nested(16));
+    EXPECT_THROW(parseJson(nested(17)), ValueError);
+
+    const std::string entry = R"({"LogList":[{"Number":)" + nested(300000) + "}]}";
+    const std::string call = R"({"Number":)" + nested(300000) + "}";
+    std::ostringstream out;
+    std::istringstream in(entry);
+    EXPECT_THROW(encodeEntry("missed", in, out), ValueError);
+    for (const std::string& calls : {call, "[" + call + "]"}) {
+        std::istringstream file(calls);
+        EXPECT_THROW(readCallFile(file, "missed"), ValueError);
+    }
 }
 
 }  // namespace
