@@ -2,8 +2,8 @@
 #include <random>
 #include <tuple>
 
-#include "ClientUtils.h"
 #include "ImportFixture.h"
+#include "ImportState.h"
 #include "Probe.h"
 #include "ReferenceImporter.h"
 
@@ -144,23 +144,6 @@ private:
 
     std::mt19937 random_{seed};
 };
-
-/// What can be seen of an import, of either kind.
-template <class Importer>
-auto stateOf(const Importer& importer) {
-    return std::make_tuple(importer.csvType, describe(importer.contacts), importer.columnMap, importer.tokens,
-                           importer.headerPending, importer.headerCount, importer.lineCount, importer.line,
-                           importer.nextLine);
-}
-
-bool fits(const std::vector<std::string>& tokens) {
-    for (const std::string& token : tokens) {
-        if (ClientUtils::escapeXMLString(token).size() > 249) {
-            return false;
-        }
-    }
-    return true;
-}
 
 class AnyImport : public ImportTest {
 protected:

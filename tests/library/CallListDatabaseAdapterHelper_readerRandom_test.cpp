@@ -6,14 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "ClientUtils.h"
 #include "FakePlatform.h"
 #include "HostileTexts.h"
 #include "Kinds.h"
+#include "LiteralReading.h"
 #include "ReaderEvents.h"
 #include "Rounds.h"
 #include "ScriptedDataAccessService.h"
-#include "XmlParser.h"
 
 /// The missed call list reader and what follows it, compared with the literal rules on random events and texts.
 namespace {
@@ -173,31 +172,6 @@ TEST_F(RandomReaderTest, FollowsTheLiteralRulesEventByEvent) {
     EXPECT_GT(entries, rounds(500));
 }
 
-void tagBegin(void* userData, const char* name, const char** attributes) {
-    std::vector<std::string> texts;
-    for (; *attributes != nullptr; ++attributes) {
-        texts.emplace_back(*attributes);
-    }
-    static_cast<rules::ListReader*>(userData)->begin(name, texts);
-}
-
-void tagEnd(void* userData, const char* name) {
-    static_cast<rules::ListReader*>(userData)->end(name);
-}
-
-void characterData(void* userData, const char* text, int length) {
-    static_cast<rules::ListReader*>(userData)->data(std::string(text, static_cast<std::size_t>(length)));
-}
-
-/// What the literal reader makes of the reply.
-std::vector<rules::Entry> readLiterally(const std::string& reply) {
-    rules::ListReader reader;
-    XmlParser parser(&reader, tagBegin, tagEnd, characterData);
-    const std::string fixed = ClientUtils::fixSpecialXMLCharactersToQuote(reply);
-    parser.parseMessage(fixed.c_str(), static_cast<int>(reply.size()));
-    return reader.output;
-}
-
 /// A reply with entries whose bodies are more or less spoilt. Each entry has a time of its own.
 std::string randomReply(HostileTexts& texts) {
     std::string text;
@@ -216,24 +190,6 @@ std::string randomReply(HostileTexts& texts) {
         text = texts.spoil(text);
     }
     return text;
-}
-
-std::vector<rules::Entry> describeList(const std::deque<MissedCallItem>& list) {
-    std::vector<rules::Entry> entries;
-    for (const MissedCallItem& item : list) {
-        entries.push_back(describeEntry<Missed>(item));
-    }
-    return entries;
-}
-
-/// Whether no two entries have equal keys, so that their order is certain.
-bool hasOneOrder(const std::vector<rules::Entry>& list) {
-    std::vector<std::string> keys;
-    for (const rules::Entry& entry : list) {
-        keys.push_back(rules::sortKey(entry));
-    }
-    std::sort(keys.begin(), keys.end());
-    return std::adjacent_find(keys.begin(), keys.end()) == keys.end();
 }
 
 TEST_F(RandomReaderTest, ReadsRepliesByTheLiteralRules) {
