@@ -113,6 +113,11 @@ TEST(Charset, AsksWithThreeSamplesWhereNothingTells) {
                 HasSubstr("\n  windows-1252: aaaaaaaaaaaaaaaaaaaa\u0081ÿ€ bbbbbbbbbbbbbbb"));
 }
 
+TEST(Charset, AsksWhereTheBytesAreNoText) {
+    EXPECT_THAT(refusal("First Name\nJ\xfc\x1a\x01\n"), HasSubstr("\n  windows-1252: Jü  \n"));
+    EXPECT_THROW(decoded("x", "Klingon"), AddressBookError);
+}
+
 TEST(Charset, DoesAsItIsTold) {
     ReadingOptions options;
     options.charset = "windows-1252";
