@@ -2,6 +2,7 @@
 #include <iostream>
 #include <iterator>
 
+#include "ContactSections.h"
 #include "FormatSections.h"
 
 namespace {
@@ -11,8 +12,16 @@ std::string readAll(const char* path) {
     return std::string{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-bool isManual(const std::string& path) {
-    return path.size() > 2 && path.compare(path.size() - 2, 2, ".5") == 0;
+bool endsWith(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+std::string brought(const std::string& path, const std::string& document) {
+    if (endsWith(path, ".5")) {
+        return calljournal::withSections(document, calljournal::manualSections(), calljournal::manualMarks);
+    }
+    return calljournal::withSections(
+        document, endsWith(path, "contacts.md") ? calljournal::contactSections() : calljournal::formatSections());
 }
 
 }  // namespace
@@ -25,9 +34,7 @@ int main(int argc, char** argv) try {
         return 2;
     }
     const std::string document = readAll(argv[1]);
-    const std::string current =
-        isManual(argv[1]) ? calljournal::withSections(document, calljournal::manualSections(), calljournal::manualMarks)
-                          : calljournal::withSections(document, calljournal::formatSections());
+    const std::string current = brought(argv[1], document);
     if (argc > 2) {
         std::ofstream(argv[1], std::ios::binary) << current;
         return 0;
