@@ -1,0 +1,81 @@
+// The command's JSON input: any text is taken or refused with a sentence. An entry that is taken shows as JSON that means
+// the same; calls that are taken read the same one a line and in an array; whatever is decoded shows as JSON.
+
+#include <sstream>
+
+#include "CodecCommand.h"
+#include "Fuzz.h"
+#include "ItemJson.h"
+#include "Kinds.h"
+#include "RecordCommand.h"
+
+using calljournal::Json;
+using calljournal::ValueError;
+
+namespace {
+
+template <class Item>
+void checkEncoded(const std::string& text) {
+    using Kind = calljournal::KindInterface<Item>;
+    std::istringstream in(text);
+    std::ostringstream body;
+    try {
+        calljournal::encodeEntry(Kind::name, in, body);
+    } catch (const ValueError& error) {
+        FUZZ_CHECK(*error.what() != '\0');
+        return;
+    }
+    const Json shown = calljournal::toJson(calljournal::itemFromJson<Item>(calljournal::parseJson(text)));
+    const Item again = calljournal::itemFromJson<Item>(calljournal::parseJson(calljournal::jsonText(shown, false)));
+    FUZZ_CHECK(calljournal::toJson(again) == shown);
+    FUZZ_CHECK(Kind::encode(again) + '\n' == body.str());
+}
+
+template <class Item>
+void checkDecoded(const std::string& text) {
+    std::istringstream in(text);
+    std::ostringstream json;
+    std::ostringstream problems;
+    const auto code = calljournal::decodeEntry(calljournal::KindInterface<Item>::name, in, json, problems);
+    FUZZ_CHECK((code == calljournal::exitDone) == problems.str().empty());
+    FUZZ_CHECK(Json::accept(json.str()));
+}
+
+std::vector<Json> readCalls(const std::string& text, const std::string& kind) {
+    std::istringstream in(text);
+    return calljournal::readCallFile(in, kind);
+}
+
+void checkRecorded(const std::string& text, const std::string& kind) {
+    std::vector<Json> calls;
+    try {
+        calls = readCalls(text, kind);
+    } catch (const ValueError& error) {
+        FUZZ_CHECK(*error.what() != '\0');
+        return;
+    }
+    std::string lines;
+    Json array = Json::array();
+    for (const Json& call : calls) {
+        lines += calljournal::jsonText(call, false) + '\n';
+        array.push_back(call);
+    }
+    // Each call names its kind by now.
+    FUZZ_CHECK(readCalls(lines, "") == calls);
+    FUZZ_CHECK(readCalls(calljournal::jsonText(array, true), "") == calls);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const std::vector<std::string> kinds = calljournal::recordableKinds();
+    Input input(data, size);
+    const std::string& kind = kinds[input.byte() % kinds.size()];
+    const std::string text = input.rest();
+    checkRecorded(text, kind);
+    calljournal::withKind(kind, [&](auto type) {
+        checkEncoded<typename decltype(type)::Item>(text);
+        checkDecoded<typename decltype(type)::Item>(text);
+    });
+    return 0;
+}
