@@ -13,6 +13,7 @@
 #include "CsvReader.h"
 #include "LineReader.h"
 #include "TextStream.h"
+#include "Utf8.h"
 #include "VCardReader.h"
 
 namespace calljournal {
@@ -66,10 +67,35 @@ std::string meaningText(const RecognisedColumn& column) {
     return std::string(meaningName(column.meaning)) + (column.isMapped ? " (--map)" : "");
 }
 
-std::string oneLine(std::string text) {
+/// A name for a table: in one line, and not all of it if it is long.
+std::string shownName(std::string_view name) {
+    constexpr std::size_t longest = 60;
+    const std::size_t length = wholeCharacters(name, longest);
+    std::string text(name.substr(0, length));
     std::replace_if(
         text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == '\x7f'; }, ' ');
-    return text;
+    return length < name.size() ? text + "..." : text;
+}
+
+/// The columns that are shown; the others are counted.
+constexpr std::size_t mostShown = 100;
+
+std::string columnLines(const std::vector<RecognisedColumn>& columns) {
+    constexpr std::size_t widest = 40;
+    const std::size_t count = std::min(columns.size(), mostShown);
+    std::size_t width = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        width = std::max(width, characters(shownName(columns[i].name)));
+    }
+    width = std::min(width, widest);
+    std::string lines;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string name = shownName(columns[i].name);
+        const std::size_t length = characters(name);
+        lines +=
+            "  " + name + std::string(length < width ? width - length : 0, ' ') + "  " + meaningText(columns[i]) + '\n';
+    }
+    return count < columns.size() ? lines + "  and " + std::to_string(columns.size() - count) + " more\n" : lines;
 }
 
 }  // namespace
@@ -81,22 +107,12 @@ std::string columnTable(const Recognition& recognition) {
     }
     const auto useful = std::count_if(columns.begin(), columns.end(),
                                       [](const RecognisedColumn& c) { return c.meaning != Meaning::other; });
-    std::string table = std::to_string(useful) + " of " + std::to_string(columns.size()) + " columns mean something:\n";
-    std::size_t width = 0;
-    for (const RecognisedColumn& column : columns) {
-        width = std::max(width, characters(column.name));
-    }
-    constexpr std::size_t widest = 40;
-    width = std::min(width, widest);
-    for (const RecognisedColumn& column : columns) {
-        const std::size_t length = characters(column.name);
-        table += "  " + oneLine(column.name) + std::string(length < width ? width - length : 0, ' ') + "  " +
-                 meaningText(column) + '\n';
-    }
+    std::string table = std::to_string(useful) + " of " + std::to_string(columns.size()) +
+                        " columns mean something:\n" + columnLines(columns);
     const auto unknown =
         std::find_if(columns.begin(), columns.end(), [](const RecognisedColumn& c) { return !c.isKnown; });
     if (unknown != columns.end()) {
-        table += "Say what a column means with --map \"" + oneLine(unknown->name) +
+        table += "Say what a column means with --map \"" + shownName(unknown->name) +
                  "=Mobile1\". The phone's own names are LastName, FirstName, Business1, Business2, Mobile1, Private1, "
                  "Company1, Address1, Address2, Position and Email1; \"-\" leaves a column out.\n";
     }

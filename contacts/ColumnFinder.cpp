@@ -49,7 +49,7 @@ public:
             chosen = std::find_if(candidates.begin(), candidates.end(), isFree);
         }
         const std::size_t column = chosen == candidates.end() ? candidates.front() : *chosen;
-        if (candidates.size() > 1) {
+        if (candidates.size() > 1 && isFree(column)) {
             taken_.push_back(column);
         }
         next_ = column + 1;

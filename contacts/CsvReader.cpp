@@ -25,11 +25,14 @@ std::vector<std::string> cellsOf(const CsvRow& row) {
     return cells;
 }
 
+/// No program has more columns; a line with more is no header.
+constexpr std::size_t mostColumns = 4096;
+
 std::vector<std::string> firstRow(const std::string& text, char delimiter) {
     std::istringstream bytes(text);
     CsvRows rows(LineReader(TextStream(bytes, "")), delimiter);
     CsvRow row;
-    return rows.next(row, 0) ? cellsOf(row) : std::vector<std::string>();
+    return rows.next(row, 0) && row.size() <= mostColumns ? cellsOf(row) : std::vector<std::string>();
 }
 
 /// The delimiter that a line "sep=;" above the header names.

@@ -21,7 +21,7 @@ bool isOneOf(const std::string_view* begin, const std::string_view* end, std::st
     return std::find(begin, end, word) != end;
 }
 
-/// A head is read even if its value is too long for one line.
+/// The longest name with its parameters. A head is read even if its value is too long for one line.
 constexpr std::size_t longestHead = 4096;
 
 bool isBlank(char c) {
@@ -218,7 +218,7 @@ void VCardLines::takeHead(VCardProperty& property) {
         takeLine(property, 1);
     }
     const std::size_t colon = findColon(property.value);
-    if (colon != std::string::npos && parseName(property, std::string_view(property.value).substr(0, colon))) {
+    if (colon <= longestHead && parseName(property, std::string_view(property.value).substr(0, colon))) {
         property.value.erase(0, colon + 1);
     } else {
         property.name.clear();

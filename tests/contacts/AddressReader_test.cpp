@@ -27,6 +27,18 @@ TEST(AddressReader, ShowsAHeaderOfWhichNothingIsKnown) {
     EXPECT_EQ(refusal("\n \r\n"), "the file has no line with the names of its columns");
 }
 
+TEST(AddressReader, ShowsNoMoreThanFitsAScreenOrTwo) {
+    std::string header = std::string(59, 'x') + "ü\n\x01";
+    for (int i = 0; i < 200; ++i) {
+        header += ",c" + std::to_string(i);
+    }
+    const std::string shown = refusal('"' + header.substr(0, 63) + '"' + header.substr(63) + "\n");
+    EXPECT_THAT(shown,
+                HasSubstr("0 of 201 columns mean something:\n  " + std::string(59, 'x') + "...  not recognised\n"));
+    EXPECT_THAT(shown, HasSubstr("c98                                       not recognised\n  and 101 more\nSay what"));
+    EXPECT_THAT(refusal(std::string(5000, ',') + "Notes,Name\n"), HasSubstr("0 of 1 columns"));
+}
+
 TEST(AddressReader, ShowsWhatEachColumnMeans) {
     ReadingOptions options;
     options.mappings = {columnMapping("Handy=Mobile1")};

@@ -182,6 +182,13 @@ TEST(VCardReader, TellsWhatIsNoPropertyByItsLine) {
               "  ! 5 the line is no property\n");
 }
 
+TEST(VCardReader, TakesNoEndlessListOfParametersForAProperty) {
+    EXPECT_EQ(read(card("TEL;TYPE=" + std::string(100000, ',') + ":1\r\nTEL:2\r\n")),
+              "1 (1-5)\n"
+              "  primaryPhone 2 [TEL]\n"
+              "  ! 3 the line is no property\n");
+}
+
 TEST(VCardReader, ReadsAQuoteInAParameterThatIsNeverClosed) {
     EXPECT_EQ(read(card("FN;X=\"a:Anna\r\n")),
               "1 (1-4)\n"
