@@ -109,8 +109,12 @@ const char* unmarkedUtf16(std::string_view beginning) {
     return zeros[1] == 0 && zeros[0] > enough ? "UTF-16BE" : nullptr;
 }
 
+bool isForeign(char c) {
+    return (static_cast<unsigned char>(c) & 0x80u) != 0;
+}
+
 bool isAscii(std::string_view text) {
-    return std::none_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80u) != 0; });
+    return std::none_of(text.begin(), text.end(), isForeign);
 }
 
 /// The lines with foreign characters; cutting at line ends cuts no character in any character set that is guessed.
@@ -181,13 +185,35 @@ struct Candidate {
     CharsetEvidence evidence;
 };
 
-/// How a candidate compares with others of the same score.
-int likelihood(const Candidate& candidate, const std::string& guess) {
-    const auto* const usual =
-        std::find_if(std::begin(usualCharsets), std::end(usualCharsets), [&](const UsualCharset& u) {
-            return isUsualFor(u, candidate.evidence.language) && u.charset == candidate.charset;
-        });
-    return (usual == std::end(usualCharsets) ? 0 : 2) + (candidate.charset == guess ? 1 : 0);
+/// What speaks from the frequency of bytes.
+struct Guess {
+    std::string charset;
+    bool isFirm;  ///< There were enough bytes, or it is what programs write.
+};
+
+Guess guessFrom(const std::string& sample) {
+    constexpr std::ptrdiff_t enough = 32;
+    const std::string charset = guessedCharset(sample);
+    const bool isUsual = std::any_of(std::begin(usualCharsets), std::end(usualCharsets),
+                                     [&](const UsualCharset& usual) { return usual.charset == charset; });
+    return {charset, isUsual || std::count_if(sample.begin(), sample.end(), isForeign) >= enough};
+}
+
+/// How a candidate compares with others of the same score: what people of that language use, then what was guessed, then
+/// what is used most.
+int likelihood(const Candidate& candidate, const Guess& guess) {
+    const std::string& language = candidate.evidence.language;
+    const auto isItsUsual = [&](const UsualCharset& usual) {
+        return isUsualFor(usual, language) && usual.charset == candidate.charset;
+    };
+    if (std::any_of(std::begin(usualCharsets), std::end(usualCharsets), isItsUsual)) {
+        return candidate.charset == guess.charset ? 4 : 3;
+    }
+    if (candidate.charset == guess.charset && guess.isFirm) {
+        return 2;
+    }
+    const bool isForEverybody = language.empty() || language.substr(0, 2) == "en";
+    return candidate.charset == "windows-1252" && isForEverybody ? 1 : 0;
 }
 
 /// The character sets that read all of the sample, each with what the judge says.
@@ -226,8 +252,7 @@ std::string printable(std::string text) {
 /// The part of the first foreign line that has the foreign characters.
 std::string samplePart(const std::string& sample) {
     const std::string line = sample.substr(0, sample.find('\n'));
-    const auto foreign =
-        std::find_if(line.begin(), line.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80u) != 0; });
+    const auto foreign = std::find_if(line.begin(), line.end(), isForeign);
     const auto at = static_cast<std::size_t>(foreign - line.begin());
     constexpr std::size_t before = 20;
     constexpr std::size_t behind = 60;
@@ -265,8 +290,8 @@ FoundCharset mostLikely(std::istream& bytes, std::istream::pos_type begin, const
     if (!named.empty() && canRead(sample, named)) {
         return {named, "the file names it", 0, false};
     }
-    const std::string guess = guessedCharset(sample);
-    const std::vector<Candidate> all = candidates(beginning, sample, guess, judge);
+    const Guess guess = guessFrom(sample);
+    const std::vector<Candidate> all = candidates(beginning, sample, guess.charset, judge);
     const auto best = std::max_element(all.begin(), all.end(), [&](const Candidate& a, const Candidate& b) {
         return a.evidence.score != b.evidence.score ? a.evidence.score < b.evidence.score
                                                     : likelihood(a, guess) < likelihood(b, guess);
@@ -274,13 +299,16 @@ FoundCharset mostLikely(std::istream& bytes, std::istream::pos_type begin, const
     if (best == all.end()) {
         askForCharset(sample);
     }
-    const bool isGuess = best->charset == guess;
+    if (best->charset == guess.charset && guess.isFirm) {
+        return {best->charset, "the frequency of its bytes", 0, false};
+    }
     const bool isBetter = std::any_of(
         all.begin(), all.end(), [&](const Candidate& other) { return other.evidence.score < best->evidence.score; });
-    if (!isGuess && !isBetter && likelihood(*best, guess) == 0) {
+    const int reason = likelihood(*best, guess);
+    if (!isBetter && reason == 0) {
         askForCharset(sample);
     }
-    return {best->charset, isGuess ? "the frequency of its bytes" : "the names of the columns", 0, false};
+    return {best->charset, isBetter || reason > 1 ? "the names of the columns" : "it is used most", 0, false};
 }
 
 std::istream::pos_type placeOf(std::istream& bytes) {

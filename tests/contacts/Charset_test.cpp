@@ -103,6 +103,11 @@ TEST(Charset, GuessesFromTheBytesWhereTheNamesTellNothing) {
     EXPECT_THAT(read(text + japanese), HasSubstr("given 田中 [First Name]\n  family 太郎 [Last Name]\n"));
 }
 
+TEST(Charset, TakesWhatIsUsedMostForAFewLetters) {
+    EXPECT_EQ(recognised("First Name,Last Name\nA,\xd6l\n"), "windows-1252 (it is used most), ,, Outlook en");
+    EXPECT_EQ(recognised("BEGIN:VCARD\nFN:\xd6l\nEND:VCARD\n"), "windows-1252 (it is used most), vCard");
+}
+
 TEST(Charset, AsksWithThreeSamplesWhereNothingTells) {
     EXPECT_EQ(refusal("First Name,Last Name\nJ\xfcrg\x81\xff\x80,M\xfcller\n"),
               "the character set of the file is not clear; say it with --from-charset. Some of the file in 3 of them:\n"
