@@ -12,7 +12,14 @@ namespace {
 
 /// Whether "name>" stands at `text`; never looks behind the terminator.
 bool isNameAt(const char* text, std::string_view name) {
-    return std::strncmp(text, name.data(), name.size()) == 0 && text[name.size()] == '>';
+    // Most other names differ in their first letter already.
+    return (name.empty() || *text == name.front()) && std::strncmp(text, name.data(), name.size()) == 0 &&
+           text[name.size()] == '>';
+}
+
+/// Returns the next "<", or null. Often it stands right there.
+const char* findMarkup(const char* text) {
+    return *text == '<' ? text : std::strchr(text, '<');
 }
 
 }  // namespace
@@ -42,7 +49,7 @@ void makeRoom(std::string& out, std::size_t length) {
 }
 
 const char* findBegin(const char* text, std::string_view tag) {
-    while ((text = std::strchr(text, '<')) != nullptr) {
+    while ((text = findMarkup(text)) != nullptr) {
         ++text;
         if (isNameAt(text, tag)) {
             return text + tag.size() + 1;
@@ -52,7 +59,7 @@ const char* findBegin(const char* text, std::string_view tag) {
 }
 
 const char* findClose(const char* text, std::string_view tag) {
-    for (; (text = std::strchr(text, '<')) != nullptr; ++text) {
+    for (; (text = findMarkup(text)) != nullptr; ++text) {
         if (text[1] == '/' && isNameAt(text + 2, tag)) {
             return text;
         }
