@@ -187,12 +187,20 @@ bool CsvReader::next(AddressRecord& record) {
     if (row_.hasStrayQuotes) {
         record.problems.push_back({record.firstLine, "", "its quotes are out of place and were read as they stand"});
     }
+    hasLostCharacters_ = row_.cells.find("\ufffd") != std::string::npos;
     for (const std::size_t column : plain_) {
         addPlain(record, column);
     }
     addPhones(record);
     addAddresses(record);
     return true;
+}
+
+/// Hardly any row has such characters, so its texts are looked at only if it has.
+void CsvReader::noteLost(AddressRecord& record, std::string_view text, const std::string& source) const {
+    if (hasLostCharacters_) {
+        noteLostCharacters(record, record.firstLine, text, source);
+    }
 }
 
 void CsvReader::addPlain(AddressRecord& record, std::size_t column) const {
@@ -207,7 +215,7 @@ void CsvReader::addPlain(AddressRecord& record, std::size_t column) const {
     } else {
         addValue(record, meaning, text, nameOf(column));
     }
-    noteLostCharacters(record, record.firstLine, text, nameOf(column));
+    noteLost(record, text, nameOf(column));
 }
 
 void CsvReader::addPhones(AddressRecord& record) const {
@@ -222,7 +230,7 @@ void CsvReader::addPhones(AddressRecord& record) const {
             kind.empty() ? Meaning::primaryPhone : finder_->phoneType(kind).value_or(Meaning::otherPhone);
         const std::string source = sourceWithKind(nameOf(phone.value), kind);
         forEachPart(text, [&](std::string_view part) { addValue(record, places.place(meaning), part, source); });
-        noteLostCharacters(record, record.firstLine, text, source);
+        noteLost(record, text, source);
     }
 }
 
@@ -236,7 +244,7 @@ void CsvReader::addAddresses(AddressRecord& record) const {
         const Meaning address = finder_->addressType(kind).value_or(Meaning::otherAddress);
         const std::string source = sourceWithKind(nameOf(part.column), kind);
         addValue(record, addressPart(address, part.part), text, source);
-        noteLostCharacters(record, record.firstLine, text, source);
+        noteLost(record, text, source);
     }
 }
 

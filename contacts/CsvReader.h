@@ -56,6 +56,7 @@ private:
     void planColumns();
     void planTyped(std::size_t column, Meaning meaning);
     bool hasExcess() const;
+    void noteLost(AddressRecord& record, std::string_view text, const std::string& source) const;
     void addPlain(AddressRecord& record, std::size_t column) const;
     void addPhones(AddressRecord& record) const;
     void addAddresses(AddressRecord& record) const;
@@ -65,6 +66,7 @@ private:
     CsvRows rows_;
     std::shared_ptr<const ColumnFinder> finder_;
     CsvRow row_;
+    bool hasLostCharacters_ = false;  ///< The row has characters that could not be read.
     std::size_t number_ = 0;
     std::vector<std::size_t> plain_;  ///< The columns that are values as they are: the user's own first.
     TypedPhone phones_[phoneCount];

@@ -42,11 +42,10 @@ Meaning PhonePlaces::place(Meaning phone) {
 
 std::string valueText(std::string_view text) {
     const std::string_view inner = trimmed(text);
-    std::string value(inner);
     if (std::none_of(inner.begin(), inner.end(), isControl)) {
-        return value;
+        return std::string(inner);
     }
-    value.clear();
+    std::string value;
     for (std::size_t i = 0; i < inner.size(); ++i) {
         const char c = inner[i];
         if (c == '\r') {
