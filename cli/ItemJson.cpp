@@ -19,7 +19,7 @@ bool isNotTooDeep(int depth, Json::parse_event_t /*event*/, Json& /*value*/) {
 Json parseJson(const std::string& text) {
     try {
         return Json::parse(text, isNotTooDeep);
-    } catch (const Json::parse_error& error) {
+    } catch (const Json::exception& error) {  // a number that overflows is no parse_error
         throw ValueError(error.what());
     }
 }

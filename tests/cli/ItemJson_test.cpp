@@ -89,4 +89,15 @@ TEST(ItemJson, RefusesNestingThatWouldUseUpTheStack) {
     }
 }
 
+TEST(ItemJson, RefusesANumberThatOverflowsAndNamesItsLine) {
+    std::istringstream file("{\"Number\":\"1\"}\n{\"Number\":1e999}\n");
+    try {
+        readCallFile(file, "missed");
+        FAIL() << "nothing is refused";
+    } catch (const ValueError& error) {
+        EXPECT_EQ(std::string(error.what()),
+                  "line 2: [json.exception.out_of_range.406] number overflow parsing '1e999'");
+    }
+}
+
 }  // namespace
