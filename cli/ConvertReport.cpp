@@ -1,9 +1,12 @@
 #include "ConvertReport.h"
 
+#include <algorithm>
+
 #include "ContactFields.h"
 #include "ImportReplay.h"
 #include "JsonText.h"
 #include "Terminal.h"
+#include "Utf8.h"
 
 namespace calljournal {
 
@@ -31,6 +34,41 @@ std::string nameOf(const Contact& contact) {
     return printable(name.empty() ? contact.company1 : name);
 }
 
+std::string shortened(const std::string& name) {
+    constexpr std::size_t longest = 60;
+    const std::size_t length = wholeCharacters(name, longest);
+    return printable(name.substr(0, length)) + (length < name.size() ? "..." : "");
+}
+
+std::vector<std::string> unknownColumns(const Recognition& recognition) {
+    std::vector<std::string> names;
+    for (const RecognisedColumn& column : recognition.columns) {
+        if (!column.isKnown && !column.name.empty()) {
+            names.push_back(column.name);
+        }
+    }
+    return names;
+}
+
+/// What the user may want to say about a header that was read: texts of columns that are not known are lost.
+std::string columnHints(const Recognition& recognition) {
+    constexpr std::size_t mostShown = 10;
+    std::string hints;
+    for (const std::string& name : recognition.unusedMappings) {
+        hints += "--map \"" + shortened(name) + "\" fits no column\n";
+    }
+    const std::vector<std::string> names = unknownColumns(recognition);
+    if (names.empty()) {
+        return hints;
+    }
+    hints += "not recognised: ";
+    for (std::size_t i = 0; i < std::min(names.size(), mostShown); ++i) {
+        hints += (i == 0 ? "" : ", ") + shortened(names[i]);
+    }
+    hints += names.size() > mostShown ? " and " + std::to_string(names.size() - mostShown) + " more" : "";
+    return hints + "; say what a column means with --map \"" + shortened(names[0]) + "=Mobile1\"\n";
+}
+
 }  // namespace
 
 std::string ConvertReport::place(const SpooledContact& contact) const {
@@ -48,7 +86,9 @@ void ConvertReport::book(std::size_t file, const Recognition& recognition) {
                      {"program", recognition.program},
                      {"language", recognition.language},
                      {"columns", recognition.columns.size()},
-                     {"known", known}};
+                     {"known", known},
+                     {"unknownColumns", unknownColumns(recognition)},
+                     {"unusedMappings", recognition.unusedMappings}};
         out_ << jsonText(line, false) << '\n';
         return;
     }
@@ -65,7 +105,7 @@ void ConvertReport::book(std::size_t file, const Recognition& recognition) {
     if (!recognition.program.empty()) {
         out_ << ", like " << recognition.program << " (" << recognition.language << ')';
     }
-    out_ << '\n';
+    out_ << '\n' << columnHints(recognition);
 }
 
 void ConvertReport::countRemarks(const MappedContact& mapped) {
