@@ -9,6 +9,7 @@
 #include <memory>
 #include <set>
 #include <uchardet/uchardet.h>
+#include <unicode/ucnv.h>
 
 #include "AddressReader.h"
 #include "LineReader.h"
@@ -314,7 +315,8 @@ FoundCharset mostLikely(std::istream& bytes, std::istream::pos_type begin, const
 std::istream::pos_type placeOf(std::istream& bytes) {
     const std::istream::pos_type place = bytes.tellg();
     if (place == std::istream::pos_type(-1)) {
-        throw AddressBookError(AddressBookError::Reason::file, "the file cannot be read");
+        throw AddressBookError(AddressBookError::Reason::file,
+                               "it cannot be read more than once; save it as a file first");
     }
     return place;
 }
@@ -390,10 +392,8 @@ FoundCharset statedCharset(std::istream& bytes, const std::string& name) {
     }
     const std::string beginning = readAt(bytes, begin, 4);
     const Mark* const mark = markOf(beginning);
-    // "UTF-16" finds its mark by itself.
-    const std::string wanted = upper(name);
-    const bool isMarked = mark != nullptr &&
-                          (wanted == mark->charset || wanted + "LE" == mark->charset || wanted + "BE" == mark->charset);
+    const auto isNamed = [&](const std::string& other) { return ucnv_compareNames(other.c_str(), mark->charset) == 0; };
+    const bool isMarked = mark != nullptr && (isNamed(name) || isNamed(name + "LE") || isNamed(name + "BE"));
     if (isMarked) {
         return {mark->charset, "asked for", mark->bytes.size(), false};
     }

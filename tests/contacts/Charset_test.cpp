@@ -133,6 +133,11 @@ TEST(Charset, DoesAsItIsTold) {
               "UTF-16LE (asked for), ,, Outlook en");
     options.charset = "utf-8";
     EXPECT_EQ(read("\xef\xbb\xbf" + german, options), read(german));
+    options.charset = "utf8";
+    EXPECT_EQ(recognised("\xef\xbb\xbf"
+                         "BEGIN:VCARD\n",
+                         options),
+              "UTF-8 (asked for), vCard");
     options.charset = "Klingon";
     EXPECT_EQ(refusal(german, options), "\"Klingon\" is no character set known here");
 }
@@ -140,7 +145,13 @@ TEST(Charset, DoesAsItIsTold) {
 TEST(Charset, RefusesAStreamThatCannotBeRead) {
     std::istringstream stream("First Name\n");
     stream.setstate(std::ios::badbit);
-    EXPECT_THROW(openAddressBook(stream, {}), AddressBookError);
+    try {
+        openAddressBook(stream, {});
+        ADD_FAILURE();
+    } catch (const AddressBookError& error) {
+        EXPECT_EQ(error.reason(), AddressBookError::Reason::file);
+        EXPECT_STREQ(error.what(), "it cannot be read more than once; save it as a file first");
+    }
 }
 
 TEST(Charset, ChecksUtf8InPiecesOfAnySize) {
