@@ -44,7 +44,8 @@ void appendElement(std::string& out, std::string_view tag, std::string_view valu
 
 void makeRoom(std::string& out, std::size_t length) {
     if (out.capacity() - out.size() < length) {
-        out.reserve(std::max(out.size() + length, 2 * out.size()));
+        // On 32-bit machines a text may be longer than half of the longest.
+        out.reserve(std::max(out.size() + length, std::min(2 * out.size(), out.max_size())));
     }
 }
 
