@@ -129,7 +129,8 @@ TEST_F(ImportedFields, OfColumnsThatARecordLacksAreEmpty) {
 TEST_F(ImportedFields, HaveNoDefaultNumberBeyondFour) {
     Probe importer;
     importer.columnMap = {11};
-    for (const char* text : {"5", "-1", "2147483647", "-2147483648"}) {
+    // The last two are 2 and 1 to those who keep 32 bits of a longer number.
+    for (const char* text : {"5", "-1", "2147483647", "-2147483648", "4294967298", "18446744073709551617"}) {
         importer.tokens = {text};
         Contact contact;
         importer.parseTamberContactFields(contact);
