@@ -14,6 +14,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(run_path ${libraries}:${sysroot}/lib/${machine})
+# Not a word on how arguments were passed before GCC 7.1.
+set(CMAKE_CXX_FLAGS_INIT -Wno-psabi)
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-Wl,-rpath-link,${run_path}")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-Wl,-rpath-link,${run_path}")
 
