@@ -276,6 +276,8 @@ void addImport(CLI::App& app, Command& command) {
     importing->add_flag("--check", options->check, "tell what an import would do, and what would get lost");
     importing->add_flag("--consume", options->consume, "delete each file afterwards, as the phone does")
         ->excludes("--check");
+    importing->add_flag("--convert", options->convert, "convert each file first, whatever program it is from")
+        ->excludes("--consume");
     importing->add_flag("--from-latin1", options->fromLatin1, "the files are ISO 8859-1, as old exports are");
     importing->add_option("--hardware", options->hardware, "the phone: standard, nq (1000 contacts) or tq2")
         ->check(CLI::IsMember(std::set<std::string>{"standard", "nq", "tq2"}));
@@ -286,6 +288,7 @@ void addImport(CLI::App& app, Command& command) {
     importing->callback([&command, options] {
         command.action = [&command, options] {
             options->log = command.globals.log;
+            options->region = command.globals.region;
             options->format = importFormat(options->format, command.globals.format);
             return importFiles(*options, command.out, command.err);
         };

@@ -181,7 +181,7 @@ private:
             report_.near(earlier, later, pair.shared, "they may be one person; --merge makes them one contact", false);
             return;
         }
-        const auto [one, other] = std::minmax(rootOf(pair.earlier), rootOf(pair.later));
+        const auto [one, other] = std::minmax({rootOf(pair.earlier), rootOf(pair.later)});
         if (one == other) {
             report_.near(earlier, later, pair.shared, "they are one contact already", false);
             return;
@@ -247,7 +247,8 @@ private:
             }
         }
         const bool isWritten = !isToOutput_ && !options_.isDryRun;
-        report_.finish(count, isWritten ? files.publish() : std::vector<std::string>());
+        const std::vector<std::string> names = isWritten ? files.publish() : std::vector<std::string>();
+        report_.finish(count, options_.isPassedOn ? std::vector<std::string>() : names);
     }
 
     void sayLimit(std::uint64_t count, std::size_t files) {

@@ -19,6 +19,7 @@ struct ConvertOptions {
     std::vector<std::string> maps;  ///< "Handy=Mobile1".
     std::string report;             ///< "text", "json", or empty for what is remarkable.
     bool isDryRun = false;
+    bool isPassedOn = false;  ///< The file is for another step, so its name is not told.
     bool merge = false;
     bool force = false;
     bool cut = false;       ///< Leave out what does not fit, rather than write further files.

@@ -11,6 +11,7 @@
 
 #include "ContactJson.h"
 #include "ContactViews.h"
+#include "ConvertCommand.h"
 #include "ExitCode.h"
 #include "HostPlatform.h"
 #include "ImportCheck.h"
@@ -67,6 +68,11 @@ std::string refusal(const ImportReplay& replay, int outcome, const std::string& 
     return sentence;
 }
 
+void playHardware(const std::string& name) {
+    constexpr int tq2Variant = 1;
+    setHardware(name == "nq", name == "tq2" ? tq2Variant : 0);
+}
+
 /// The import of one file.
 class FileImport {
 public:
@@ -79,9 +85,14 @@ public:
             out_ << "== " << shownName_ << '\n';
         }
         const TemporaryFolder folder("import");
+        const std::string source = options_.convert ? (folder.path() / "converted.csv").string() : file_;
+        if (options_.convert && !convertTo(source)) {
+            return false;
+        }
+        playHardware(options_.hardware);
         setDataDirectory(folder.path());
         const std::string copy = folder.path() / "contacts.csv";
-        const CopyResult copied = copyFile(copy);
+        const CopyResult copied = copyFile(source, copy);
         if (copied.state == CopyResult::stopped) {
             tell(copied.problem);
             return false;
@@ -92,13 +103,27 @@ public:
 private:
     bool isForPeople() const { return options_.check || options_.format == "table"; }
 
-    CopyResult copyFile(const std::string& copy) {
+    /// Converts the file for the phone that is played, as far as its contacts fit.
+    bool convertTo(const std::string& target) {
+        ConvertOptions converting;
+        converting.files = {file_};
+        converting.out = target;
+        converting.region = options_.region;
+        converting.fromCharset = options_.fromLatin1 ? "ISO-8859-1" : "";
+        converting.cut = true;
+        converting.isPassedOn = true;
+        converting.limit = options_.hardware == "nq" ? 1000 : 100;
+        converting.existing = options_.existing;
+        return convertBooks(converting, err_, err_) == exitDone;
+    }
+
+    CopyResult copyFile(const std::string& source, const std::string& copy) {
         auto position = std::make_shared<SharedPosition>();
         bar_.start("copying " + file_, [position] { return position->get(); });
         CopyOptions copying;
-        copying.fromLatin1 = options_.fromLatin1;
+        copying.fromLatin1 = options_.fromLatin1 && !options_.convert;
         copying.progress = [position](std::uint64_t done, std::uint64_t total) { position->set(done, total); };
-        return copyPrivately(file_, copy, copying);
+        return copyPrivately(source, copy, copying);
     }
 
     bool importCopy(const std::string& copy, const std::string& again, const CopyResult& copied) {
@@ -199,15 +224,9 @@ private:
     ProgressBar bar_;
 };
 
-void playHardware(const std::string& name) {
-    constexpr int tq2Variant = 1;
-    setHardware(name == "nq", name == "tq2" ? tq2Variant : 0);
-}
-
 }  // namespace
 
 int importFiles(const ImportOptions& options, std::ostream& out, std::ostream& err) {
-    playHardware(options.hardware);
     bool isAllImported = true;
     for (const std::string& file : options.files) {
         isAllImported = FileImport(file, options, out, err).run() && isAllImported;

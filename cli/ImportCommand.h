@@ -12,6 +12,8 @@ struct ImportOptions {
     std::vector<std::string> files;
     bool check = false;                 ///< Tell what an import would do; show no contacts.
     bool consume = false;               ///< Delete each file that the importer was asked about, whatever the outcome.
+    bool convert = false;               ///< Convert each file first, whatever program it is from.
+    std::string region;                 ///< Where numbers are dialled, for the conversion; empty for the locale's.
     bool fromLatin1 = false;            ///< The files are ISO 8859-1.
     std::string hardware = "standard";  ///< "standard", "nq" or "tq2".
     unsigned existing = 0;              ///< Contacts that the phonebook holds already.

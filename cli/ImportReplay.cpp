@@ -31,7 +31,7 @@ constexpr KnownHeader knownHeaders[] = {
     {95, "Outlook 2003, and any with phonetic names, writes 95"},
 };
 
-const char* const layoutHint = "export all columns from Outlook, or write the 12 of the Tamber layout";
+const char* const convertHint = "\"calljournal convert\" turns other exports into a file that fits";
 
 std::uint64_t positionIn(std::ifstream& file) {
     // Unlike tellg, the buffer answers at the end of the file, too.
@@ -273,7 +273,7 @@ std::string ImportReplay::describeHeaderCount() {
             sentence += std::string(" (") + known.origin + ')';
         }
     }
-    return sentence + "; " + layoutHint;
+    return sentence + "; " + convertHint;
 }
 
 std::string ImportReplay::describeDefaultDialFault() {

@@ -101,8 +101,8 @@ TEST_F(ImportCommand, NamesEveryOutcome) {
          "commas\n"},
         {headerOf(101), "CSV_TOO_MANY_HEADERS (2): line 1: 101 columns; a header has at most 100\n"},
         {headerOf(13),
-         "CSV_INVALID_HEADERS (3): line 1: 13 columns; an Outlook export needs 92, the Tamber layout 12; export all "
-         "columns from Outlook, or write the 12 of the Tamber layout\n"},
+         "CSV_INVALID_HEADERS (3): line 1: 13 columns; an Outlook export needs 92, the Tamber layout 12; \"calljournal "
+         "convert\" turns other exports into a file that fits\n"},
         {good_ + tamberRow("Cole", "3", "9"),
          "CSV_INVALID_DEFAULT_DIAL (4): line 4, column 12 DefaultDial: \"9\" is not a number from 0 to 4\n"},
         {good_ + "Cole;\n", "CSV_COLUMN_MISMATCH (5): line 4: 2 columns where the header has 12\n"},

@@ -58,16 +58,16 @@ const Row rows[] = {
      "line 1: is empty where the names of the columns are expected"},
     {"HeaderOf81", headerOf(81), 0, CSV_INVALID_HEADERS,
      "line 1: 81 columns; an Outlook export needs 92, the Tamber layout 12 (Google Contacts wrote 81 and more); "
-     "export all columns from Outlook, or write the 12 of the Tamber layout"},
+     "\"calljournal convert\" turns other exports into a file that fits"},
     {"HeaderOf89", headerOf(89), 0, CSV_INVALID_HEADERS,
      "line 1: 89 columns; an Outlook export needs 92, the Tamber layout 12 (an Outlook export lost some on its way, or "
-     "it is another program's); export all columns from Outlook, or write the 12 of the Tamber layout"},
+     "it is another program's); \"calljournal convert\" turns other exports into a file that fits"},
     {"HeaderOf95", headerOf(95), 0, CSV_INVALID_HEADERS,
      "line 1: 95 columns; an Outlook export needs 92, the Tamber layout 12 (Outlook 2003, and any with phonetic names, "
-     "writes 95); export all columns from Outlook, or write the 12 of the Tamber layout"},
+     "writes 95); \"calljournal convert\" turns other exports into a file that fits"},
     {"HeaderOf13", headerOf(13), 0, CSV_INVALID_HEADERS,
-     "line 1: 13 columns; an Outlook export needs 92, the Tamber layout 12; export all columns from Outlook, or write "
-     "the 12 of the Tamber layout"},
+     "line 1: 13 columns; an Outlook export needs 92, the Tamber layout 12; \"calljournal convert\" turns other "
+     "exports into a file that fits"},
     {"WrongName",
      "LastName;FirstName;Business;Business2;Mobile1;Private1;Company1;Address1;Address2;Position;Email1;DefaultDial\n",
      0, CSV_INVALID_HEADERS, "line 1, column 3: \"Business\" where the Tamber layout has \"Business1\""},
