@@ -6,6 +6,7 @@
 #include "ImportState.h"
 #include "Probe.h"
 #include "ReferenceImporter.h"
+#include "Rounds.h"
 
 namespace {
 
@@ -151,8 +152,8 @@ protected:
 };
 
 TEST_F(AnyImport, OfAFileComesToWhatTheReferenceComesTo) {
-    std::map<int, int> outcomes;
-    for (int round = 0; round < 4000; ++round) {
+    std::map<int, unsigned> outcomes;
+    for (unsigned round = 0; round < rounds(4000); ++round) {
         const std::string content = files.file();
         const unsigned existing = files.oneIn(4) ? static_cast<unsigned>(files.below(105)) : 0;
         fakePlatform().isNq = files.oneIn(3);
@@ -177,13 +178,13 @@ TEST_F(AnyImport, OfAFileComesToWhatTheReferenceComesTo) {
     }
     // The files are worth their time only if they lead everywhere.
     for (const int code : {0, 1, 3, 4, 5, 6, 7, 8}) {
-        EXPECT_GT(outcomes[code], 10) << code;
+        EXPECT_GT(outcomes[code], rounds(10)) << code;
     }
 }
 
 TEST_F(AnyImport, OfARecordComesToWhatTheReferenceComesTo) {
-    std::map<std::pair<int, bool>, int> outcomes;
-    for (int round = 0; round < 40000; ++round) {
+    std::map<std::pair<int, bool>, unsigned> outcomes;
+    for (unsigned round = 0; round < rounds(40000); ++round) {
         const std::string content = files.fewLines();
         std::string line = files.record(1 + files.below(4), files.oneIn(8) ? ';' : ',');
         line.erase(std::min(line.find('\n'), line.size()));
@@ -230,7 +231,7 @@ TEST_F(AnyImport, OfARecordComesToWhatTheReferenceComesTo) {
         ++outcomes[{error.empty() ? importer.csvType : 6, importer.line.size() > line.size()}];
     }
     for (const int code : {5, 6, 8}) {
-        EXPECT_GT(outcomes[std::make_pair(code, true)], 100) << code;
+        EXPECT_GT(outcomes[std::make_pair(code, true)], rounds(100)) << code;
     }
 }
 
