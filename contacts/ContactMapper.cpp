@@ -48,7 +48,8 @@ constexpr Choice furtherChoices[] = {
 constexpr Choice nameChoices[] = {{&Contact::lastName, Meaning::displayName}, {&Contact::lastName, Meaning::nickname}};
 
 /// The address in the phone's own form.
-constexpr Choice ownAddress[] = {{&Contact::address1, Meaning::addressLine1}, {&Contact::address2, Meaning::addressLine2}};
+constexpr Choice ownAddress[] = {{&Contact::address1, Meaning::addressLine1},
+                                 {&Contact::address2, Meaning::addressLine2}};
 
 /// One of the addresses that a record may have; the first that there is becomes the contact's.
 struct Address {
