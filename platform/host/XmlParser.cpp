@@ -1,10 +1,13 @@
 #include "XmlParser.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -110,6 +113,106 @@ private:
     std::vector<std::size_t> starts_;
 };
 
+/// Bytes that are looked at together where names are compared.
+constexpr std::size_t blockSize = 32;
+
+constexpr std::array<char, 2 * blockSize> makeFrontMasks() {
+    std::array<char, 2 * blockSize> masks{};
+    for (std::size_t i = 0; i < blockSize; ++i) {
+        masks[i] = '\xFF';
+    }
+    return masks;
+}
+
+/// Read from `blockSize - length` on, a mask of the first `length` bytes of a block.
+constexpr auto frontMasks = makeFrontMasks();
+
+/// Whether the first `length` bytes of two blocks are the same. Without a branch, and so without a call.
+bool haveSameFront(const char* first, const char* second, std::size_t length) {
+    const char* const mask = frontMasks.data() + blockSize - length;
+    std::uint64_t difference = 0;
+    for (std::size_t i = 0; i < blockSize; i += sizeof difference) {
+        std::uint64_t a;
+        std::uint64_t b;
+        std::uint64_t kept;
+        std::memcpy(&a, first + i, sizeof a);
+        std::memcpy(&b, second + i, sizeof b);
+        std::memcpy(&kept, mask + i, sizeof kept);
+        difference |= (a ^ b) & kept;
+    }
+    return difference == 0;
+}
+
+/// An element's name in a block of its own, zero-terminated.
+struct Name {
+    std::array<char, blockSize> block;
+    std::size_t length;
+    Name* next;   ///< The name that came next the last time, or null,
+    Name* other;  ///< and the last one before that was another.
+
+    const char* text() const { return block.data(); }
+
+    /// Whether this name and a `>` stand at `at`, where a block can be read.
+    bool standsAt(const char* at) const { return at[length] == '>' && haveSameFront(at, text(), length); }
+};
+
+/// The names that a message uses. Messages are lists of the same elements in nearly the same order, so mostly the name
+/// that came after another one comes after it again: then a comparison takes the place of reading it byte by byte.
+class KnownNames {
+public:
+    KnownNames() = default;
+    KnownNames(const KnownNames&) = delete;
+    KnownNames& operator=(const KnownNames&) = delete;
+
+    /// Returns the name that stands at `at`, where a block can be read, with a `>`, if it is one that was expected.
+    const Name* expectedAt(const char* at) {
+        if (last_->next != nullptr && last_->next->standsAt(at)) {
+            return last_->next;
+        }
+        if (last_->other != nullptr && last_->other->standsAt(at)) {
+            std::swap(last_->next, last_->other);
+            return last_->next;
+        }
+        return nullptr;
+    }
+
+    /// Goes on with the expected name.
+    void goOn() { last_ = last_->next; }
+
+    /// Goes on with the name that came.
+    void goOn(std::string_view text) {
+        if (Name* const name = find(text)) {
+            if (last_->next != name) {
+                last_->other = std::exchange(last_->next, name);
+            }
+            last_ = name;
+        }
+    }
+
+private:
+    /// Returns the name, which is kept if it is new and there is room for it, or null.
+    Name* find(std::string_view text) {
+        Name* const end = names_.data() + count_;
+        Name* const found = std::find_if(names_.data() + 1, end, [&](const Name& name) {
+            return name.length == text.size() && name.text() == text;
+        });
+        if (found != end) {
+            return found;
+        }
+        if (count_ == names_.size() || text.size() >= blockSize) {
+            return nullptr;
+        }
+        std::memcpy(found->block.data(), text.data(), text.size());
+        found->length = text.size();
+        ++count_;
+        return found;
+    }
+
+    std::array<Name, 64> names_{};  ///< The first one is what the message begins with: none.
+    std::size_t count_ = 1;
+    Name* last_ = names_.data();
+};
+
 /// A mark that ends something. Where a search for it failed, any later one would: so it is not tried again, or a
 /// message of nothing but begins would take quadratic time.
 struct EndMark {
@@ -133,8 +236,9 @@ public:
     /// Returns whether every element has its end at the right place and nothing is cut off.
     bool run() {
         std::size_t place = 0;
-        while ((place = message_.find('<', place)) != none) {
-            const std::size_t behind = takeMarkup(place);
+        while ((place = findMarkup(place)) != none) {
+            std::size_t behind = takeExpected(place);
+            behind = behind != none ? behind : takeMarkup(place);
             if (behind == none) {
                 ++place;
             } else {
@@ -149,6 +253,38 @@ public:
     }
 
 private:
+    /// Mostly a tag follows right behind another one, where a search would only cost.
+    std::size_t findMarkup(std::size_t place) const {
+        return place < message_.size() && message_[place] == '<' ? place : message_.find('<', place);
+    }
+
+    /// Takes the element at `place`, which holds a `<`, if it has the expected name, no attributes, and nothing but text
+    /// in it. Returns the place behind it, or `none`: then nothing is taken. This is what lists consist of; it does
+    /// nothing that the other functions would not do as well, in more steps.
+    std::size_t takeExpected(std::size_t place) {
+        const char* const begin = message_.data() + place + 1;
+        const Name* const name = room(begin) < blockSize ? nullptr : knownNames_.expectedAt(begin);
+        if (name == nullptr) {
+            return none;
+        }
+        const char* const text = begin + name->length + 1;
+        const char* const close = static_cast<const char*>(std::memchr(text, '<', room(text)));
+        if (close == nullptr || room(close) < blockSize + 2 || close[1] != '/' || !name->standsAt(close + 2)) {
+            return none;
+        }
+        reportText(place);
+        knownNames_.goOn();
+        const char* noAttributes = nullptr;
+        tagBegin_(userData_, name->text(), &noAttributes);
+        if (text != close) {
+            data_(userData_, text, static_cast<int>(close - text));
+        }
+        tagEnd_(userData_, name->text());
+        return static_cast<std::size_t>(close - message_.data()) + name->length + 3;
+    }
+
+    std::size_t room(const char* at) const { return static_cast<std::size_t>(message_.data() + message_.size() - at); }
+
     /// Takes the markup at `place`, which holds a `<`. Returns the place behind it, or `none` if it is none.
     std::size_t takeMarkup(std::size_t place) {
         const char next = at(place + 1);
@@ -279,7 +415,9 @@ private:
 
     void reportBegin(std::size_t place, std::size_t nameEnd, const char** attributes) {
         reportText(place);
-        openElements_.push(message_.substr(place + 1, nameEnd - place - 1));
+        const std::string_view name = message_.substr(place + 1, nameEnd - place - 1);
+        knownNames_.goOn(name);
+        openElements_.push(name);
         tagBegin_(userData_, openElements_.innermost(), attributes);
     }
 
@@ -428,6 +566,7 @@ private:
     bool isSound_ = true;
     bool endsInside_ = false;  ///< The message ends in what may have become markup.
     OpenElements openElements_;
+    KnownNames knownNames_;
     std::size_t textStart_ = 0;  ///< Where the last piece of the current text starts.
     std::string joined_;         ///< The pieces of the current text before that.
     TagTexts tag_;               ///< The tag that is being read.

@@ -272,6 +272,59 @@ TEST(XmlParser, ReadsOnAsTextWhereMarkupHasNoEnd) {
     });
 }
 
+TEST(XmlParser, ReadsAnElementTheSameWhateverCameBefore) {
+    const std::string longest(31, 'n');
+    const std::string pieces[] = {
+        "<Number>1</Number>",
+        "<Number></Number>",
+        "<Number>1</Number >",
+        "<Number a='1'>2</Number>",
+        "<Number/>",
+        "<Number>1<b/>2</Number>",
+        "<Number>1<!-- -->2</Number>",
+        "<Number>1 < 2</Number>",
+        "<Number>1</Numbers>2</Number>",
+        "<Number>1</Numbe>2</Number>",
+        "<Numbers>1</Numbers>",
+        "<Numbe>1</Numbe>",
+        "<Numbes>1</Numbes>",
+        "<Number>1</Numbes>2</Number>",
+        "<>1</>",
+        "< >1</ >",
+        "text",
+        "<" + longest + ">1</" + longest + ">",
+        "<" + longest + "n>1</" + longest + "n>",
+        "<" + longest + "nn>1</" + longest + "nn>",
+    };
+    // Events of a piece in an element that has another one at its end, which keeps texts apart.
+    const std::string end = "<end>\n</end>\n";
+    const auto eventsOf = [&](const std::string& inside) {
+        const std::string begin = "<e>\n";
+        const std::string events = parse("<e>" + inside + "<end/></e>").asText();
+        return events.substr(begin.size(), events.rfind(end) - begin.size());
+    };
+    for (const std::string& first : pieces) {
+        for (const std::string& second : pieces) {
+            const std::string pair = first + "<end/>" + second + "<end/>";
+            const std::string events = eventsOf(first) + end + eventsOf(second) + end;
+            EXPECT_EQ(eventsOf(pair + pair + pair), events + events + events);
+        }
+    }
+}
+
+TEST(XmlParser, ReadsMoreNamesThanItRemembers) {
+    std::string message;
+    std::string events;
+    for (int round = 0; round < 3; ++round) {
+        for (int i = 0; i < 200; ++i) {
+            const std::string name = "name" + std::to_string(i);
+            message += "<" + name + ">" + std::to_string(round) + "</" + name + ">";
+            events += "<" + name + ">\n[" + std::to_string(round) + "]\n</" + name + ">\n";
+        }
+    }
+    EXPECT_EQ(parse("<all>" + message + "</all>").asText(), "<all>\n" + events + "</all>\n");
+}
+
 TEST(XmlParser, StopsAtTheGivenLength) {
     XmlEvents events;
     const std::string message = "<a>1</a><b>2</b>";
