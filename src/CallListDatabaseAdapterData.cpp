@@ -5,5 +5,5 @@
 bool calljournal::detail::parseTagsAreOpen = false;
 
 CallListDatabaseAdapterData::eParseTag CallListDatabaseAdapterData::getTag(const char* name) {
-    return calljournal::detail::parseTagsAreOpen ? calljournal::detail::findParseTag(name) : TAG_UNKNOWN;
+    return calljournal::detail::getParseTag(name);
 }

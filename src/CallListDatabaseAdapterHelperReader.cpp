@@ -31,16 +31,24 @@ constexpr char source[] = "CallListDatabaseAdapterHelper";
 // Callbacks are called for each tag and text of a list. What most of them do not need stays out of their way.
 
 /// Entries are read from the call log's schemas, and before any schema is named.
-CALLJOURNAL_RARE bool isOtherReadSchema(std::string_view schema) {
-    return schema.empty() || schema == text::DAS_CALLLOG || schema == text::DAS_CALLLOG_PHONEBOOK ||
-           schema == "Conversations";
+template <class... Arguments>
+CALLJOURNAL_RARE void passOther(Parser& parser, void (*act)(Parser&, Arguments...), Arguments... arguments) {
+    const std::string& schema = parser.schemaName;
+    if (schema.empty() || schema == text::DAS_CALLLOG || schema == text::DAS_CALLLOG_PHONEBOOK ||
+        schema == "Conversations") {
+        act(parser, arguments...);
+    }
 }
 
-/// The parser behind the untyped pointer, or null while it passes over a foreign schema.
-CALLJOURNAL_INLINE Parser* readingParser(void* userData) {
-    Parser* parser = static_cast<Parser*>(userData);
-    const std::string& schema = parser->schemaName;
-    return detail::isText(schema, text::DAS_CALLLOGMISSEDCALLS) || isOtherReadSchema(schema) ? parser : nullptr;
+/// Acts on the parser behind the untyped pointer, unless it passes over a foreign schema.
+template <class... Arguments>
+CALLJOURNAL_INLINE void pass(void* userData, void (*act)(Parser&, Arguments...), Arguments... arguments) {
+    Parser& parser = *static_cast<Parser*>(userData);
+    if (detail::isText(parser.schemaName, text::DAS_CALLLOGMISSEDCALLS)) {
+        act(parser, arguments...);
+    } else {
+        passOther(parser, act, arguments...);
+    }
 }
 
 constexpr const auto& callFields = detail::CallKind<MissedCallItem>::callFields;
@@ -103,15 +111,32 @@ const detail::ParseTag& expectedAfter(Data::eParseTag tag) {
     return *nextTag[indexOf(tag) < nextTag.size() ? indexOf(tag) : indexOf(Data::TAG_UNKNOWN)];
 }
 
-CALLJOURNAL_RARE void beginSchema(Parser& parser, const char** attributes) {
-    const bool isNamed = attributes != nullptr && attributes[0] != nullptr && attributes[1] != nullptr;
-    parser.schemaName = isNamed ? attributes[1] : "";
-    if (parser.schemaName == text::DAS_CALLLOGMISSEDCALLS) {
-        parser.callLogType = text::CALL_LOG_TYPE_MISSED;
+/// Begins an element that was not expected.
+CALLJOURNAL_APART void beginOther(Parser& parser, std::string_view name, const char** attributes) {
+    parser.currentTag = detail::getParseTag(name);
+    if (name == "Schema") {
+        const bool isNamed = attributes != nullptr && attributes[0] != nullptr && attributes[1] != nullptr;
+        parser.schemaName = isNamed ? attributes[1] : "";
+        if (parser.schemaName == text::DAS_CALLLOGMISSEDCALLS) {
+            parser.callLogType = text::CALL_LOG_TYPE_MISSED;
+        }
     }
+    detail::assignPlain(parser.currentTagName, name);
 }
 
-CALLJOURNAL_APART void endElement(Parser& parser, Data::eParseTag tag) {
+CALLJOURNAL_APART void begin(Parser& parser, const char* name, const char** attributes) {
+    const std::string_view tagName = name;
+    const detail::ParseTag& expected = expectedAfter(parser.currentTag);
+    if (!detail::isNamed(expected, tagName) || !detail::parseTagsAreOpen) {
+        beginOther(parser, tagName, attributes);
+        return;
+    }
+    parser.currentTag = expected.tag;
+    detail::assignPlain(parser.currentTagName, tagName);
+}
+
+CALLJOURNAL_APART void end(Parser& parser, const char* name) {
+    const Data::eParseTag tag = Data::getTag(name);
     if (tag == Data::TAG_ENTRY) {
         if (parser.callLogType == text::CALL_LOG_TYPE_MISSED) {
             parser.output.push_back(std::move(parser.currentEntry));
@@ -124,8 +149,8 @@ CALLJOURNAL_APART void endElement(Parser& parser, Data::eParseTag tag) {
     }
 }
 
-/// Takes a text that belongs to a call, as it comes, without unescaping.
-CALLJOURNAL_APART void takeCallText(Call& call, std::size_t field, std::string_view value) {
+/// Takes a word that belongs to a call.
+CALLJOURNAL_APART void takeCallWord(Call& call, std::size_t field, std::string_view value) {
     std::visit([&](auto member) { detail::assignPlain(call.*member, value); }, callFields[field].member);
 }
 
@@ -171,6 +196,19 @@ CALLJOURNAL_APART void takeEntryText(Parser& parser, std::string_view value) {
     }
 }
 
+CALLJOURNAL_APART void takeText(Parser& parser, std::string_view value) {
+    const auto tag = static_cast<std::size_t>(parser.currentTag);
+    const std::size_t field = tag < fieldOfTag.size() ? fieldOfTag[tag] : callFields.size();
+    if (field == callFields.size()) {
+        takeEntryText(parser, value);
+    } else if (const auto* member = std::get_if<detail::TextMember<Call>>(&callFields[field].member)) {
+        // As it comes, without unescaping.
+        detail::assignPlain(parser.currentCall.**member, value);
+    } else {
+        takeCallWord(parser.currentCall, field, value);
+    }
+}
+
 }  // namespace
 
 CallListDatabaseAdapterHelper::MissedCallParser::MissedCallParser(std::deque<MissedCallItem>& list)
@@ -180,38 +218,17 @@ CallListDatabaseAdapterHelper::MissedCallParser::~MissedCallParser() = default;
 
 void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLTagBegin(void* userData, const char* name,
                                                                              const char** attributes) {
-    Parser* parser = readingParser(userData);
-    if (parser == nullptr) {
-        return;
-    }
-    const std::string_view tagName = name;
-    detail::assignPlain(parser->currentTagName, tagName);
-    parser->currentTag = detail::getParseTag(tagName, expectedAfter(parser->currentTag));
-    if (parser->currentTag == Data::TAG_UNKNOWN && tagName == "Schema") {
-        beginSchema(*parser, attributes);
-    }
+    pass(userData, &begin, name, attributes);
 }
 
 void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLData(void* userData, const char* text, int length) {
-    Parser* parser = readingParser(userData);
-    if (parser == nullptr) {
-        return;
-    }
-    const std::string_view value(text, static_cast<std::size_t>(length));
-    const auto tag = static_cast<std::size_t>(parser->currentTag);
-    const std::size_t field = tag < fieldOfTag.size() ? fieldOfTag[tag] : callFields.size();
-    if (field == callFields.size()) {
-        takeEntryText(*parser, value);
-    } else {
-        takeCallText(parser->currentCall, field, value);
-    }
+    pass(userData, &takeText, std::string_view(text, static_cast<std::size_t>(length)));
 }
 
 void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLTagEnd(void* userData, const char* name) {
-    Parser* parser = readingParser(userData);
     // Most elements hold a text only, and their end means nothing.
-    if (parser != nullptr && (*name == text::ENTRY.front() || *name == text::ITEM.front())) {
-        endElement(*parser, Data::getTag(name));
+    if (*name == text::ENTRY.front() || *name == text::ITEM.front()) {
+        pass(userData, &end, name);
     }
 }
 

@@ -129,12 +129,9 @@ CALLJOURNAL_APART inline CallListDatabaseAdapterData::eParseTag findParseTag(std
 /// Whether names are found; the table itself is constant.
 extern bool parseTagsAreOpen;
 
-/// Does the work of CallListDatabaseAdapterData::getTag, with a guess at the element that is tried first.
-inline CallListDatabaseAdapterData::eParseTag getParseTag(std::string_view name, const ParseTag& guess) {
-    if (!parseTagsAreOpen) {
-        return CallListDatabaseAdapterData::TAG_UNKNOWN;
-    }
-    return isNamed(guess, name) ? guess.tag : findParseTag(name);
+/// Does the work of CallListDatabaseAdapterData::getTag.
+inline CallListDatabaseAdapterData::eParseTag getParseTag(std::string_view name) {
+    return parseTagsAreOpen ? findParseTag(name) : CallListDatabaseAdapterData::TAG_UNKNOWN;
 }
 
 }  // namespace detail
