@@ -133,7 +133,7 @@ TEST(ListWork, ReadsAListIntoWhatIsKeptOnly) {
     const WorkCounters copying = costOf([&] { const std::deque<MissedCallItem> copy(list); });
     ASSERT_EQ(list.size(), 100U);
     EXPECT_LE(reading.allocations, copying.allocations + 100 * 7);
-    EXPECT_LT(reading.blocks, 100 * 10 * 19 * 45U);
+    EXPECT_LT(reading.blocks, 100 * 10 * 19 * 50U);
 }
 
 TEST(ListWork, SortsWithoutAnAllocationForEachEntry) {
