@@ -68,6 +68,8 @@ std::vector<Step> tour(const std::string& examples) {
         {"A file that is refused, with the place.",
          {"import", examples + "/contacts/refused-default-dial.csv"},
          exitRefused},
+        {"An export of another program, which the phone would refuse, made fit for it first.",
+         {"import", "--convert", examples + "/contacts/refused-web-export.csv"}},
     };
 }
 
@@ -77,7 +79,7 @@ std::string quoted(const std::string& argument) {
         argument.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_./+") ==
             std::string::npos &&
         !argument.empty();
-    return isPlain ? argument : "'" + argument + "'";
+    return isPlain ? argument : "'" + boost::algorithm::replace_all_copy(argument, "'", "'\\''") + "'";
 }
 
 }  // namespace

@@ -384,7 +384,8 @@ TEST_F(Command, TheTourShowsEachStep) {
          {"64 missed calls recorded in", "$ calljournal list missed", "missedCallsUpdate",
           "<Method>missedCallsCountUpdate</Method>", "<Method>dialledCallsUpdate</Method>",
           "<Method>receivedCallsUpdate</Method>", "<Method>forwardedCallsUpdate</Method>",
-          "Anneliese Schäfer, +49 221 998877, 2 calls", "callback entry", "deleted: missed entry 2"}) {
+          "Anneliese Schäfer, +49 221 998877, 2 calls", "callback entry", "deleted: missed entry 2",
+          "--surname 'O'\\''Brien'", "$ calljournal import --convert examples/contacts/refused-web-export.csv"}) {
         EXPECT_NE(tour.out.find(step), std::string::npos) << step << tour.out;
     }
 }
