@@ -119,10 +119,12 @@ private:
         ~Filling() { columns_.resize(count_); }
 
         void add(std::string_view column) {
-            if (count_ < columns_.size()) {
-                columns_[count_].assign(column.data(), column.size());
-            } else {
+            if (count_ == columns_.size()) {
                 columns_.emplace_back(column);
+            } else if (column.empty()) {
+                columns_[count_].clear();  // as most columns are
+            } else {
+                columns_[count_].assign(column.data(), column.size());
             }
             ++count_;
         }

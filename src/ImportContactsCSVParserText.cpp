@@ -7,7 +7,10 @@
 
 namespace {
 
-/// How UTF-8 writes the characters of one length.
+/// The first byte that is no character of its own.
+constexpr unsigned char firstLead = 0x80;
+
+/// How UTF-8 writes the longer characters of one length.
 struct Form {
     unsigned char leadMask;  ///< The bits of the lead byte that tell the length ...
     unsigned char leadBits;  ///< ... and their value.
@@ -17,7 +20,6 @@ struct Form {
 };
 
 constexpr Form forms[] = {
-    {0x80, 0x00, 0, 0x0, 0x7F},
     {0xE0, 0xC0, 1, 0x80, 0x7FF},
     {0xF0, 0xE0, 2, 0x800, 0xFFFF},
     {0xF8, 0xF0, 3, 0x10000, 0x10FFFF},
@@ -36,7 +38,7 @@ bool isSurrogate(std::uint32_t codePoint) {
     return codePoint >= 0xD800 && codePoint <= 0xDFFF;
 }
 
-/// Returns the start of the character after the one at `text`, a null pointer if that one is malformed. Never reads
+/// Returns the start of the character after the longer one at `text`, a null pointer if that one is malformed. Never reads
 /// past the terminating zero, which is no following byte.
 const unsigned char* nextCharacter(const unsigned char* text) {
     const Form* form = formOf(*text);
@@ -64,6 +66,10 @@ std::string ImportContactsCSVParser::trimFieldLength(const std::string& field) {
 bool ImportContactsCSVParser::is_valid_utf8(const char* text) const {
     auto character = reinterpret_cast<const unsigned char*>(text);
     while (character != nullptr && *character != 0) {
+        if (*character < firstLead) {
+            ++character;
+            continue;
+        }
         character = nextCharacter(character);
         if (character == nullptr) {
             return false;
@@ -80,7 +86,7 @@ std::string ImportContactsCSVParser::convertUnicodeANSIToUTF8(unsigned char* dat
     converted.reserve(4 * static_cast<std::size_t>(length));
     for (int index = 0; index < length; ++index) {
         const unsigned byte = data[index];
-        if (byte < 0x80) {
+        if (byte < firstLead) {
             converted += static_cast<char>(byte);
         } else {
             converted += static_cast<char>(0xC0 | byte >> 6);
