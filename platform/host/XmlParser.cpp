@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -145,10 +146,10 @@ bool haveSameFront(const char* first, const char* second, std::size_t length) {
 
 /// An element's name in a block of its own, zero-terminated.
 struct Name {
-    std::array<char, blockSize> block;
-    std::size_t length;
-    Name* next;   ///< The name that came next the last time, or null,
-    Name* other;  ///< and the last one before that was another.
+    std::array<char, blockSize> block{};
+    std::size_t length = 0;
+    Name* next = nullptr;   ///< The name that came next the last time, or null,
+    Name* other = nullptr;  ///< and the last one before that was another.
 
     const char* text() const { return block.data(); }
 
@@ -190,27 +191,28 @@ public:
     }
 
 private:
+    static constexpr std::size_t mostNames = 64;
+
     /// Returns the name, which is kept if it is new and there is room for it, or null.
     Name* find(std::string_view text) {
-        Name* const end = names_.data() + count_;
-        Name* const found = std::find_if(names_.data() + 1, end, [&](const Name& name) {
+        const auto found = std::find_if(names_.begin(), names_.end(), [&](const Name& name) {
             return name.length == text.size() && name.text() == text;
         });
-        if (found != end) {
-            return found;
+        if (found != names_.end()) {
+            return &*found;
         }
-        if (count_ == names_.size() || text.size() >= blockSize) {
+        if (names_.size() == mostNames || text.size() >= blockSize) {
             return nullptr;
         }
-        std::memcpy(found->block.data(), text.data(), text.size());
-        found->length = text.size();
-        ++count_;
-        return found;
+        Name& name = names_.emplace_back();
+        std::memcpy(name.block.data(), text.data(), text.size());
+        name.length = text.size();
+        return &name;
     }
 
-    std::array<Name, 64> names_{};  ///< The first one is what the message begins with: none.
-    std::size_t count_ = 1;
-    Name* last_ = names_.data();
+    std::deque<Name> names_;  ///< They stay where they are.
+    Name none_{};             ///< What a message begins with.
+    Name* last_ = &none_;
 };
 
 /// A mark that ends something. Where a search for it failed, any later one would: so it is not tried again, or a
