@@ -64,20 +64,23 @@ inline void copyBytes(char* out, const char* text, std::size_t length) {
     }
 }
 
-/// Returns the place of the first `byte` from `at` on, or `end`.
-inline const char* findByte(const char* at, const char* end, char byte) {
+/// Returns the place of the first of `bytes` from `at` on, or `end`.
+template <class... Byte>
+const char* findAny(const char* at, const char* end, Byte... bytes) {
 #ifdef __SSE2__
-    const __m128i wanted = _mm_set1_epi8(byte);
     for (; end - at >= 16; at += 16) {
         const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-        const int matches = _mm_movemask_epi8(_mm_cmpeq_epi8(block, wanted));
+        const int matches = _mm_movemask_epi8((... | _mm_cmpeq_epi8(block, _mm_set1_epi8(bytes))));
         if (matches != 0) {
             return at + __builtin_ctz(static_cast<unsigned>(matches));
         }
     }
 #endif
-    const void* found = std::memchr(at, byte, static_cast<std::size_t>(end - at));
-    return found == nullptr ? end : static_cast<const char*>(found);
+    for (const char byte : {bytes...}) {
+        const void* found = std::memchr(at, byte, static_cast<std::size_t>(end - at));
+        end = found == nullptr ? end : static_cast<const char*>(found);
+    }
+    return end;
 }
 
 }  // namespace detail

@@ -34,13 +34,13 @@ const Tag& readTag(const ItemField<Base>& field) {
 }
 
 /// Takes the begin tag of the field. Returns the tag that was there, or null.
-template <class Call>
-const Tag* takeBegin(WrittenText& walk, const CallField<Call>& field) {
+template <class Walk, class Call>
+const Tag* takeBegin(Walk& walk, const CallField<Call>& field) {
     return walk.takeBegin(field.tag) ? &field.tag : nullptr;
 }
 
-template <class Base>
-const Tag* takeBegin(WrittenText& walk, const ItemField<Base>& field) {
+template <class Walk, class Base>
+const Tag* takeBegin(Walk& walk, const ItemField<Base>& field) {
     if (walk.takeBegin(field.readAs)) {
         return &field.readAs;
     }
@@ -48,11 +48,11 @@ const Tag* takeBegin(WrittenText& walk, const ItemField<Base>& field) {
 }
 
 /// Takes the fields that stand at the walk, in the order of the table, and hands the raw text of each to `take` by its
-/// index. Returns false if a text holds markup. A field that does not stand there counts as absent and empty, also where
+/// index. Returns false if a text stops before its end tag. A field that does not stand there counts as absent and empty, also where
 /// it stands under the name that only writing uses; that holds if nothing but expected tags follows.
-template <class Fields, class Take>
-bool takeFields(WrittenText& walk, const Fields& fields, Take take) {
-    WrittenText here = walk;  // in registers, this loop being most of the work
+template <class Walk, class Fields, class Take>
+bool takeFields(Walk& walk, const Fields& fields, Take take) {
+    Walk here = walk;  // in registers, this loop being most of the work
     for (std::size_t i = 0; i < std::size(fields); ++i) {
         std::string_view raw;
         if (const Tag* tag = takeBegin(here, fields[i])) {
@@ -108,10 +108,10 @@ void readCall(const char* xml, typename CallKind<Item>::Call& call) {
     }
 }
 
-/// Appends the call that stands at the walk, if it is just as it was written; there must be no entities in it. An "Item"
-/// without any text does not count.
+/// Appends the call that stands at the walk, if it is just as it was written and without entities. An "Item" without any
+/// text does not count.
 template <class Item>
-bool takeCall(WrittenText& walk, CallsOf<Item>& calls) {
+bool takeCall(PlainText& walk, CallsOf<Item>& calls) {
     constexpr const auto& fields = CallKind<Item>::callFields;
     if (!walk.takeBegin(itemTag)) {
         return false;
@@ -148,12 +148,10 @@ bool readCalls(const char* xml, const char* end, CallsOf<Item>& calls) {
     if (begin == nullptr) {
         return false;
     }
-    WrittenText walk(begin, end);
+    PlainText walk(begin, end);
     const char* rest = begin;
-    if (!mayHoldEntities(begin, end)) {
-        while (takeCall<Item>(walk, calls)) {
-            rest = walk.at();
-        }
+    while (takeCall<Item>(walk, calls)) {
+        rest = walk.at();
     }
     // No end tag can stand among the calls that were taken.
     const char* const close = findClose(rest, logListTag);

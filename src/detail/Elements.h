@@ -48,10 +48,11 @@ FoundElement findElement(const char* cursor, std::string_view tag);
 
 /// A walk over an entry or a call that may be just as it was written: one element behind the other in the order of the
 /// table, each text without markup. Every "<" that the walk has passed was then a tag that it expected, so no other
-/// element can have stood there, and nothing needs to be searched for.
-class WrittenText {
+/// element can have stood there, and nothing needs to be searched for. A text ends at the first of `stops`.
+template <char... stops>
+class Walk {
 public:
-    WrittenText(const char* at, const char* end) : at_(at), end_(end) {}
+    Walk(const char* at, const char* end) : at_(at), end_(end) {}
 
     const char* at() const { return at_; }
     bool isAtEnd() const { return at_ == end_; }
@@ -68,10 +69,10 @@ public:
         return stands;
     }
 
-    /// Steps over the text up to the next "<", or to the end, and returns it.
+    /// Steps over the text up to the next stop, or to the end, and returns it.
     std::string_view takeText() {
         const char* const start = at_;
-        at_ = findByte(start, end_, '<');
+        at_ = findAny(start, end_, stops...);
         return std::string_view(start, static_cast<std::size_t>(at_ - start));
     }
 
@@ -82,12 +83,14 @@ private:
     const char* end_;
 };
 
+/// Texts with entities are taken as they stand ...
+using WrittenText = Walk<'<'>;
+
+/// ... or stop the walk.
+using PlainText = Walk<'<', '&'>;
+
 /// Whether unescaping could change `raw`; every platform leaves a text without ampersand as it is.
 bool mayHoldEntities(std::string_view raw);
-
-inline bool mayHoldEntities(const char* begin, const char* end) {
-    return mayHoldEntities(std::string_view(begin, static_cast<std::size_t>(end - begin)));
-}
 
 /// Stores `raw` in `out`, unescaped by the platform.
 void assignUnescaped(std::string& out, std::string_view raw);
