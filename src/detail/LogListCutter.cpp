@@ -20,8 +20,11 @@ const char* LogListCutter::next() {
 
     const std::size_t open = text_.find(text::ITEM_XML_BEGIN, from);
     const std::size_t close = text_.find(text::ITEM_XML_CLOSE, from);
-    if (open == std::string::npos || close == std::string::npos) {
+    if (close == std::string::npos) {
         return nullptr;
+    }
+    if (open == std::string::npos) {
+        return nextWithoutBegin();
     }
     const std::size_t begin = open + text::ITEM_XML_BEGIN.size();
     if (begin >= close) {
@@ -38,6 +41,19 @@ const char* LogListCutter::next() {
     rest_ = close + text::ITEM_XML_CLOSE.size();
     text_[close] = '\0';
     return text_.c_str() + begin;
+}
+
+const char* LogListCutter::nextWithoutBegin() {
+    const std::string whole = text_.substr(0, kept_) + text_.substr(rest_);
+    constexpr std::size_t begin = text::ITEM_XML_BEGIN.size() - 1;
+    const std::size_t close = whole.find(text::ITEM_XML_CLOSE);
+    const std::string repeated = whole.substr(close + text::ITEM_XML_CLOSE.size());
+    if (begin >= close || (repeated + repeated).find(text::ITEM_XML_BEGIN) == std::string::npos) {
+        return nullptr;
+    }
+    // Neither tag is in it, so the next search ends the walk.
+    *this = LogListCutter(whole.substr(begin, close - begin));
+    return text_.c_str();
 }
 
 }  // namespace detail

@@ -14,11 +14,17 @@ class LogListCutter {
 public:
     explicit LogListCutter(std::string text);
 
-    /// Returns the next item's text, zero-terminated and valid until the next call; null when there is none: no begin
-    /// tag is left, or the first end tag does not stand behind the first begin tag with at least one byte in between.
+    /// Returns the next item's text, zero-terminated and valid until the next call; null when there is none: a tag is
+    /// missing, or the first end tag does not stand behind the first begin tag with at least one byte in between.
     const char* next();
 
 private:
+    /// The one case with an item though no begin tag is left. Cutting takes a missing begin tag for one that stands at
+    /// -1: all before the end tag but for five bytes is the item, nothing goes, and what is behind the end tag follows
+    /// once more. Where the seam of the two makes a begin tag, that is behind the end tag, and there is no further item.
+    /// Elsewhere the text would grow without end; there the walk is over without that item.
+    const char* nextWithoutBegin();
+
     std::string text_;
     std::size_t kept_ = 0;  ///< Bytes at the start that stand before all cuts.
     std::size_t rest_ = 0;  ///< Where the text goes on behind the last cut.

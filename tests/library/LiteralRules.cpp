@@ -485,9 +485,14 @@ bool decodeCalls(const Format& format, const std::string& xml, const Members& fr
     if (list.empty()) {
         return false;
     }
-    while (list.find("<Item>") != std::string::npos) {
+    for (;;) {
+        const bool hasBegin = list.find("<Item>") != std::string::npos;
         std::string text;
         if (!cutOut(list, "Item", text)) {
+            break;
+        }
+        // An end tag alone repeats what is behind it. If that makes no begin tag either, it does so for ever.
+        if (!hasBegin && list.find("<Item>") == std::string::npos) {
             break;
         }
         if (text.empty()) {
