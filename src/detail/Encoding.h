@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -18,52 +17,10 @@
 namespace calljournal {
 namespace detail {
 
-/// Where elements are written before they go to the end of a text: bytes of a string would be cleared first.
-class WriteBuffer {
-public:
-    explicit WriteBuffer(std::string& out) : out_(out) {}
-    WriteBuffer(const WriteBuffer&) = delete;
-    WriteBuffer& operator=(const WriteBuffer&) = delete;
+// Writing of one value, by its type: texts unless they are empty, words always. There must be room for it, and Tag::room
+// behind that.
 
-    /// Returns a place for `room` bytes.
-    char* open(std::size_t room) {
-        if (room > static_cast<std::size_t>(buffer_ + sizeof buffer_ - at_)) {
-            flush();
-        }
-        if (room > sizeof buffer_) {
-            large_.resize(room);
-            at_ = large_.data();
-        }
-        return at_;
-    }
-
-    /// Takes what was written from the place on up to `end`.
-    void close(const char* end) {
-        if (large_.empty()) {
-            at_ += end - at_;
-        } else {
-            out_.append(large_, 0, static_cast<std::size_t>(end - at_));
-            large_.clear();
-            at_ = buffer_;
-        }
-    }
-
-    /// Hands everything over.
-    void flush() {
-        out_.append(buffer_, static_cast<std::size_t>(at_ - buffer_));
-        at_ = buffer_;
-    }
-
-private:
-    std::string& out_;
-    char buffer_[1536];  // a call with names and numbers of usual length fits
-    std::string large_;
-    char* at_ = buffer_;
-};
-
-// Writing of one value to an open place, by its type: texts unless they are empty, words always.
-
-inline char* writeValue(char* at, const Tag& tag, const std::string& value) {
+inline char* writeText(char* at, const Tag& tag, std::string_view value) {
     if (value.empty()) {
         return at;
     }
@@ -72,20 +29,13 @@ inline char* writeValue(char* at, const Tag& tag, const std::string& value) {
     return tag.writeClose(at + value.size());
 }
 
+inline char* writeValue(char* at, const Tag& tag, const std::string& value) {
+    return writeText(at, tag, value);
+}
+
 template <class Value>
-char* writeValue(char* at, const Tag& tag, Value value) {
+CALLJOURNAL_INLINE char* writeValue(char* at, const Tag& tag, Value value) {
     return tag.writeClose(wordOf(value).write(tag.writeBegin(at)));
-}
-
-// The room that this takes at most, by the type of the value. Beyond it there must be Tag::room.
-
-inline std::size_t roomForValue(const std::string& value) {
-    return value.size();
-}
-
-template <class Value>
-constexpr std::size_t roomForValue(Value value) {
-    return longestWord(value);
 }
 
 template <class Call, class Value>
@@ -157,99 +107,110 @@ std::size_t roomForCalls(const Item& item) {
 
 /// Writes the "LogList" element with one "Item" for each call.
 template <class Item>
-void writeCalls(WriteBuffer& buffer, const Item& item) {
+char* writeCalls(char* at, const Item& item) {
     using Kind = CallKind<Item>;
-    buffer.close(logListTag.writeBegin(buffer.open(Tag::room)));
+    at = logListTag.writeBegin(at);
     for (const auto& call : (item.*Kind::calls)()) {
-        char* at = itemTag.writeBegin(buffer.open(roomForCall<Item>(call) + Tag::room));
+        at = itemTag.writeBegin(at);
         for (const auto& field : Kind::callFields) {
             std::visit([&](auto member) { at = writeValue(at, field.tag, call.*member); }, field.member);
         }
-        buffer.close(itemTag.writeClose(at));
+        at = itemTag.writeClose(at);
     }
-    buffer.close(logListTag.writeClose(buffer.open(Tag::room)));
+    return logListTag.writeClose(at);
 }
 
-// Writing of one item-level field. `Base` is the class whose accessors the field names.
-
-inline std::string withoutColons(std::string text) {
-    text.erase(std::remove(text.begin(), text.end(), ':'), text.end());
-    return text;
-}
-
-template <class Value>
-void writeElement(WriteBuffer& buffer, const Tag& tag, const Value& value) {
-    buffer.close(writeValue(buffer.open(tagsLength(tag) + roomForValue(value) + Tag::room), tag, value));
-}
-
-template <class Base>
-void writeAccess(WriteBuffer& buffer, const Tag& tag, const TextAccess<Base>& access, const Base& item) {
-    const std::string& value = (item.*access.get)();
-    switch (access.form) {
-        case Form::asItIs:
-            return writeElement(buffer, tag, value);
-        case Form::escaped:
-            return writeElement(buffer, tag, ClientUtils::escapeXMLString(value));
-        case Form::withoutColons:
-            return writeElement(buffer, tag, withoutColons(value));
+/// The item-level fields of a table as they are written. `Base` is the class whose accessors the fields name.
+template <class Fields, class Base>
+class FieldTexts {
+public:
+    FieldTexts(const Fields& fields, const Base& item) : fields_(fields) {
+        for (std::size_t i = 0; i < texts_.size(); ++i) {
+            texts_[i] =
+                std::visit([&](const auto& access) { return textOf(access, item, changed_[i]); }, fields_[i].access);
+        }
     }
-}
+    FieldTexts(const FieldTexts&) = delete;
+    FieldTexts& operator=(const FieldTexts&) = delete;
 
-template <class Base>
-void writeAccess(WriteBuffer& buffer, const Tag& tag, const FlagAccess<Base>& access, const Base& item) {
-    writeElement(buffer, tag, (item.*access.get)());
-}
+    std::size_t room() const {
+        std::size_t room = 0;
+        for (std::size_t i = 0; i < texts_.size(); ++i) {
+            room += tagsLength(fields_[i].writtenAs) + texts_[i].size();
+        }
+        return room;
+    }
 
-template <class Base>
-void writeField(WriteBuffer& buffer, const ItemField<Base>& field, const Base& item) {
-    std::visit([&](const auto& access) { writeAccess(buffer, field.writtenAs, access, item); }, field.access);
-}
+    char* write(char* at) const {
+        for (std::size_t i = 0; i < texts_.size(); ++i) {
+            at = writeText(at, fields_[i].writtenAs, texts_[i]);
+        }
+        return at;
+    }
 
-/// Room for one item-level field. Texts that are escaped may need more.
-template <class Base>
-std::size_t roomForField(const ItemField<Base>& field, const Base& item) {
-    const auto* text = std::get_if<TextAccess<Base>>(&field.access);
-    return tagsLength(field.writtenAs) + (text == nullptr ? longestWord(false) : (item.*text->get)().size());
-}
+private:
+    /// Returns what is written. If that is not what the item holds, it is kept in `changed`.
+    static std::string_view textOf(const TextAccess<Base>& access, const Base& item, std::string& changed) {
+        const std::string& text = (item.*access.get)();
+        switch (access.form) {
+            case Form::escaped:
+                return changed = ClientUtils::escapeXMLString(text);
+            case Form::withoutColons:
+                if (text.find(':') == std::string::npos) {
+                    return text;
+                }
+                return changed = withoutColons(text);
+            case Form::asItIs:
+                break;
+        }
+        return text;
+    }
 
-/// Spare room, enough for what escaping adds to most names.
-constexpr std::size_t roomForEscapes = 32;
+    static std::string_view textOf(const FlagAccess<Base>& access, const Base& item, std::string&) {
+        return wordOf((item.*access.get)());
+    }
+
+    static std::string withoutColons(std::string text) {
+        text.erase(std::remove(text.begin(), text.end(), ':'), text.end());
+        return text;
+    }
+
+    const Fields& fields_;
+    std::array<std::string_view, std::tuple_size_v<Fields>> texts_;
+    std::array<std::string, std::tuple_size_v<Fields>> changed_;
+};
+
+/// Appends what `write` writes to the room that it is given, and which it need not fill.
+template <class Write>
+void appendWritten(std::string& out, std::size_t room, Write write) {
+    const std::size_t size = out.size();
+    makeRoom(out, room + Tag::room);
+    out.resize(size + room + Tag::room);
+    out.resize(static_cast<std::size_t>(write(&out[size]) - out.data()));
+}
 
 /// Appends the log list of an item.
 template <class Item>
 void appendCalls(std::string& out, const Item& item) {
-    makeRoom(out, roomForCalls(item));
-    WriteBuffer buffer(out);
-    writeCalls(buffer, item);
-    buffer.flush();
+    appendWritten(out, roomForCalls(item), [&](char* at) { return writeCalls(at, item); });
 }
+
+/// What a body consists of that only names an item.
+inline constexpr std::array<ItemField<CallItemWithPicture>, 1> idFields = {partyFields[0]};
 
 /// Appends the item body: the unique id, and unless `onlyUniqueId` everything else.
 template <class Item>
 void appendBody(std::string& out, const Item& item, bool onlyUniqueId) {
-    const CallItemWithPicture& party = item;
-    WriteBuffer buffer(out);
+    const CallItemWithPicture& base = item;
     if (onlyUniqueId) {
-        writeField(buffer, partyFields[0], party);
-        return buffer.flush();
+        const FieldTexts id(idFields, base);
+        appendWritten(out, id.room(), [&](char* at) { return id.write(at); });
+        return;
     }
-    std::size_t room = roomForCalls(item) + roomForEscapes;
-    for (const auto& field : partyFields) {
-        room += roomForField(field, party);
-    }
-    for (const auto& field : CallKind<Item>::itemFields) {
-        room += roomForField(field, item);
-    }
-    makeRoom(out, room);
-
-    for (const auto& field : partyFields) {
-        writeField(buffer, field, party);
-    }
-    for (const auto& field : CallKind<Item>::itemFields) {
-        writeField(buffer, field, item);
-    }
-    writeCalls(buffer, item);
-    buffer.flush();
+    const FieldTexts party(partyFields, base);
+    const FieldTexts own(CallKind<Item>::itemFields, item);
+    appendWritten(out, party.room() + own.room() + roomForCalls(item),
+                  [&](char* at) { return writeCalls(own.write(party.write(at)), item); });
 }
 
 }  // namespace detail
