@@ -41,6 +41,8 @@ public:
     void setPictureClip(const std::string& clip);
 
 private:
+    friend struct calljournal::detail::CallKind<CallItemWithPicture>;
+
     std::string uniqueId_;
     std::string pictureClip_;
 };

@@ -186,7 +186,7 @@ CALLJOURNAL_APART void takeEntryText(Parser& parser, std::string_view value) {
             }
             break;
         case Data::TAG_PICTURE_CLIP:
-            entry.setPictureClip(std::string(value));
+            detail::assignPlain(entry.*detail::CallKind<CallItemWithPicture>::ownPictureClip, value);
             break;
         case Data::TAG_VIEWED:
             entry.setViewed(value == text::TRUE);

@@ -147,6 +147,12 @@ inline constexpr Tag itemTag = text::ITEM;
 template <class Item>
 struct CallKind;
 
+/// What all kinds share: the picture, which is long enough to be put into its place without a copy.
+template <>
+struct CallKind<CallItemWithPicture> {
+    static constexpr auto ownPictureClip = &CallItemWithPicture::pictureClip_;
+};
+
 template <>
 struct CallKind<MissedCallItem> {
     using Call = MissedCallItem::MissedCallInfo;
