@@ -91,7 +91,7 @@ private:
         files.overwrite = options_.force;
         files.limit = limit_;
         files.existing = options_.existing;
-        files.place = [this](const SpooledContact& contact) { return report_.place(contact); };
+        files.place = [this](const ContactOrigin& contact) { return report_.place(contact); };
         return files;
     }
 
@@ -123,27 +123,21 @@ private:
             report_.record(file, record, mapped, RecordResult::broken, nullptr);
             return;
         }
-        const std::string identity = ContactSpool::identityOf(mapped.contact);
         if (isEmpty(mapped.contact)) {
             report_.record(file, record, mapped, RecordResult::empty, nullptr);
             return;
         }
+        const std::string_view identity = spool_.identityOf(mapped.contact);
         std::uint64_t place = 0;
-        SpooledContact spooled;
         if (table_->find(identity, place)) {
-            spool_.read(place, spooled);
-            report_.record(file, record, mapped, RecordResult::duplicate, &spooled);
+            SpooledContact earlier;
+            spool_.read(place, earlier);
+            report_.record(file, record, mapped, RecordResult::duplicate, &earlier);
             return;
         }
-        spooled.contact = mapped.contact;
-        spooled.isJoinedAddress = mapped.isJoinedAddress;
-        spooled.file = static_cast<std::uint32_t>(file);
-        spooled.record = record.number;
-        spooled.firstLine = record.firstLine;
-        spooled.lastLine = record.lastLine;
-        place = spool_.add(spooled);
-        table_->add(identity, place);
-        near_.add(mapped.contact, place);
+        const ContactOrigin origin = {mapped.isJoinedAddress, static_cast<std::uint32_t>(file), record.number,
+                                      record.firstLine, record.lastLine};
+        near_.add(mapped.contact, spool_.add(origin, identity));
         ++contacts_;
         report_.record(file, record, mapped, RecordResult::taken, nullptr);
     }
@@ -224,7 +218,10 @@ private:
             if (options_.cut && limit_ != 0 && count == limit_ - options_.existing) {
                 break;
             }
-            readCurrent(here, contact);
+            const auto changed = current_.find(here);
+            if (changed != current_.end()) {
+                spool_.read(changed->second, contact);
+            }
             files.add(contact);
             ++count;
             *position = place;

@@ -71,7 +71,7 @@ std::string columnHints(const Recognition& recognition) {
 
 }  // namespace
 
-std::string ConvertReport::place(const SpooledContact& contact) const {
+std::string ConvertReport::place(const ContactOrigin& contact) const {
     return placeOf(files_[contact.file], contact.record, contact.firstLine, contact.lastLine);
 }
 
@@ -114,7 +114,7 @@ void ConvertReport::countRemarks(const MappedContact& mapped) {
         counts_.doubtful += remark.kind == Remark::doubtful ? 1 : 0;
         if (remark.kind == Remark::leftOut) {
             ++counts_.leftOut;
-            const auto known = leftOut_.find(std::string(remark.source));
+            const auto known = leftOut_.find(remark.source);
             if (known != leftOut_.end()) {
                 ++known->second;
             } else if (leftOut_.size() < mostColumnsTold) {

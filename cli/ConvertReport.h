@@ -2,6 +2,7 @@
 #define CALLJOURNAL_CONVERTREPORT_H
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <ostream>
 #include <string>
@@ -62,7 +63,7 @@ public:
     ConvertCounts& counts() { return counts_; }
 
     /// "contacts.csv: record 3 (lines 5 to 7)".
-    std::string place(const SpooledContact& contact) const;
+    std::string place(const ContactOrigin& contact) const;
 
 private:
     void countRemarks(const MappedContact& mapped);
@@ -75,7 +76,7 @@ private:
     std::vector<std::string> files_;
     std::ostream& out_;
     ConvertCounts counts_;
-    std::map<std::string, std::uint64_t> leftOut_;  ///< How many texts of each column were left out.
+    std::map<std::string, std::uint64_t, std::less<>> leftOut_;  ///< How many texts of each column were left out.
 };
 
 }  // namespace calljournal

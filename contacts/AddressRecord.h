@@ -16,6 +16,25 @@ struct AddressValue {
     std::string source;  ///< The name of the column or property: "Telefon geschäftlich", "TEL;TYPE=CELL".
 };
 
+/// The values of a record. Those of the next record take over their memory, since a book has many records and most are alike.
+class AddressValues {
+public:
+    /// Adds a value and returns it, for its members to be assigned.
+    AddressValue& add();
+    void dropLast() { --size_; }
+    void clear() { size_ = 0; }
+
+    std::size_t size() const { return size_; }
+    bool empty() const { return size_ == 0; }
+    const AddressValue& operator[](std::size_t index) const { return values_[index]; }
+    const AddressValue* begin() const { return values_.data(); }
+    const AddressValue* end() const { return values_.data() + size_; }
+
+private:
+    std::vector<AddressValue> values_;
+    std::size_t size_ = 0;  ///< Those behind it are of records before.
+};
+
 /// Something odd in an address book, with its place.
 struct Problem {
     std::size_t line;    ///< The physical line, from 1.
@@ -30,7 +49,7 @@ struct AddressRecord {
     std::size_t firstLine = 0;
     std::size_t lastLine = 0;
     /// In the order of the file. A meaning may occur more than once: the earlier value is the preferred one.
-    std::vector<AddressValue> values;
+    AddressValues values;
     std::vector<Problem> problems;
     /// Why the record cannot be used; it has no values then. Empty for all others.
     std::string fault;

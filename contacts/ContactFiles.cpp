@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <string_view>
 #include <sys/stat.h>
@@ -12,7 +13,6 @@
 
 #include "CSVType.h"
 #include "ContactJson.h"
-#include "ImportProof.h"
 #include "PhoneFile.h"
 #include "VCard.h"
 
@@ -37,7 +37,7 @@ mode_t fileMode() {
 
 }  // namespace
 
-ContactFiles::ContactFiles(ContactFilesOptions options) : options_(std::move(options)) {
+ContactFiles::ContactFiles(ContactFilesOptions options) : options_(std::move(options)), mode_(fileMode()) {
     refuseExisting(options_.path);
 }
 
@@ -64,7 +64,7 @@ void ContactFiles::open() {
     if (descriptor_ < 0) {
         throw ContactFilesError(because(options_.path));
     }
-    ::fchmod(descriptor_, fileMode());
+    ::fchmod(descriptor_, mode_);
     temporary_.push_back(pattern);
     text_ = options_.format == ContactFormat::phone ? phoneFileHeader() : std::string();
 }
@@ -100,7 +100,8 @@ void ContactFiles::add(const SpooledContact& contact) {
             break;
     }
     if (options_.limit != 0) {
-        contacts_.push_back(contact);
+        contacts_.push_back(contact.contact);
+        origins_.push_back(contact);
     }
     if (text_.size() >= chunkSize) {
         flush();
@@ -109,27 +110,42 @@ void ContactFiles::add(const SpooledContact& contact) {
 
 void ContactFiles::close() {
     flush();
-    const bool isOnDisk = ::fsync(descriptor_) == 0 || errno == EINVAL;
-    const bool isClosed = ::close(std::exchange(descriptor_, -1)) == 0;
-    if (!isOnDisk || !isClosed) {
+    if (::close(std::exchange(descriptor_, -1)) != 0) {
         throw ContactFilesError(because(options_.path));
     }
     if (options_.format == ContactFormat::phone) {
-        std::vector<Contact> written(contacts_.size());
-        std::transform(contacts_.begin(), contacts_.end(), written.begin(),
-                       [](const SpooledContact& spooled) { return spooled.contact; });
-        ProofTask task;
-        task.file = temporary_.back();
-        task.limit = options_.limit;
-        task.existing = options_.existing;
-        task.contacts = &written;
-        task.place = [this](std::size_t index) { return options_.place(contacts_[index]); };
-        const std::string difference = provePhoneFile(task);
-        if (!difference.empty()) {
-            throw ProofError(difference);
-        }
+        prove();
     }
     contacts_.clear();
+    origins_.clear();
+}
+
+void ContactFiles::prove() {
+    if (!proof_) {
+        proof_.emplace();
+    }
+    ProofTask task;
+    task.file = temporary_.back();
+    task.limit = options_.limit;
+    task.existing = options_.existing;
+    task.contacts = &contacts_;
+    task.place = [this](std::size_t index) { return options_.place(origins_[index]); };
+    const std::string difference = proof_->prove(task);
+    if (!difference.empty()) {
+        throw ProofError(difference);
+    }
+}
+
+/// Brings the texts to the disk before names promise them. It waits once for all files: for each on its own, a disk takes
+/// some milliseconds.
+void ContactFiles::putOnDisk() const {
+    const int descriptor = ::open(temporary_.front().c_str(), O_RDONLY | O_CLOEXEC);
+    const bool isOnDisk = (temporary_.size() == 1 ? ::fsync(descriptor) : ::syncfs(descriptor)) == 0;
+    const std::string reason = because(options_.path);
+    ::close(descriptor);
+    if (!isOnDisk) {
+        throw ContactFilesError(reason);
+    }
 }
 
 void ContactFiles::finish() {
@@ -157,6 +173,7 @@ std::vector<std::string> ContactFiles::names() const {
 std::vector<std::string> ContactFiles::publish() {
     const std::vector<std::string> all = names();
     std::for_each(all.begin(), all.end(), [this](const std::string& name) { refuseExisting(name); });
+    putOnDisk();
     for (std::size_t i = 0; i < all.size(); ++i) {
         if (::rename(temporary_[i].c_str(), all[i].c_str()) != 0) {
             const std::string reason = because(all[i]);

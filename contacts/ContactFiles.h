@@ -4,11 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 #include "ContactSpool.h"
+#include "ImportProof.h"
 
 namespace calljournal {
 
@@ -34,7 +37,7 @@ struct ContactFilesOptions {
     unsigned limit = 100;   ///< The contacts that the phone holds; 0: there is no phone, and one file for all.
     unsigned existing = 0;  ///< Those it holds already; below `limit`.
     /// Names a contact for a sentence.
-    std::function<std::string(const SpooledContact&)> place;
+    std::function<std::string(const ContactOrigin&)> place;
 };
 
 /// Writes contacts to as many files as the phone's limit asks for. Nothing stands under a final name before publish();
@@ -61,16 +64,22 @@ public:
 
 private:
     unsigned capacity() const { return options_.limit - options_.existing; }
-    bool isFull() const { return options_.limit != 0 && contacts_.size() == capacity(); }
+    bool isFull() const { return options_.limit != 0 && origins_.size() == capacity(); }
     void open();
     void flush();
     void close();
+    void prove();
+    void putOnDisk() const;
     void refuseExisting(const std::string& name) const;
     std::vector<std::string> names() const;
 
     ContactFilesOptions options_;
+    const mode_t mode_;  ///< What the files may be read and written by.
     std::vector<std::string> temporary_;
-    std::vector<SpooledContact> contacts_;  ///< Of the current file, if a phone will read it.
+    // Of the current file, if a phone will read it.
+    std::vector<Contact> contacts_;
+    std::vector<ContactOrigin> origins_;
+    std::optional<ImportProof> proof_;
     int descriptor_ = -1;
     std::string text_;
 };

@@ -14,9 +14,34 @@ namespace {
 
 using detail::TextMember;
 
+constexpr std::size_t fieldCount = std::size(contactTexts);
+
+/// Returns which of contactTexts a member is.
+constexpr std::size_t fieldOf(TextMember member) {
+    std::size_t field = 0;
+    while (contactTexts[field].member != member) {
+        ++field;
+    }
+    return field;
+}
+
+constexpr std::size_t address1 = fieldOf(&Contact::address1);
+constexpr std::size_t address2 = fieldOf(&Contact::address2);
+
+bool isNumber(std::size_t field) {
+    return std::any_of(std::begin(detail::numbers), std::end(detail::numbers),
+                       [field](const detail::Number& number) { return number.member == contactTexts[field].member; });
+}
+
+bool isAddress(std::size_t field) {
+    return field == address1 || field == address2;
+}
+
 /// A field and one source that may fill it if it is still empty. The rows are tried in order.
 struct Choice {
-    TextMember member;
+    constexpr Choice(TextMember member, Meaning from) : field(fieldOf(member)), meaning(from) {}
+
+    std::size_t field;
     Meaning meaning;
 };
 
@@ -74,21 +99,6 @@ constexpr Address addresses[] = {
      {Meaning::otherCity, Meaning::otherPostcode, Meaning::otherCountry}},
 };
 
-bool isNumber(TextMember member) {
-    return std::any_of(std::begin(detail::numbers), std::end(detail::numbers),
-                       [member](const detail::Number& number) { return number.member == member; });
-}
-
-bool isAddress(TextMember member) {
-    return member == &Contact::address1 || member == &Contact::address2;
-}
-
-std::string_view fieldName(TextMember member) {
-    return std::find_if(std::begin(contactTexts), std::end(contactTexts),
-                        [member](const ContactText& text) { return text.member == member; })
-        ->name;
-}
-
 bool isLineEnd(char c) {
     return c == '\n' || c == '\r';
 }
@@ -115,12 +125,14 @@ class Mapping {
 public:
     Mapping(const AddressRecord& record, const NumberWriter& numbers, MappedContact& mapped)
         : record_(record), numbers_(numbers), mapped_(mapped) {
-        mapped_.contact = Contact();
+        for (const ContactText& text : contactTexts) {
+            (mapped_.contact.*text.member).clear();
+        }
         mapped_.contact.source = static_cast<Contact::eOrderedContactSource>(3);
         mapped_.isJoinedAddress = false;
         mapped_.taken.clear();
         mapped_.remarks.clear();
-        isUsed_.assign(record.values.size(), false);
+        mapped_.isUsed.assign(record.values.size(), false);
         findFirst();
     }
 
@@ -131,8 +143,8 @@ public:
             choose(std::begin(nameChoices), std::end(nameChoices));
         }
         chooseAddress();
-        for (const ContactText& text : contactTexts) {
-            cut(text.member);
+        for (std::size_t field = 0; field < fieldCount; ++field) {
+            cut(field);
         }
         deriveDefault();
         noteLeftOut();
@@ -157,7 +169,7 @@ private:
         }
         for (; i < record_.values.size(); ++i) {
             const AddressValue& value = record_.values[i];
-            if (value.meaning == meaning && !isUsed_[i] &&
+            if (value.meaning == meaning && !mapped_.isUsed[i] &&
                 !std::all_of(value.text.begin(), value.text.end(), isLineEnd)) {
                 return i;
             }
@@ -165,31 +177,32 @@ private:
         return none;
     }
 
+    std::string& textOf(std::size_t field) { return mapped_.contact.*contactTexts[field].member; }
+
     void choose(const Choice* choice, const Choice* end) {
         for (; choice != end; ++choice) {
-            std::string& target = mapped_.contact.*choice->member;
+            std::string& target = textOf(choice->field);
             const std::size_t found = target.empty() ? find(choice->meaning) : none;
             if (found != none) {
-                target = taken(found, choice->member);
+                take(found, choice->field, target);
             }
         }
     }
 
-    /// Marks a value as taken for a field, and returns its text in the form that the field has.
-    std::string taken(std::size_t index, TextMember member) {
+    /// Marks a value as taken for a field, and sets `text` to its text in the form that the field has.
+    void take(std::size_t index, std::size_t field, std::string& text) {
         const AddressValue& value = record_.values[index];
-        isUsed_[index] = true;
-        mapped_.taken.push_back({fieldName(member), value.source});
-        sources_[fieldIndex(member)] = value.source;
-        std::string text = value.text;
+        mapped_.isUsed[index] = true;
+        mapped_.taken.push_back({contactTexts[field].name, value.source});
+        sources_[field] = value.source;
+        text.assign(value.text);
         if (hasLineEnd(text)) {
-            text = inOneLine(text, isAddress(member) ? ", " : " ");
+            text = inOneLine(text, isAddress(field) ? ", " : " ");
             remark(Remark::changed, value.source, "its lines were joined into one");
         }
-        if (isNumber(member)) {
+        if (isNumber(field)) {
             writeNumber(text, value.source);
         }
-        return text;
     }
 
     void writeNumber(std::string& text, std::string_view source) {
@@ -239,7 +252,8 @@ private:
     void addStreet(std::string& street, Meaning meaning) {
         const std::size_t found = find(meaning);
         if (found != none) {
-            const std::string text = taken(found, &Contact::address1);
+            std::string text;
+            take(found, address1, text);
             street += (street.empty() ? "" : ", ") + text;
         }
     }
@@ -253,16 +267,19 @@ private:
         }
         mapped_.isJoinedAddress = true;
         for (const std::size_t part : parts) {
-            detail::joinAddressPart(mapped_.contact.address2,
-                                    part == none ? std::string() : taken(part, &Contact::address2));
+            std::string text;
+            if (part != none) {
+                take(part, address2, text);
+            }
+            detail::joinAddressPart(mapped_.contact.address2, text);
         }
     }
 
-    void cut(TextMember member) {
-        std::string& text = mapped_.contact.*member;
+    void cut(std::size_t field) {
+        std::string& text = textOf(field);
         const std::size_t length = storableLength(text);
         if (length < text.size()) {
-            remark(Remark::changed, sources_[fieldIndex(member)],
+            remark(Remark::changed, sources_[field],
                    "was cut to " + std::to_string(length) + " of " + std::to_string(text.size()) + " bytes");
             text.resize(length);
         }
@@ -274,7 +291,7 @@ private:
         if (told == none) {
             return;
         }
-        isUsed_[told] = true;
+        mapped_.isUsed[told] = true;
         const AddressValue& value = record_.values[told];
         const std::string derived = std::to_string(mapped_.contact.defaultDial);
         if (value.text != derived) {
@@ -285,7 +302,7 @@ private:
 
     void noteLeftOut() {
         for (std::size_t i = 0; i < record_.values.size(); ++i) {
-            if (!isUsed_[i]) {
+            if (!mapped_.isUsed[i]) {
                 remark(Remark::leftOut, record_.values[i].source, std::string());
             }
         }
@@ -295,18 +312,11 @@ private:
         mapped_.remarks.push_back({kind, source, std::move(reason)});
     }
 
-    static std::size_t fieldIndex(TextMember member) {
-        return static_cast<std::size_t>(
-            std::find(std::begin(detail::tamberTexts), std::end(detail::tamberTexts), member) -
-            std::begin(detail::tamberTexts));
-    }
-
     const AddressRecord& record_;
     const NumberWriter& numbers_;
     MappedContact& mapped_;
-    std::vector<bool> isUsed_;
     std::array<std::size_t, meaningCount> first_;
-    std::array<std::string_view, std::size(detail::tamberTexts)> sources_;  ///< Of each field's text.
+    std::array<std::string_view, fieldCount> sources_;  ///< Of each field's text.
 };
 
 }  // namespace

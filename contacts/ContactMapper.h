@@ -35,6 +35,7 @@ struct MappedContact {
     bool isJoinedAddress = false;  ///< address2 was joined from city, postal code and country.
     std::vector<TakenField> taken;
     std::vector<Remark> remarks;
+    std::vector<bool> isUsed;  ///< For each value of the record: whether the contact was made with it.
 };
 
 /// Chooses from a record of an address book what a contact has room for, with the importer's own priorities: the business

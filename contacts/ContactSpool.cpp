@@ -15,8 +15,10 @@ namespace calljournal {
 
 namespace {
 
-constexpr std::size_t pendingSize = 65536;
-constexpr std::size_t windowSize = 8192;
+constexpr std::size_t windowSize = 65536;
+
+/// How much is read at once where places jump to and fro.
+constexpr std::size_t stepSize = 512;
 constexpr std::size_t smallestTable = 1024;
 
 [[noreturn]] void fail(const char* what) {
@@ -39,18 +41,9 @@ Head headAt(SpoolFile& file, std::uint64_t place) {
     return head;
 }
 
-void appendIdentity(std::string& identity, const Contact& contact) {
-    identity += static_cast<char>(contact.defaultDial);
-    for (const ContactText& text : contactTexts) {
-        const std::string& value = contact.*text.member;
-        identity += static_cast<char>(static_cast<unsigned char>(value.size()));
-        identity += value;
-    }
-}
-
 }  // namespace
 
-SpoolFile::SpoolFile() : descriptor_(-1) {
+SpoolFile::SpoolFile(std::size_t memory) : descriptor_(-1), memory_(memory) {
     std::string pattern = (std::filesystem::temp_directory_path() / "calljournal-spool-XXXXXX").string();
     descriptor_ = ::mkstemp(pattern.data());
     if (descriptor_ < 0) {
@@ -64,10 +57,12 @@ SpoolFile::~SpoolFile() {
 }
 
 void SpoolFile::add(std::string_view bytes) {
-    pending_ += bytes;
-    if (pending_.size() >= pendingSize) {
+    if (pending_.size() + bytes.size() > memory_) {
         flush();
     }
+    // What is never used costs nothing; a text that grows bit by bit is copied again and again.
+    pending_.reserve(memory_);
+    pending_ += bytes;
 }
 
 void SpoolFile::flush() {
@@ -87,11 +82,13 @@ std::string_view SpoolFile::read(std::uint64_t place, std::size_t size) {
     if (place >= written_) {
         return std::string_view(pending_).substr(static_cast<std::size_t>(place - written_), size);
     }
-    if (place < windowStart_ || place + size > windowStart_ + window_.size()) {
+    const std::uint64_t windowEnd = windowStart_ + window_.size();
+    if (place < windowStart_ || place + size > windowEnd) {
         if (place + size > written_) {
             flush();
         }
-        window_.resize(std::max(size, windowSize));
+        const bool goesOn = place >= windowStart_ && place <= windowEnd;
+        window_.resize(std::max(size, goesOn ? windowSize : stepSize));
         const ssize_t count = ::pread(descriptor_, window_.data(), window_.size(), static_cast<off_t>(place));
         if (count < static_cast<ssize_t>(size)) {
             fail("temporary file");
@@ -103,14 +100,19 @@ std::string_view SpoolFile::read(std::uint64_t place, std::size_t size) {
 }
 
 std::uint64_t ContactSpool::add(const SpooledContact& contact) {
+    return add(contact, identityOf(contact.contact));
+}
+
+std::uint64_t ContactSpool::add(const ContactOrigin& origin, std::string_view identity) {
     const std::uint64_t place = file_.size();
-    Head head = {
-        contact.record, contact.firstLine, contact.lastLine, contact.file, 0, contact.isJoinedAddress ? 1u : 0u};
-    buffer_.assign(sizeof head, '\0');
-    appendIdentity(buffer_, contact.contact);
-    head.identitySize = static_cast<std::uint32_t>(buffer_.size() - sizeof head);
-    std::memcpy(buffer_.data(), &head, sizeof head);
-    file_.add(buffer_);
+    const Head head = {origin.record,
+                       origin.firstLine,
+                       origin.lastLine,
+                       origin.file,
+                       static_cast<std::uint32_t>(identity.size()),
+                       origin.isJoinedAddress ? 1u : 0u};
+    file_.add({reinterpret_cast<const char*>(&head), sizeof head});
+    file_.add(identity);
     return place;
 }
 
@@ -121,14 +123,13 @@ std::uint64_t ContactSpool::read(std::uint64_t place, SpooledContact& contact) {
     contact.lastLine = head.lastLine;
     contact.file = head.file;
     contact.isJoinedAddress = head.isJoinedAddress != 0;
-    contact.contact = Contact();
     contact.contact.source = static_cast<Contact::eOrderedContactSource>(3);
     std::string_view identity = file_.read(place + sizeof head, head.identitySize);
     contact.contact.defaultDial = identity[0];
     identity.remove_prefix(1);
     for (const ContactText& text : contactTexts) {
         const std::size_t size = static_cast<unsigned char>(identity[0]);
-        contact.contact.*text.member = identity.substr(1, size);
+        (contact.contact.*text.member).assign(identity, 1, size);
         identity.remove_prefix(1 + size);
     }
     return place + sizeof head + head.identitySize;
@@ -139,41 +140,31 @@ bool ContactSpool::isSame(std::uint64_t place, std::string_view identity) {
     return head.identitySize == identity.size() && file_.read(place + sizeof head, head.identitySize) == identity;
 }
 
-std::string ContactSpool::identityOf(const Contact& contact) {
-    std::string identity;
-    appendIdentity(identity, contact);
-    return identity;
+std::string_view ContactSpool::identityOf(const Contact& contact) {
+    identity_.assign(1, static_cast<char>(contact.defaultDial));
+    for (const ContactText& text : contactTexts) {
+        const std::string& value = contact.*text.member;
+        identity_ += static_cast<char>(static_cast<unsigned char>(value.size()));
+        identity_ += value;
+    }
+    return identity_;
 }
 
 bool IdentityTable::find(std::string_view identity, std::uint64_t& place) {
-    if (slots_.empty()) {
-        return false;
+    if (4 * used_ >= 3 * slots_.size()) {
+        grow();
     }
     const std::uint64_t hash = std::hash<std::string_view>()(identity);
-    for (std::size_t i = hash % slots_.size(); slots_[i].placeBehind != 0; i = (i + 1) % slots_.size()) {
+    std::size_t i = hash % slots_.size();
+    for (; slots_[i].placeBehind != 0; i = (i + 1) % slots_.size()) {
         if (slots_[i].hash == hash && spool_.isSame(slots_[i].placeBehind - 1, identity)) {
             place = slots_[i].placeBehind - 1;
             return true;
         }
     }
-    return false;
-}
-
-void IdentityTable::add(std::string_view identity, std::uint64_t place) {
-    if (4 * used_ >= 3 * slots_.size()) {
-        grow();
-    }
-    const std::uint64_t hash = std::hash<std::string_view>()(identity);
-    slotFor(hash) = {hash, place + 1};
+    slots_[i] = {hash, spool_.end() + 1};
     ++used_;
-}
-
-IdentityTable::Slot& IdentityTable::slotFor(std::uint64_t hash) {
-    std::size_t i = hash % slots_.size();
-    while (slots_[i].placeBehind != 0) {
-        i = (i + 1) % slots_.size();
-    }
-    return slots_[i];
+    return false;
 }
 
 void IdentityTable::grow() {
@@ -181,7 +172,11 @@ void IdentityTable::grow() {
     before.swap(slots_);
     for (const Slot& slot : before) {
         if (slot.placeBehind != 0) {
-            slotFor(slot.hash) = slot;
+            std::size_t i = slot.hash % slots_.size();
+            while (slots_[i].placeBehind != 0) {
+                i = (i + 1) % slots_.size();
+            }
+            slots_[i] = slot;
         }
     }
 }

@@ -131,12 +131,13 @@ void CsvReader::planColumns() {
         const Meaning meaning = columns[column].meaning;
         const bool isValue = meaning < Meaning::other;
         if (isValue) {
-            plain_.push_back(column);
+            plain_.push_back({column, meaning, isBetween(meaning, Meaning::email1, Meaning::email4)});
         } else {
             planTyped(column, meaning);
         }
     }
-    std::stable_partition(plain_.begin(), plain_.end(), [&](std::size_t column) { return columns[column].isMapped; });
+    std::stable_partition(plain_.begin(), plain_.end(),
+                          [&](const PlainColumn& plain) { return columns[plain.column].isMapped; });
 }
 
 void CsvReader::planTyped(std::size_t column, Meaning meaning) {
@@ -188,8 +189,11 @@ bool CsvReader::next(AddressRecord& record) {
         record.problems.push_back({record.firstLine, "", "its quotes are out of place and were read as they stand"});
     }
     hasLostCharacters_ = row_.cells.find("\ufffd") != std::string::npos;
-    for (const std::size_t column : plain_) {
-        addPlain(record, column);
+    for (const PlainColumn& plain : plain_) {
+        const std::string_view text = cell(plain.column);
+        if (!text.empty()) {
+            addPlain(record, plain, text);
+        }
     }
     addPhones(record);
     addAddresses(record);
@@ -203,19 +207,14 @@ void CsvReader::noteLost(AddressRecord& record, std::string_view text, const std
     }
 }
 
-void CsvReader::addPlain(AddressRecord& record, std::size_t column) const {
-    const std::string_view text = cell(column);
-    if (text.empty()) {
-        return;
-    }
-    const Meaning meaning = recognition_.columns[column].meaning;
-    const bool isList = isBetween(meaning, Meaning::email1, Meaning::email4);
-    if (isList) {
-        forEachPart(text, [&](std::string_view part) { addValue(record, meaning, part, nameOf(column)); });
+void CsvReader::addPlain(AddressRecord& record, const PlainColumn& plain, std::string_view text) const {
+    const std::string& source = nameOf(plain.column);
+    if (plain.isList) {
+        forEachPart(text, [&](std::string_view part) { addValue(record, plain.meaning, part, source); });
     } else {
-        addValue(record, meaning, text, nameOf(column));
+        addValue(record, plain.meaning, text, source);
     }
-    noteLost(record, text, nameOf(column));
+    noteLost(record, text, source);
 }
 
 void CsvReader::addPhones(AddressRecord& record) const {

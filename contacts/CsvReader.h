@@ -40,6 +40,12 @@ private:
     static constexpr std::size_t phoneCount = 7;
     static constexpr std::size_t addressCount = 2;
 
+    /// A column whose texts are values as they are.
+    struct PlainColumn {
+        std::size_t column;
+        Meaning meaning;
+        bool isList;  ///< A cell may hold several values.
+    };
     /// A phone whose kind stands in another column.
     struct TypedPhone {
         std::size_t value = nowhere;
@@ -57,7 +63,7 @@ private:
     void planTyped(std::size_t column, Meaning meaning);
     bool hasExcess() const;
     void noteLost(AddressRecord& record, std::string_view text, const std::string& source) const;
-    void addPlain(AddressRecord& record, std::size_t column) const;
+    void addPlain(AddressRecord& record, const PlainColumn& plain, std::string_view text) const;
     void addPhones(AddressRecord& record) const;
     void addAddresses(AddressRecord& record) const;
     std::string_view cell(std::size_t column) const;
@@ -68,7 +74,7 @@ private:
     CsvRow row_;
     bool hasLostCharacters_ = false;  ///< The row has characters that could not be read.
     std::size_t number_ = 0;
-    std::vector<std::size_t> plain_;  ///< The columns that are values as they are: the user's own first.
+    std::vector<PlainColumn> plain_;  ///< The user's own first.
     TypedPhone phones_[phoneCount];
     std::vector<TypedPart> addressParts_;
     std::size_t addressTypes_[addressCount] = {nowhere, nowhere};

@@ -136,7 +136,10 @@ void CsvRows::readFirstLineAlone(std::size_t columns) {
 
 void CsvRows::addCell(void* text, std::size_t length, void* self) {
     CsvRow& row = *static_cast<CsvRows*>(self)->row_;
-    row.cells.append(static_cast<const char*>(text), length);
+    // Most cells of an address book are empty.
+    if (length != 0) {
+        row.cells.append(static_cast<const char*>(text), length);
+    }
     row.ends.push_back(row.cells.size());
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Contact.h"
+#include "TemporaryFolder.h"
 
 namespace calljournal {
 
@@ -20,12 +21,21 @@ struct ProofTask {
     std::function<std::string(std::size_t)> place;
 };
 
-/// Imports a copy of the file as the phone would, from a folder of its own, and compares contact by contact. Returns an
-/// empty text if all are the same, else a sentence with the first record and field that differ. The machine plays a phone
-/// of that limit meanwhile and a standard one afterwards.
-std::string provePhoneFile(const ProofTask& task);
+/// Imports copies of files as the phone would, in a folder of its own, and compares contact by contact.
+class ImportProof {
+public:
+    /// Throws std::system_error if there is no room for temporary files.
+    ImportProof() : folder_("proof") {}
 
-/// Compares what was to be written with what came back, without any file. Returns as provePhoneFile does.
+    /// Returns an empty text if all contacts are the same, else a sentence with the first record and field that differ.
+    /// The machine plays a phone of that limit meanwhile and a standard one afterwards.
+    std::string prove(const ProofTask& task) const;
+
+private:
+    TemporaryFolder folder_;
+};
+
+/// Compares what was to be written with what came back, without any file. Returns as ImportProof does.
 std::string firstDifference(const std::vector<Contact>& written, const std::vector<Contact>& read,
                             const std::function<std::string(std::size_t)>& place);
 

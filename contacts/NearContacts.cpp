@@ -23,37 +23,50 @@ constexpr std::size_t largestGroup = 4096;
 /// With how many of those that share something, in the order of names, a contact is compared.
 constexpr std::ptrdiff_t neighbours = 8;
 
+char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+std::string lowerCase(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), lower);
+    return result;
+}
+
+/// What the rules of Unicode come to for a text in ASCII.
+std::string foldedAscii(std::string_view text) {
+    constexpr std::string_view blanks = " \t\n\v\f\r\x1c\x1d\x1e\x1f";
+    const std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());
+    return lowerCase(text.substr(begin, text.find_last_not_of(blanks) + 1 - begin));
+}
+
 std::string folded(const std::string& text) {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80u) == 0; })) {
+        return foldedAscii(text);
+    }
     std::string result;
     icu::UnicodeString::fromUTF8(text).foldCase().trim().toUTF8String(result);
     return result;
 }
 
-std::string lowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return text;
+/// The end of a number as far as it is the number itself: an extension, however it is written, stands behind letters or
+/// commas.
+std::string_view withoutExtension(std::string_view number) {
+    const auto isExtension = [](char c) { return c == ',' || c == ';' || (lower(c) >= 'a' && lower(c) <= 'z'); };
+    const auto* const extension = std::find_if(number.begin(), number.end(), isExtension);
+    return number.substr(0, static_cast<std::size_t>(extension - number.begin()));
 }
 
 /// What all ways of writing a number have in common: its last digits.
-std::string lastDigits(const std::string& number) {
+std::string coarseNumber(std::string_view number) {
     std::string digits;
-    for (auto c = number.rbegin(); c != number.rend() && digits.size() < tellingDigits; ++c) {
+    const std::string_view itself = withoutExtension(number);
+    for (auto c = itself.rbegin(); c != itself.rend() && digits.size() < tellingDigits; ++c) {
         if (*c >= '0' && *c <= '9') {
             digits += *c;
         }
     }
     return digits;
-}
-
-/// The end of a number as far as it is the number itself: an extension, however it is written, stands behind letters or
-/// commas.
-std::string withoutExtension(const std::string& number) {
-    return number.substr(0, number.find_first_of(",;abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"));
-}
-
-std::string coarseNumber(const std::string& number) {
-    return lastDigits(withoutExtension(number));
 }
 
 /// No number reads like this.
@@ -78,9 +91,7 @@ bool isLonger(std::string Contact::*member, const std::string& initial, const st
 
 enum class Likeness { different, possible, same };
 
-Likeness compareNames(const std::string& one, const std::string& other) {
-    const std::string a = folded(one);
-    const std::string b = folded(other);
+Likeness compareNames(const std::string& a, const std::string& b) {
     if (a == b) {
         return a.empty() ? Likeness::possible : Likeness::same;
     }
@@ -94,15 +105,22 @@ bool isNumber(std::string Contact::*member) {
 
 }  // namespace
 
-bool areNamesCompatible(const Contact& one, const Contact& other) {
-    const bool isNameless = fullName(one).empty() && fullName(other).empty();
-    if (isNameless) {
-        return compareNames(one.company1, other.company1) == Likeness::same;
+FoldedName foldedName(const Contact& contact) {
+    return {folded(contact.firstName), folded(contact.lastName), folded(contact.company1), fullName(contact).empty()};
+}
+
+bool areNamesCompatible(const FoldedName& one, const FoldedName& other) {
+    if (one.isNameless && other.isNameless) {
+        return compareNames(one.company, other.company) == Likeness::same;
     }
-    const Likeness first = compareNames(one.firstName, other.firstName);
-    const Likeness last = compareNames(one.lastName, other.lastName);
+    const Likeness first = compareNames(one.first, other.first);
+    const Likeness last = compareNames(one.last, other.last);
     return first != Likeness::different && last != Likeness::different &&
            (first == Likeness::same || last == Likeness::same);
+}
+
+bool areNamesCompatible(const Contact& one, const Contact& other) {
+    return areNamesCompatible(foldedName(one), foldedName(other));
 }
 
 void NearContacts::add(const Contact& contact, std::uint64_t place) {
@@ -119,6 +137,7 @@ void NearContacts::add(const Contact& contact, std::uint64_t place) {
 
 void NearContacts::note(std::uint64_t hash, std::uint64_t place) {
     const Key entry = {hash, place};
+    repeated_.note(hash);
     keys_.add({reinterpret_cast<const char*>(&entry), sizeof entry});
 }
 
@@ -146,7 +165,7 @@ std::vector<NearContacts::Key> NearContacts::keysOfPart(std::size_t part, std::s
     for (std::uint64_t at = 0; at != keys_.size(); at += sizeof(Key)) {
         Key key;
         std::memcpy(&key, keys_.read(at, sizeof key).data(), sizeof key);
-        if (key.hash % parts == part) {
+        if (key.hash % parts == part && repeated_.has(key.hash)) {
             keys.push_back(key);
         }
     }
@@ -177,19 +196,34 @@ void NearContacts::find(ContactSpool& spool, const std::function<void(const Near
     }
 }
 
+std::vector<NearContacts::Member> NearContacts::membersOf(ContactSpool& spool, const Key* begin, const Key* end) {
+    std::vector<Member> members(static_cast<std::size_t>(end - begin));
+    for (Member& member : members) {
+        member.place = begin[&member - members.data()].place;
+        spool.read(member.place, member.spooled);
+        member.name = foldedName(member.spooled.contact);
+        member.order = member.name.last + ' ' + member.name.first;
+    }
+    return members;
+}
+
 void NearContacts::lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Tell& tell) const {
     struct Candidate {
         const std::string* shared;
         const Member* member;
     };
-    std::vector<Member> members(static_cast<std::size_t>(end - begin));
+    std::vector<Member> members = membersOf(spool, begin, end);
+    const auto isNearByName = [&](const Member& one) {
+        return std::any_of<const Member*>(
+            members.data(), &one, [&](const Member& other) { return areNamesCompatible(one.name, other.name); });
+    };
+    // Names are quick to compare and numbers are not. Where all meet, the names may tell that there is nothing to find.
+    if (end - begin <= neighbours && std::none_of(members.begin(), members.end(), isNearByName)) {
+        return;
+    }
     std::vector<Candidate> candidates;
     for (Member& member : members) {
-        member.place = begin[&member - members.data()].place;
-        spool.read(member.place, member.spooled);
-        const Contact& contact = member.spooled.contact;
-        member.name = folded(contact.lastName) + ' ' + folded(contact.firstName);
-        member.sharable = sharableOf(contact);
+        member.sharable = sharableOf(member.spooled.contact);
         for (const Sharable& sharable : member.sharable) {
             if (sharable.hash == begin->hash) {
                 candidates.push_back({&sharable.text, &member});
@@ -197,8 +231,8 @@ void NearContacts::lookAt(ContactSpool& spool, const Key* begin, const Key* end,
         }
     }
     std::sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
-        return std::tie(*a.shared, a.member->name, a.member->place) <
-               std::tie(*b.shared, b.member->name, b.member->place);
+        return std::tie(*a.shared, a.member->order, a.member->place) <
+               std::tie(*b.shared, b.member->order, b.member->place);
     });
     // Two contacts meet wherever they share something; what they share first is where they are told.
     const auto isFirstShared = [](const Candidate& one, const Candidate& other) {
@@ -214,7 +248,7 @@ void NearContacts::lookAt(ContactSpool& spool, const Key* begin, const Key* end,
         const auto last = candidates.end() - one > neighbours ? one + neighbours + 1 : candidates.end();
         for (auto other = one + 1; other < last && *other->shared == *one->shared; ++other) {
             if (one->member != other->member && isFirstShared(*one, *other) &&
-                areNamesCompatible(one->member->spooled.contact, other->member->spooled.contact)) {
+                areNamesCompatible(one->member->name, other->member->name)) {
                 const auto places = std::minmax(one->member->place, other->member->place);
                 tell({places.first, places.second, *one->shared});
             }

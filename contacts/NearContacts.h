@@ -21,6 +21,14 @@ struct NearPair {
     std::string shared;  ///< The number, ready to dial, or the mail address.
 };
 
+/// What names are compared by: their case and the blanks around them say nothing.
+struct FoldedName {
+    std::string first;
+    std::string last;
+    std::string company;
+    bool isNameless;
+};
+
 /// Finds such contacts among those of a spool, in memory that does not grow with them: what they might share is kept on
 /// disk and looked through part by part.
 class NearContacts {
@@ -43,6 +51,22 @@ private:
         std::uint64_t hash;
         std::uint64_t place;
     };
+    /// Tells of hashes whether they came more than once, in a fixed amount of memory: of some that came once it says so,
+    /// too.
+    class Repeated {
+    public:
+        void note(std::uint64_t hash) {
+            const std::size_t place = 2 * (hash % size);
+            (isThere_[place] ? isThere_[place + 1] : isThere_[place]) = true;
+        }
+        bool has(std::uint64_t hash) const { return isThere_[2 * (hash % size) + 1]; }
+
+    private:
+        /// What processors keep at hand, and enough for a million contacts.
+        static constexpr std::size_t size = std::size_t{1} << 22;
+
+        std::vector<bool> isThere_ = std::vector<bool>(2 * size);  ///< For each hash: once, twice.
+    };
     /// Something that a contact may share, as it is compared, and the hash that leads to it.
     struct Sharable {
         std::string text;
@@ -51,7 +75,8 @@ private:
     struct Member {
         SpooledContact spooled;
         std::uint64_t place;
-        std::string name;  ///< For the order in which contacts meet.
+        FoldedName name;
+        std::string order;  ///< The name again, for the order in which contacts meet.
         std::vector<Sharable> sharable;
     };
     typedef std::function<void(const NearPair&)> Tell;
@@ -59,15 +84,20 @@ private:
     void note(std::uint64_t hash, std::uint64_t place);
     std::vector<Key> keysOfPart(std::size_t part, std::size_t parts);
     void lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Tell& tell) const;
+    static std::vector<Member> membersOf(ContactSpool& spool, const Key* begin, const Key* end);
     std::vector<Sharable> sharableOf(const Contact& contact) const;
     bool addNumber(Contact& contact, std::string Contact::*member, const std::string& number) const;
 
     NumberWriter dialable_;
     SpoolFile keys_;
+    Repeated repeated_;  ///< Hashes of keys_: nearly all come once and lead nowhere.
 };
+
+FoldedName foldedName(const Contact& contact);
 
 /// Tells whether two names may be those of one person: one of the parts is there in both and the same but for case, and
 /// the other is the same, missing or an initial. Without any names the companies have to be the same.
+bool areNamesCompatible(const FoldedName& one, const FoldedName& other);
 bool areNamesCompatible(const Contact& one, const Contact& other);
 
 }  // namespace calljournal

@@ -13,26 +13,30 @@ bool needsEscape(char c) {
     return c == '\\' || c == '"' || c == '\n';
 }
 
-/// The importer turns two quotes side by side into an escaped one before it looks at anything else. So quotes around a
-/// column are for those without a quote inside, as other programs like them; any other column escapes what it holds.
-void appendColumn(std::string& line, const std::string& text) {
-    bool isQuoted = false;
-    for (const char c : text) {
-        if (needsEscape(c)) {
-            isQuoted = false;
-            break;
-        }
-        isQuoted = isQuoted || c == separator;
-    }
-    if (isQuoted) {
-        line.append(1, '"').append(text).append(1, '"');
-        return;
-    }
+void appendEscaped(std::string& line, const std::string& text) {
     for (const char c : text) {
         if (needsEscape(c) || c == separator) {
             line += '\\';
         }
         line += c == '\n' ? 'n' : c;
+    }
+}
+
+/// The importer turns two quotes side by side into an escaped one before it looks at anything else. So quotes around a
+/// column are for those without a quote inside, as other programs like them; any other column escapes what it holds.
+void appendColumn(std::string& line, const std::string& text) {
+    bool hasSeparator = false;
+    for (const char c : text) {
+        if (needsEscape(c)) {
+            appendEscaped(line, text);
+            return;
+        }
+        hasSeparator = hasSeparator || c == separator;
+    }
+    if (hasSeparator) {
+        line.append(1, '"').append(text).append(1, '"');
+    } else {
+        line += text;
     }
 }
 

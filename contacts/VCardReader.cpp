@@ -127,7 +127,9 @@ bool VCardReader::next(AddressRecord& record) {
     if (!take()) {
         return false;
     }
-    record = AddressRecord();
+    record.values.clear();
+    record.problems.clear();
+    record.fault.clear();
     record.number = ++number_;
     record.firstLine = property_.line;
     record.lastLine = property_.lastLine;

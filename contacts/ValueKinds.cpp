@@ -14,7 +14,25 @@ bool isControl(char c) {
     return (byte < 0x20 && c != '\t') || byte == 0x7f;
 }
 
+bool hasControl(std::string_view text) {
+    for (const char c : text) {
+        if (isControl(c)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Whether bytes that `trimmed` takes away may be at either end. Hardly any text has them.
+bool mayHaveBlanks(std::string_view text) {
+    const auto isLow = [](char c) { return static_cast<unsigned char>(c) <= 0x20; };
+    return text.empty() || isLow(text.front()) || isLow(text.back());
+}
+
 std::string_view trimmed(std::string_view text) {
+    if (!mayHaveBlanks(text)) {
+        return text;
+    }
     const std::size_t begin = text.find_first_not_of(blanks);
     if (begin == std::string_view::npos) {
         return {};
@@ -41,11 +59,18 @@ Meaning PhonePlaces::place(Meaning phone) {
 }
 
 std::string valueText(std::string_view text) {
-    const std::string_view inner = trimmed(text);
-    if (std::none_of(inner.begin(), inner.end(), isControl)) {
-        return std::string(inner);
-    }
     std::string value;
+    assignValueText(value, text);
+    return value;
+}
+
+void assignValueText(std::string& value, std::string_view text) {
+    const std::string_view inner = trimmed(text);
+    if (!hasControl(inner)) {
+        value.assign(inner);
+        return;
+    }
+    value.clear();
     for (std::size_t i = 0; i < inner.size(); ++i) {
         const char c = inner[i];
         if (c == '\r') {
@@ -55,14 +80,18 @@ std::string valueText(std::string_view text) {
             value += isControl(c) && c != '\n' ? ' ' : c;
         }
     }
-    return std::string(trimmed(value));
+    value = std::string(trimmed(value));
 }
 
-void addValue(AddressRecord& record, Meaning meaning, std::string_view text, const std::string& source) {
-    std::string value = valueText(text);
-    if (!value.empty()) {
-        record.values.push_back({meaning, std::move(value), source});
+void addValue(AddressRecord& record, Meaning meaning, std::string_view text, std::string_view source) {
+    AddressValue& value = record.values.add();
+    assignValueText(value.text, text);
+    if (value.text.empty()) {
+        record.values.dropLast();
+        return;
     }
+    value.meaning = meaning;
+    value.source.assign(source);
 }
 
 void noteLostCharacters(AddressRecord& record, std::size_t line, std::string_view text, const std::string& source) {

@@ -28,9 +28,10 @@ private:
 
 /// Returns `text` as a value has it: without blanks around it, line ends as "\n", other control characters as blanks.
 std::string valueText(std::string_view text);
+void assignValueText(std::string& value, std::string_view text);
 
 /// Adds a value, unless nothing is left of its text.
-void addValue(AddressRecord& record, Meaning meaning, std::string_view text, const std::string& source);
+void addValue(AddressRecord& record, Meaning meaning, std::string_view text, std::string_view source);
 
 /// Turns a text with characters that could not be read into a problem of the record.
 void noteLostCharacters(AddressRecord& record, std::size_t line, std::string_view text, const std::string& source);

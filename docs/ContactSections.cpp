@@ -19,7 +19,7 @@ namespace {
 std::string_view fieldOf(Meaning meaning) {
     static const ContactMapper mapper(NumberStyle::keep, "DE");
     AddressRecord record;
-    record.values = {{meaning, "1", "column"}};
+    record.values.add() = {meaning, "1", "column"};
     MappedContact mapped;
     mapper.map(record, mapped);
     return mapped.taken.empty() ? std::string_view() : mapped.taken[0].field;

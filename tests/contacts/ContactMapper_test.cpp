@@ -19,7 +19,7 @@ struct Value {
 AddressRecord recordOf(std::initializer_list<Value> values) {
     AddressRecord record;
     for (const Value& value : values) {
-        record.values.push_back({value.meaning, value.text, std::string(meaningName(value.meaning))});
+        record.values.add() = {value.meaning, value.text, std::string(meaningName(value.meaning))};
     }
     return record;
 }

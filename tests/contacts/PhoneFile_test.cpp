@@ -45,7 +45,7 @@ std::string proofOf(const std::vector<Contact>& contacts, const std::vector<Cont
     task.existing = existing;
     task.contacts = &expected;
     task.place = place;
-    const std::string difference = provePhoneFile(task);
+    const std::string difference = ImportProof().prove(task);
     EXPECT_EQ(readFile(task.file), text) << "the proof works on a copy";
     return difference;
 }
