@@ -317,6 +317,7 @@ public:
 
         static void parseRemoteXMLTagBegin(void* userData, const char* name, const char** attributes);
         static void parseRemoteXMLTagEnd(void* userData, const char* name);
+        /// Throws std::length_error if `length` is negative.
         static void parseRemoteXMLData(void* userData, const char* text, int length);
 
         MissedCallItem::MissedCallInfo currentCall;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <stdexcept>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -196,7 +197,11 @@ CALLJOURNAL_APART void takeEntryText(Parser& parser, std::string_view value) {
     }
 }
 
-CALLJOURNAL_APART void takeText(Parser& parser, std::string_view value) {
+CALLJOURNAL_APART void takeText(Parser& parser, const char* text, int length) {
+    if (length < 0) {
+        throw std::length_error("MissedCallParser::parseRemoteXMLData");
+    }
+    const std::string_view value(text, static_cast<std::size_t>(length));
     const auto tag = static_cast<std::size_t>(parser.currentTag);
     const std::size_t field = tag < fieldOfTag.size() ? fieldOfTag[tag] : callFields.size();
     if (field == callFields.size()) {
@@ -222,7 +227,7 @@ void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLTagBegin(voi
 }
 
 void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLData(void* userData, const char* text, int length) {
-    pass(userData, &takeText, std::string_view(text, static_cast<std::size_t>(length)));
+    pass(userData, &takeText, text, length);
 }
 
 void CallListDatabaseAdapterHelper::MissedCallParser::parseRemoteXMLTagEnd(void* userData, const char* name) {

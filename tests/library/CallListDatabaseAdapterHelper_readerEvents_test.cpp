@@ -1,5 +1,6 @@
 #include <deque>
 #include <gtest/gtest.h>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -263,6 +264,15 @@ TEST_F(ReaderTest, TakesAsManyBytesAsItIsTold) {
 
     events.data(std::string("1\0002", 3));
     EXPECT_EQ(parser.currentCall.number, std::string("1\0002", 3));
+}
+
+TEST_F(ReaderTest, RefusesANegativeLengthAtEachTag) {
+    for (const char* tag : {"Number", "NumberType", "Surname", "unknown"}) {
+        events.begin(tag);
+        EXPECT_THROW(Helper::MissedCallParser::parseRemoteXMLData(&parser, "12345", -1), std::length_error) << tag;
+    }
+    events.schema("foreign");
+    Helper::MissedCallParser::parseRemoteXMLData(&parser, "12345", -1);
 }
 
 TEST_F(ReaderTest, HandsOverAMissedEntryAtItsEnd) {
