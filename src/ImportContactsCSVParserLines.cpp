@@ -46,7 +46,7 @@ public:
     explicit ColumnText(char* room) : begin_(room), end_(room) {}
     ColumnText(const ColumnText&) = delete;
 
-    ColumnText& operator=(const ColumnText&) {
+    ColumnText& operator=(ColumnText&&) noexcept {
         end_ = begin_;
         return *this;
     }

@@ -106,7 +106,7 @@ void EntryTable::put(std::string_view schema, std::string_view id, std::string_v
     if (!isThere) {
         fetchRow(readNextPlace_);
     }
-    size_ = static_cast<long long>(id.size() + body.size());
+    size_ = static_cast<long long>(id.size()) + static_cast<long long>(body.size());
     checksum_ = entryChecksum(schema, id, place_, body);
     put_.execute(true);
     addToTotal(isThere ? 0 : 1, checksum_ - before);

@@ -1,7 +1,5 @@
 // Prints what the library needs of a phone's memory: heap for what it keeps, and stack for what it does.
 
-#include <pthread.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
@@ -10,6 +8,7 @@
 #include <fstream>
 #include <functional>
 #include <new>
+#include <pthread.h>
 #include <string>
 #include <vector>
 
