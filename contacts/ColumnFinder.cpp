@@ -35,6 +35,16 @@ std::optional<Meaning> meaningIn(const std::unordered_map<std::string, Meaning>&
     return found == words.end() ? std::nullopt : std::optional<Meaning>(found->second);
 }
 
+/// That of the built-in table, which is made once.
+const ColumnIndex& builtInIndex() {
+    static const ColumnIndex index = [] {
+        ColumnIndex made;
+        made.add(builtInColumnTable());
+        return made;
+    }();
+    return index;
+}
+
 /// Chooses among the columns of one header that have the same name: programs keep their order, so it is the first one
 /// behind the column before it.
 class Walk {
@@ -63,19 +73,7 @@ private:
 
 }  // namespace
 
-ColumnFinder::ColumnFinder(const ReadingOptions& options) {
-    if (!options.columnsFile.empty()) {
-        own_ = readColumnTable(readColumnsFile(options.columnsFile), options.columnsFile);
-        add(own_);
-        ownHeaders_ = headers_.size();
-    }
-    add(builtInColumnTable());
-    for (const ColumnMapping& mapping : options.mappings) {
-        mappings_.insert({nameKey(mapping.name), {mapping.name, mapping.meaning}});
-    }
-}
-
-void ColumnFinder::add(const ColumnTable& table) {
+void ColumnIndex::add(const ColumnTable& table) {
     for (const KnownHeader& header : table.headers) {
         for (std::size_t column = 0; column < header.columns.size(); ++column) {
             places_[header.columns[column].key].push_back({headers_.size(), column});
@@ -86,17 +84,41 @@ void ColumnFinder::add(const ColumnTable& table) {
     addWords(addressTypes_, table.addressTypes);
 }
 
-std::vector<const ColumnFinder::Places*> ColumnFinder::placesOf(const std::vector<std::string>& names) const {
-    std::vector<const Places*> all;
-    for (const std::string& name : names) {
-        const auto found = places_.find(nameKey(name));
-        all.push_back(found == places_.end() ? nullptr : &found->second);
+const ColumnIndex::Places* ColumnIndex::placesOf(const std::string& name) const {
+    const auto found = places_.find(nameKey(name));
+    return found == places_.end() ? nullptr : &found->second;
+}
+
+std::optional<Meaning> ColumnIndex::phoneType(std::string_view word) const {
+    return meaningIn(phoneTypes_, word);
+}
+
+std::optional<Meaning> ColumnIndex::addressType(std::string_view word) const {
+    return meaningIn(addressTypes_, word);
+}
+
+ColumnFinder::ColumnFinder(const ReadingOptions& options) : index_(&builtInIndex()) {
+    if (!options.columnsFile.empty()) {
+        own_ = readColumnTable(readColumnsFile(options.columnsFile), options.columnsFile);
+        ownIndex_.add(own_);
+        ownIndex_.add(builtInColumnTable());
+        index_ = &ownIndex_;
     }
+    for (const ColumnMapping& mapping : options.mappings) {
+        mappings_.insert({nameKey(mapping.name), {mapping.name, mapping.meaning}});
+    }
+}
+
+std::vector<const ColumnFinder::Places*> ColumnFinder::placesOf(const std::vector<std::string>& names) const {
+    std::vector<const Places*> all(names.size());
+    std::transform(names.begin(), names.end(), all.begin(),
+                   [this](const std::string& name) { return index_->placesOf(name); });
     return all;
 }
 
 std::vector<std::size_t> ColumnFinder::ranking(const std::vector<const Places*>& places) const {
-    std::vector<std::size_t> score(headers_.size());
+    const std::vector<const KnownHeader*>& headers = index_->headers();
+    std::vector<std::size_t> score(headers.size());
     std::unordered_map<const Places*, std::size_t> seen;
     for (const Places* const all : places) {
         if (all == nullptr) {
@@ -110,43 +132,44 @@ std::vector<std::size_t> ColumnFinder::ranking(const std::vector<const Places*>&
         }
     }
     std::vector<std::size_t> best;
-    for (std::size_t header = 0; header < headers_.size(); ++header) {
+    for (std::size_t header = 0; header < headers.size(); ++header) {
         if (score[header] > 0) {
             best.push_back(header);
         }
     }
     std::stable_sort(best.begin(), best.end(), [&](std::size_t a, std::size_t b) {
-        const bool isOwnA = a < ownHeaders_;
-        const bool isOwnB = b < ownHeaders_;
+        const bool isOwnA = a < own_.headers.size();
+        const bool isOwnB = b < own_.headers.size();
         if (isOwnA != isOwnB) {
             return isOwnA;
         }
-        return score[a] != score[b] ? score[a] > score[b] : headers_[a]->priority < headers_[b]->priority;
+        return score[a] != score[b] ? score[a] > score[b] : headers[a]->priority < headers[b]->priority;
     });
     return best;
 }
 
 FoundColumns ColumnFinder::find(const std::vector<std::string>& names) const {
+    const std::vector<const KnownHeader*>& headers = index_->headers();
     const std::vector<const Places*> places = placesOf(names);
     const std::vector<std::size_t> best = ranking(places);
-    std::vector<std::size_t> rank(headers_.size());
+    std::vector<std::size_t> rank(headers.size());
     for (std::size_t i = 0; i < best.size(); ++i) {
         rank[best[i]] = i;
     }
     FoundColumns found;
     if (!best.empty()) {
-        const KnownHeader& header = *headers_[best[0]];
+        const KnownHeader& header = *headers[best[0]];
         found.program = header.program;
         found.language = header.languages.substr(0, header.languages.find(','));
     }
-    std::vector<Walk> walks(headers_.size());
+    std::vector<Walk> walks(headers.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
         RecognisedColumn column;
         column.name = names[i];
         if (places[i] != nullptr) {
             const std::size_t header = bestHeader(*places[i], rank);
             const std::size_t place = walks[header].choose(placesIn(header, *places[i]));
-            column.meaning = headers_[header]->columns[place].meaning;
+            column.meaning = headers[header]->columns[place].meaning;
             column.isKnown = true;
         }
         found.columns.push_back(std::move(column));
@@ -191,14 +214,6 @@ void ColumnFinder::applyMappings(FoundColumns& found) const {
             found.unusedMappings.push_back(mapping.name);
         }
     }
-}
-
-std::optional<Meaning> ColumnFinder::phoneType(std::string_view word) const {
-    return meaningIn(phoneTypes_, word);
-}
-
-std::optional<Meaning> ColumnFinder::addressType(std::string_view word) const {
-    return meaningIn(addressTypes_, word);
 }
 
 }  // namespace calljournal

@@ -24,20 +24,9 @@ struct FoundColumns {
     std::size_t useful = 0;  ///< Those of them that mean something.
 };
 
-/// Finds out what the columns of a header mean: by what the user says about them, then by the user's file, then by the
-/// header of the built-in table that is most like it.
-class ColumnFinder {
+/// The names of column tables, for looking them up.
+class ColumnIndex {
 public:
-    /// Throws AddressBookError if the user's file cannot be read.
-    explicit ColumnFinder(const ReadingOptions& options);
-
-    FoundColumns find(const std::vector<std::string>& names) const;
-
-    /// What a phone or an address of that kind is: "* Mobil" is mobile. Nothing for unknown words.
-    std::optional<Meaning> phoneType(std::string_view word) const;
-    std::optional<Meaning> addressType(std::string_view word) const;
-
-private:
     /// A column of a known header.
     struct Place {
         std::size_t header;
@@ -45,7 +34,43 @@ private:
     };
     using Places = std::vector<Place>;
 
+    /// Adds a table, which has to live as long. What was there before counts more.
     void add(const ColumnTable& table);
+
+    const std::vector<const KnownHeader*>& headers() const { return headers_; }
+
+    /// Returns all columns of that name, or null.
+    const Places* placesOf(const std::string& name) const;
+
+    std::optional<Meaning> phoneType(std::string_view word) const;
+    std::optional<Meaning> addressType(std::string_view word) const;
+
+private:
+    std::vector<const KnownHeader*> headers_;
+    std::unordered_map<std::string, Places> places_;
+    std::unordered_map<std::string, Meaning> phoneTypes_;
+    std::unordered_map<std::string, Meaning> addressTypes_;
+};
+
+/// Finds out what the columns of a header mean: by what the user says about them, then by the user's file, then by the
+/// header of the built-in table that is most like it.
+class ColumnFinder {
+public:
+    /// Throws AddressBookError if the user's file cannot be read.
+    explicit ColumnFinder(const ReadingOptions& options);
+    ColumnFinder(const ColumnFinder&) = delete;
+    ColumnFinder& operator=(const ColumnFinder&) = delete;
+
+    FoundColumns find(const std::vector<std::string>& names) const;
+
+    /// What a phone or an address of that kind is: "* Mobil" is mobile. Nothing for unknown words.
+    std::optional<Meaning> phoneType(std::string_view word) const { return index_->phoneType(word); }
+    std::optional<Meaning> addressType(std::string_view word) const { return index_->addressType(word); }
+
+private:
+    using Place = ColumnIndex::Place;
+    using Places = ColumnIndex::Places;
+
     /// For each name the places in all headers, or null.
     std::vector<const Places*> placesOf(const std::vector<std::string>& names) const;
     /// The headers that know a column at all, the best one first.
@@ -56,11 +81,8 @@ private:
     void applyMappings(FoundColumns& found) const;
 
     ColumnTable own_;
-    std::vector<const KnownHeader*> headers_;
-    std::size_t ownHeaders_ = 0;
-    std::unordered_map<std::string, Places> places_;
-    std::unordered_map<std::string, Meaning> phoneTypes_;
-    std::unordered_map<std::string, Meaning> addressTypes_;
+    ColumnIndex ownIndex_;  ///< Of the user's file and the built-in table behind it; empty without such a file.
+    const ColumnIndex* index_;
     struct Mapping {
         std::string name;
         Meaning meaning;

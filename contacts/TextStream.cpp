@@ -1,7 +1,6 @@
 #include "TextStream.h"
 
 #include <istream>
-#include <sstream>
 #include <unicode/ucnv.h>
 
 #include "AddressReader.h"
@@ -11,14 +10,15 @@ namespace calljournal {
 namespace {
 
 constexpr std::size_t pieceSize = std::size_t{64} << 10;
+constexpr std::size_t pivotSize = 2048;
 
 }  // namespace
 
-void TextStream::Closer::operator()(UConverter* converter) const {
+void Transcoder::Closer::operator()(UConverter* converter) const {
     ucnv_close(converter);
 }
 
-TextStream::Converter TextStream::open(const std::string& charset) {
+Transcoder::Converter Transcoder::open(const std::string& charset) {
     UErrorCode status = U_ZERO_ERROR;
     Converter converter(ucnv_open(charset.c_str(), &status));
     if (U_FAILURE(status)) {
@@ -27,35 +27,14 @@ TextStream::Converter TextStream::open(const std::string& charset) {
     return converter;
 }
 
-TextStream::TextStream(std::istream& bytes, const std::string& charset) : bytes_(bytes), piece_(pieceSize, '\0') {
-    if (!charset.empty()) {
-        from_ = open(charset);
-        to_ = open("UTF-8");
-        pivot_.resize(pieceSize);
-        pivotSource_ = pivotTarget_ = pivot_.data();
-    }
-}
+Transcoder::Transcoder(const std::string& charset)
+    : from_(open(charset)),
+      to_(open("UTF-8")),
+      pivot_(pivotSize),
+      pivotSource_(pivot_.data()),
+      pivotTarget_(pivot_.data()) {}
 
-bool TextStream::read(std::string& text) {
-    if (isAtEnd_) {
-        return false;
-    }
-    bytes_.read(piece_.data(), static_cast<std::streamsize>(piece_.size()));
-    if (bytes_.bad()) {
-        throw AddressBookError(AddressBookError::Reason::file, "the file cannot be read on");
-    }
-    const std::string_view piece(piece_.data(), static_cast<std::size_t>(bytes_.gcount()));
-    bytesRead_ += piece.size();
-    isAtEnd_ = piece.size() < piece_.size();
-    if (from_) {
-        convert(piece, isAtEnd_, text);
-    } else {
-        text += piece;
-    }
-    return true;
-}
-
-void TextStream::convert(std::string_view piece, bool isLast, std::string& text) {
+void Transcoder::convert(std::string_view piece, bool isLast, std::string& text) {
     const char* source = piece.data();
     const char* const sourceEnd = source + piece.size();
     char buffer[16384];
@@ -70,12 +49,34 @@ void TextStream::convert(std::string_view piece, bool isLast, std::string& text)
     }
 }
 
-std::string decoded(std::string_view bytes, const std::string& charset) {
-    std::istringstream stream{std::string(bytes)};
-    TextStream source(stream, charset);
-    std::string text;
-    while (source.read(text)) {
+TextStream::TextStream(std::istream& bytes, const std::string& charset) : bytes_(bytes), piece_(pieceSize, '\0') {
+    if (!charset.empty()) {
+        transcoder_.emplace(charset);
     }
+}
+
+bool TextStream::read(std::string& text) {
+    if (isAtEnd_) {
+        return false;
+    }
+    bytes_.read(piece_.data(), static_cast<std::streamsize>(piece_.size()));
+    if (bytes_.bad()) {
+        throw AddressBookError(AddressBookError::Reason::file, "the file cannot be read on");
+    }
+    const std::string_view piece(piece_.data(), static_cast<std::size_t>(bytes_.gcount()));
+    bytesRead_ += piece.size();
+    isAtEnd_ = piece.size() < piece_.size();
+    if (transcoder_) {
+        transcoder_->convert(piece, isAtEnd_, text);
+    } else {
+        text += piece;
+    }
+    return true;
+}
+
+std::string decoded(std::string_view bytes, const std::string& charset) {
+    std::string text;
+    Transcoder(charset).convert(bytes, true, text);
     return text;
 }
 

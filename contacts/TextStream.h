@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,7 +13,32 @@ struct UConverter;
 
 namespace calljournal {
 
-/// Reads bytes of any character set and gives them as UTF-8, piece by piece. What is no character becomes U+FFFD.
+/// Turns bytes of a character set, which come piece by piece, into UTF-8. What is no character becomes U+FFFD.
+class Transcoder {
+public:
+    /// Throws AddressBookError for a name that ICU does not know.
+    explicit Transcoder(const std::string& charset);
+
+    /// Appends what `piece` is to `text`; a character at its end may wait for the next piece, unless it is the last one.
+    void convert(std::string_view piece, bool isLast, std::string& text);
+
+private:
+    struct Closer {
+        void operator()(UConverter* converter) const;
+    };
+    using Converter = std::unique_ptr<UConverter, Closer>;
+
+    static Converter open(const std::string& charset);
+
+    Converter from_;
+    Converter to_;
+    std::vector<char16_t> pivot_;
+    char16_t* pivotSource_;
+    char16_t* pivotTarget_;
+    bool isFirst_ = true;
+};
+
+/// Reads bytes of any character set and gives them as UTF-8, piece by piece.
 class TextStream {
 public:
     /// Reads `bytes` from their present place; they have to live as long. `charset` is a name that ICU knows, or empty for
@@ -26,22 +52,9 @@ public:
     std::size_t bytesRead() const { return bytesRead_; }
 
 private:
-    struct Closer {
-        void operator()(UConverter* converter) const;
-    };
-    using Converter = std::unique_ptr<UConverter, Closer>;
-
-    static Converter open(const std::string& charset);
-    void convert(std::string_view piece, bool isLast, std::string& text);
-
     std::istream& bytes_;
-    Converter from_;
-    Converter to_;
+    std::optional<Transcoder> transcoder_;
     std::string piece_;
-    std::vector<char16_t> pivot_;
-    char16_t* pivotSource_ = nullptr;
-    char16_t* pivotTarget_ = nullptr;
-    bool isFirst_ = true;
     bool isAtEnd_ = false;
     std::size_t bytesRead_ = 0;
 };
