@@ -17,6 +17,7 @@
 #include "ConvertReport.h"
 #include "ExitCode.h"
 #include "ImportReplay.h"
+#include "Interruption.h"
 #include "NearContacts.h"
 #include "NumberMatcher.h"
 #include "ProgressBar.h"
@@ -279,6 +280,7 @@ private:
 }  // namespace
 
 int convertBooks(const ConvertOptions& options, std::ostream& out, std::ostream& err) {
+    const Interruption interruption;
     try {
         return Conversion(options, out, err).run() ? exitDone : exitRefused;
     } catch (const AddressBookError& error) {

@@ -17,6 +17,7 @@
 #include "ImportCheck.h"
 #include "ImportContactsCSVParser.h"
 #include "ImportReplay.h"
+#include "Interruption.h"
 #include "PrivateCopy.h"
 #include "ProgressBar.h"
 #include "Storage.h"
@@ -227,6 +228,7 @@ private:
 }  // namespace
 
 int importFiles(const ImportOptions& options, std::ostream& out, std::ostream& err) {
+    const Interruption interruption;
     bool isAllImported = true;
     for (const std::string& file : options.files) {
         isAllImported = FileImport(file, options, out, err).run() && isAllImported;

@@ -14,6 +14,7 @@
 #include "CSVType.h"
 #include "ContactJson.h"
 #include "PhoneFile.h"
+#include "TemporaryPaths.h"
 #include "VCard.h"
 
 namespace calljournal {
@@ -47,6 +48,7 @@ ContactFiles::~ContactFiles() {
     }
     for (const std::string& file : temporary_) {
         ::unlink(file.c_str());
+        forgetTemporary(file);
     }
 }
 
@@ -58,14 +60,16 @@ void ContactFiles::refuseExisting(const std::string& name) const {
 }
 
 void ContactFiles::open() {
-    const fs::path path(options_.path);
-    std::string pattern = (path.parent_path() / ('.' + path.filename().string() + ".XXXXXX")).string();
-    descriptor_ = ::mkstemp(pattern.data());
-    if (descriptor_ < 0) {
-        throw ContactFilesError(because(options_.path));
-    }
+    temporary_.push_back(makeTemporary([this] {
+        const fs::path path(options_.path);
+        std::string pattern = (path.parent_path() / ('.' + path.filename().string() + ".XXXXXX")).string();
+        descriptor_ = ::mkstemp(pattern.data());
+        if (descriptor_ < 0) {
+            throw ContactFilesError(because(options_.path));
+        }
+        return pattern;
+    }));
     ::fchmod(descriptor_, mode_);
-    temporary_.push_back(pattern);
     text_ = options_.format == ContactFormat::phone ? phoneFileHeader() : std::string();
 }
 
@@ -174,16 +178,22 @@ std::vector<std::string> ContactFiles::publish() {
     const std::vector<std::string> all = names();
     std::for_each(all.begin(), all.end(), [this](const std::string& name) { refuseExisting(name); });
     putOnDisk();
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        if (::rename(temporary_[i].c_str(), all[i].c_str()) != 0) {
-            const std::string reason = because(all[i]);
-            std::for_each(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(i),
+    rename(all);
+    std::for_each(temporary_.begin(), temporary_.end(), forgetTemporary);
+    temporary_.clear();
+    return all;
+}
+
+void ContactFiles::rename(const std::vector<std::string>& names) const {
+    const std::unique_lock<std::mutex> hold = holdTemporaries();
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (::rename(temporary_[i].c_str(), names[i].c_str()) != 0) {
+            const std::string reason = because(names[i]);
+            std::for_each(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(i),
                           [](const std::string& name) { ::unlink(name.c_str()); });
             throw ContactFilesError(reason);
         }
     }
-    temporary_.clear();
-    return all;
 }
 
 }  // namespace calljournal

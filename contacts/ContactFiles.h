@@ -70,6 +70,7 @@ private:
     void close();
     void prove();
     void putOnDisk() const;
+    void rename(const std::vector<std::string>& names) const;
     void refuseExisting(const std::string& name) const;
     std::vector<std::string> names() const;
 

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "ContactFields.h"
+#include "TemporaryPaths.h"
 
 namespace calljournal {
 
@@ -44,6 +45,7 @@ Head headAt(SpoolFile& file, std::uint64_t place) {
 }  // namespace
 
 SpoolFile::SpoolFile(std::size_t memory) : descriptor_(-1), memory_(memory) {
+    const std::unique_lock<std::mutex> hold = holdTemporaries();
     std::string pattern = (std::filesystem::temp_directory_path() / "calljournal-spool-XXXXXX").string();
     descriptor_ = ::mkstemp(pattern.data());
     if (descriptor_ < 0) {

@@ -6,7 +6,8 @@
 
 namespace calljournal {
 
-/// A folder for this user alone that goes with the object, whatever is in it.
+/// A folder for this user alone that goes with the object, whatever is in it, and when a signal ends the process (see
+/// TemporaryPaths.h).
 class TemporaryFolder {
 public:
     /// Throws std::system_error if none can be made. `purpose` becomes a part of its name.

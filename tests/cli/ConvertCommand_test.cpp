@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -178,6 +179,27 @@ TEST_F(ConvertCommand, SplitsWhatAPhoneDoesNotHold) {
     EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), 250);
     EXPECT_NE(all.find("Name0\""), std::string::npos);
     EXPECT_NE(all.find("Name249\""), std::string::npos);
+}
+
+TEST_F(ConvertCommand, LeavesNothingWhenItIsInterrupted) {
+    const std::string book = folder_.write("book.csv", manyPeople(60000));
+    const auto isWriting = [this] { return !written().empty(); };
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const Finished finished =
+            interruptProgram({"/usr/bin/env", "TMPDIR=" + temporary_, "LC_ALL=C", COMMAND, "convert", book, "-o", out_},
+                             signal, isWriting);
+        EXPECT_EQ(finished.status, 128 + signal) << finished.err;
+        EXPECT_EQ(written(), std::set<std::string>());
+        EXPECT_TRUE(fs::is_empty(temporary_));
+    }
+}
+
+TEST_F(ConvertCommand, LeavesNothingWhenNobodyReadsOn) {
+    const std::string book = folder_.write("book.csv", manyPeople(20000));
+    const std::string command = "TMPDIR=" + temporary_ + " LC_ALL=C " COMMAND " convert --to json " + book;
+    EXPECT_EQ(runProgram({"/bin/bash", "-c", command + " | head -n 1 > /dev/null; exit ${PIPESTATUS[0]}"}).status,
+              128 + SIGPIPE);
+    EXPECT_TRUE(fs::is_empty(temporary_));
 }
 
 TEST_F(ConvertCommand, CountsWhatThePhoneHolds) {

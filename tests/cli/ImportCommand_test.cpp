@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <chrono>
+#include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -333,6 +335,18 @@ TEST_F(ImportCommand, ImportsTheExamplesOrSaysWhy) {
     EXPECT_EQ(std::count_if(fs::begin(files), fs::end(files),
                             [](const fs::directory_entry& entry) { return entry.path().extension() == ".csv"; }),
               known);
+}
+
+TEST_F(ImportCommand, LeavesNothingWhenItIsInterrupted) {
+    const std::string pipe = folder_.file("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    // Somebody might still write to it, so the import waits.
+    const int writer = ::open(pipe.c_str(), O_RDWR);
+    const Finished finished = interruptProgram({"/usr/bin/env", "TMPDIR=" + temporary_, COMMAND, "import", pipe},
+                                               SIGINT, [this] { return !fs::is_empty(temporary_); });
+    ::close(writer);
+    EXPECT_EQ(finished.status, 128 + SIGINT) << finished.err;
+    EXPECT_TRUE(fs::is_empty(temporary_));
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "RunCommand.h"
 
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -7,6 +9,7 @@
 #include <stdexcept>
 #include <sys/wait.h>
 #include <system_error>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -38,29 +41,69 @@ std::string readFile(const std::string& path) {
     return std::string{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-Finished runProgram(const std::vector<std::string>& arguments, const std::string& input) {
-    // Files rather than pipes: whatever the sizes, nobody waits for anybody.
-    const TemporaryFolder folder;
-    const std::string in = folder.write("in", input);
-    const std::string out = folder.file("out");
-    const std::string err = folder.file("err");
-    std::vector<char*> argv;
-    for (const std::string& argument : arguments) {
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    }
-    argv.push_back(nullptr);
+namespace {
 
-    const pid_t child = ::fork();
-    if (child == 0) {
-        if (std::freopen(in.c_str(), "r", stdin) != nullptr && std::freopen(out.c_str(), "w", stdout) != nullptr &&
-            std::freopen(err.c_str(), "w", stderr) != nullptr) {
-            ::execvp(argv[0], argv.data());
+/// A program that runs, with files for what it reads and prints: whatever their sizes, nobody waits for anybody.
+class Program {
+public:
+    Program(const std::vector<std::string>& arguments, const std::string& input)
+        : out_(folder_.file("out")), err_(folder_.file("err")) {
+        const std::string in = folder_.write("in", input);
+        std::vector<char*> argv;
+        for (const std::string& argument : arguments) {
+            argv.push_back(const_cast<char*>(argument.c_str()));
         }
-        ::_exit(127);
+        argv.push_back(nullptr);
+
+        child_ = ::fork();
+        if (child_ == 0) {
+            if (std::freopen(in.c_str(), "r", stdin) != nullptr && std::freopen(out_.c_str(), "w", stdout) != nullptr &&
+                std::freopen(err_.c_str(), "w", stderr) != nullptr) {
+                ::execvp(argv[0], argv.data());
+            }
+            ::_exit(127);
+        }
+        if (child_ < 0) {
+            throw std::runtime_error("cannot run " + arguments[0]);
+        }
     }
-    int status = 0;
-    if (child < 0 || ::waitpid(child, &status, 0) != child) {
-        throw std::runtime_error("cannot run " + arguments[0]);
+
+    /// Tells whether it has ended; waits for that if `options` does not say WNOHANG.
+    bool hasEnded(int options) { return ::waitpid(child_, &status_, options) == child_; }
+
+    void send(int signal) const { ::kill(child_, signal); }
+
+    Finished result() const {
+        return {WIFEXITED(status_) ? WEXITSTATUS(status_) : 128 + WTERMSIG(status_), readFile(out_), readFile(err_)};
     }
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), readFile(out), readFile(err)};
+
+private:
+    const TemporaryFolder folder_;
+    const std::string out_;
+    const std::string err_;
+    pid_t child_ = -1;
+    int status_ = 0;
+};
+
+}  // namespace
+
+Finished runProgram(const std::vector<std::string>& arguments, const std::string& input) {
+    Program program(arguments, input);
+    if (!program.hasEnded(0)) {
+        throw std::runtime_error("cannot wait for " + arguments[0]);
+    }
+    return program.result();
+}
+
+Finished interruptProgram(const std::vector<std::string>& arguments, int signal, const std::function<bool()>& isTime) {
+    Program program(arguments, std::string());
+    while (!isTime()) {
+        if (program.hasEnded(WNOHANG)) {
+            return program.result();
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    program.send(signal);
+    program.hasEnded(0);
+    return program.result();
 }

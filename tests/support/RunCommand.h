@@ -1,6 +1,7 @@
 #ifndef RUNCOMMAND_H
 #define RUNCOMMAND_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,9 @@ struct Finished {
 
 /// Runs `arguments` (program first, looked for in PATH if it is a plain name) with `input` on standard input, until it ends.
 Finished runProgram(const std::vector<std::string>& arguments, const std::string& input = std::string());
+
+/// The same, but sends the program a signal as soon as `isTime` says so, which is asked again and again.
+Finished interruptProgram(const std::vector<std::string>& arguments, int signal, const std::function<bool()>& isTime);
 
 /// A folder of its own that goes with the object.
 class TemporaryFolder {

@@ -1,0 +1,27 @@
+#ifndef CALLJOURNAL_TEMPORARYPATHS_H
+#define CALLJOURNAL_TEMPORARYPATHS_H
+
+#include <functional>
+#include <mutex>
+#include <string>
+
+namespace calljournal {
+
+// The files and folders of this process that nobody shall find once it is over. Whoever makes one removes it; the list is
+// for the moment when a signal ends the process and nobody gets around to it. All may be called from any thread.
+
+/// Makes a file or folder by `make`, which returns its path, and remembers it.
+std::string makeTemporary(const std::function<std::string()>& make);
+
+/// Tells that the path is no longer there, or that it may stay.
+void forgetTemporary(const std::string& path);
+
+/// Nothing is removed, made or forgotten while this is held: what is done meanwhile is done wholly or not at all.
+std::unique_lock<std::mutex> holdTemporaries();
+
+/// Removes all of them; `hold` shows that nobody is about to make another.
+void removeTemporaries(const std::unique_lock<std::mutex>& hold);
+
+}  // namespace calljournal
+
+#endif
