@@ -156,7 +156,10 @@ private:
             last = column.view();
             filling.add(stored(last));
         }
-        lastColumn_.assign(last.data(), last.size());
+        // One that has only gone on is there already; copied onto itself, it would cost its length at each line.
+        if (begin != text.data()) {
+            lastColumn_.assign(last.data(), last.size());
+        }
         inQuotes_ = endsInQuotes(begin, end);
     }
 
