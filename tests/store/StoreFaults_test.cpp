@@ -188,7 +188,7 @@ TEST_F(StoreDisk, MayLimitTheSizeOfFiles) {
     closeStore();
     Child child([&](const Child::Say& say) {
         std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit = {80000, 80000};
+        const rlimit limit = {80000, RLIM_INFINITY};
         setrlimit(RLIMIT_FSIZE, &limit);
         SqlDataAccessService store(file());
         say(store.processRequest(largeRequest()));
@@ -248,6 +248,17 @@ TEST_F(StoreMemory, MayBeMissingAtAnyPlaceOfARequest) {
         }
         ask(writeRequest(dialled, anEntry));
     }
+}
+
+TEST_F(StoreMemory, MayBeMissingAtAnyPlaceOfTheFirstRequest) {
+    ask(writeRequest(dialled, anEntry));
+    const auto all = [this] {
+        std::string content = everything();
+        closeStore();
+        store();
+        return content;
+    };
+    EXPECT_GT(failAtEachPlace([&] { return ask(readRequest(dialled)); }, all, 1), 3);
 }
 
 }  // namespace

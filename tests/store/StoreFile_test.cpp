@@ -1,7 +1,7 @@
 #include <filesystem>
+#include <sqlite3.h>
 #include <string>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "StoreTest.h"
 
@@ -12,13 +12,6 @@ const std::string anEntry = "<Entry><UniqueId>a</UniqueId></Entry>";
 const std::string anotherEntry = "<Entry><UniqueId>b</UniqueId></Entry>";
 
 using StoreFile = StoreTest;
-
-/// Becomes a user who may write only what everybody may; for a child process.
-void becomeNobody() {
-    if (getuid() == 0 && setuid(65534) != 0) {
-        throw std::runtime_error("cannot change the user");
-    }
-}
 
 TEST_F(StoreFile, IsCreatedWithItsFoldersForTheUserAlone) {
     const std::string url = "sqlite3://" + file("x/y/journal.db");
@@ -33,7 +26,7 @@ TEST_F(StoreFile, IsCreatedWithItsFoldersForTheUserAlone) {
 
 TEST_F(StoreFile, MayHaveAnyName) {
     for (const std::string name : {"a b  c.db", "100%25.db", "what?mode=ro", "a#b", "it's \"it\"", "a=b", "back\\slash",
-                                   "\xc3\xa4\xff\n", ":memory:", "-x"}) {
+                                   "\xc3\xa4\xff\n", ":memory:", "-x", "{~}", "[_]"}) {
         {
             calljournal::SqlDataAccessService store(file(name));
             store.processRequest(writeRequest(dialled, anEntry));
@@ -133,6 +126,7 @@ TEST_F(StoreFile, IsRefusedWhereItCannotBeCreated) {
                   "one");
     EXPECT_EQ(child.nextLine(), "store " + file("x/journal.db") +
                                     ": its folder cannot be created (Permission denied); name another file");
+    EXPECT_TRUE(child.endedWell());
 }
 
 TEST_F(StoreFile, IsReadWhereItCannotBeWritten) {
@@ -179,6 +173,7 @@ TEST_F(StoreFile, IsRefusedIfItIsEmptyAndCannotBeWritten) {
         say(openingError(file()));
     });
     EXPECT_EQ(child.nextLine(), "store " + file() + ": it cannot be written, and has no tables yet; make it writable");
+    EXPECT_TRUE(child.endedWell());
 }
 
 TEST_F(StoreFile, IsRefusedIfItCannotBeRead) {
@@ -194,6 +189,33 @@ TEST_F(StoreFile, IsRefusedIfItCannotBeRead) {
               "store " + file() +
                   ": it cannot be opened (Permission denied); name another file or give access to this "
                   "one");
+    EXPECT_TRUE(child.endedWell());
+}
+
+TEST_F(StoreFile, IsRefusedIfItsLogIsADirectory) {
+    store();
+    closeStore();
+    std::filesystem::create_directory(file("journal.db-wal"));
+    EXPECT_EQ(openingError(file()),
+              "store " + file() + ": it cannot be opened; give access to the file and its folder");
+}
+
+/// Has SQLite open files as on a file system on which processes cannot share memory.
+class NoSharedMemory {
+public:
+    NoSharedMemory() { sqlite3_vfs_register(sqlite3_vfs_find("unix-dotfile"), 1); }
+    ~NoSharedMemory() { sqlite3_vfs_register(usual_, 1); }
+    NoSharedMemory(const NoSharedMemory&) = delete;
+    NoSharedMemory& operator=(const NoSharedMemory&) = delete;
+
+private:
+    sqlite3_vfs* usual_ = sqlite3_vfs_find(nullptr);
+};
+
+TEST_F(StoreFile, IsRefusedWhereItCannotHaveAWriteAheadLog) {
+    const NoSharedMemory fileSystem;
+    EXPECT_EQ(openingError(file()),
+              "store " + file() + ": its file system cannot carry a write-ahead log; name a file on a local disk");
 }
 
 TEST_F(StoreFile, IsFoundDamagedWhenItIs) {

@@ -37,12 +37,12 @@ std::string storedIds(const std::string& file) {
     return runSql(file, "select unique_id from entry order by unique_id");
 }
 
-/// A connection of another program that keeps the file locked for writing.
+/// A connection of another program that keeps the file locked for writing, or with whatever else `statements` do.
 class Lock {
 public:
-    explicit Lock(const std::string& file) {
+    explicit Lock(const std::string& file, const char* statements = "begin immediate") {
         sqlite3_open(file.c_str(), &database_);
-        EXPECT_EQ(sqlite3_exec(database_, "begin immediate", nullptr, nullptr, nullptr), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(database_, statements, nullptr, nullptr, nullptr), SQLITE_OK);
     }
     ~Lock() { sqlite3_close(database_); }
     Lock(const Lock&) = delete;
@@ -147,6 +147,41 @@ TEST_F(StoreProcesses, GiveUpWhenTheirPatienceIsAtItsEnd) {
     }
     EXPECT_EQ(store.processRequest(writeRequest(dialled, anEntry)),
               envelope(dialled, "<Result>ok</Result><UniqueId>a</UniqueId>"));
+}
+
+/// Hold on to a file that has no write-ahead log yet, which keeps others from giving it one.
+constexpr const char* readWithoutLog = "pragma journal_mode = delete; begin; select count(*) from entry";
+constexpr const char* writeWithoutLog = "pragma journal_mode = delete; begin immediate";
+
+TEST_F(StoreProcesses, WaitForThoseThatUseAFileWithoutAWriteAheadLog) {
+    for (const char* statements : {readWithoutLog, writeWithoutLog}) {
+        store();
+        closeStore();
+        Child child([&](const Child::Say& say) {
+            const Lock lock(file(), statements);
+            say("locked");
+            std::this_thread::sleep_for(milliseconds(100));
+        });
+        EXPECT_EQ(child.nextLine(), "locked");
+        EXPECT_EQ(openingError(file()), "");
+        EXPECT_EQ(runSql(file(), "pragma journal_mode"), "wal\n");
+    }
+}
+
+TEST_F(StoreProcesses, GiveUpOnThoseThatUseAFileWithoutAWriteAheadLog) {
+    for (const char* statements : {readWithoutLog, writeWithoutLog}) {
+        store();
+        closeStore();
+        const Lock lock(file(), statements);
+        try {
+            const SqlDataAccessService store(file(), milliseconds(50));
+            FAIL() << "opened";
+        } catch (const calljournal::StoreError& error) {
+            EXPECT_EQ(
+                error.what(),
+                "store " + file() + ": another process has kept it locked for 50 ms; try again when that one is done");
+        }
+    }
 }
 
 TEST_F(StoreProcesses, KeepOthersOutOfTheirExclusiveWork) {

@@ -310,6 +310,8 @@ std::vector<Refusal> refusals() {
         {"unknown schema", readRequest("CallLog"), failed("CallLog", "unknown schema CallLog")},
         {"unknown schema, longer", readRequest("CallLogMissedCalls2"),
          failed("CallLogMissedCalls2", "unknown schema CallLogMissedCalls2")},
+        {"schema of all letters that one may have", readRequest("aZ_09-x.y"),
+         failed("aZ_09-x.y", "unknown schema aZ_09-x.y")},
         {"schema in lower case", readRequest("conversations"), failed("conversations", "unknown schema conversations")},
         {"no end", startTag, cut},
         {"no end after the reason", startTag + "<ReasonForMessage>read_request</ReasonForMessage>", cut},

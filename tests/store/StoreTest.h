@@ -54,6 +54,9 @@ std::string runSql(const std::string& file, const std::string& sql);
 std::string contentOf(const std::string& file);
 void writeFile(const std::string& file, const std::string& content);
 
+/// Becomes a user who may write only what everybody may; for a child process.
+void becomeNobody();
+
 /// Another process, which runs `work` and ends; the text that `work` passes to its argument can be read line by line.
 class Child {
 public:

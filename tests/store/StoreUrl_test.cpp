@@ -70,6 +70,17 @@ TEST(StoreUrl, RefusesAnotherScheme) {
               "store postgresql://host/db: only SQLite files can be used; write sqlite3://PATH or a plain path");
 }
 
+TEST(StoreUrl, KnowsASchemeByItsLetters) {
+    for (const std::string url : {"x://", "Z9://a", "a+b-c.d://a"}) {
+        EXPECT_EQ(refusalOf(url),
+                  "store " + url + ": only SQLite files can be used; write sqlite3://PATH or a plain path");
+    }
+    const std::string here = std::filesystem::current_path().string();
+    for (const std::string path : {"://a", "a b://c", "[://a", "`://a", "{://a", "@://a", ":://a", "/a://b", ",://a"}) {
+        EXPECT_EQ(refusalOf(path), "") << path;
+    }
+}
+
 TEST(StoreUrl, RefusesAnEmptyPath) {
     EXPECT_EQ(refusalOf("sqlite3://"), "store sqlite3://: it names no file; write sqlite3://PATH or a plain path");
     EXPECT_EQ(refusalOf(""), "store : it names no file; write sqlite3://PATH or a plain path");

@@ -1,7 +1,6 @@
 #include <filesystem>
 #include <string>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "Faults.h"
 #include "StoreTest.h"
@@ -87,15 +86,14 @@ TEST_F(StoreVersions, OneThatCannotBeWrittenIsRefusedWithASentence) {
     std::filesystem::permissions(file(), std::filesystem::perms(0444));
     std::filesystem::permissions(folder(), std::filesystem::perms(0777));
     Child child([&](const Child::Say& say) {
-        if (getuid() == 0 && setuid(65534) != 0) {
-            say("cannot change the user");
-        }
+        becomeNobody();
         say(openingError(file()));
     });
     EXPECT_EQ(child.nextLine(),
               "store " + file() +
                   ": it cannot be written, and an older calljournal wrote it (store version 1); make it "
                   "writable, so that it can be brought up to date");
+    EXPECT_TRUE(child.endedWell());
 }
 
 TEST_F(StoreVersions, ThatAreNewerAreRefusedWithASentence) {
