@@ -1,9 +1,8 @@
 #include "SqlDataAccessService.h"
 
 #include <algorithm>
-#include <new>
+#include <exception>
 #include <soci/soci.h>
-#include <stdexcept>
 #include <string_view>
 
 #include "ClientUtils.h"
@@ -184,10 +183,9 @@ std::string SqlDataAccessService::processRequest(const std::string& request) {
         return implementation_->guarded([&] { return implementation_->carryOut(scanned); });
     } catch (const StoreError& failure) {
         return failedReply(scanned.schema, failure.what());
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
+        // Memory, or no text can be as long as the reply would be, which is less than memory where addresses are short.
         return failedReply(scanned.schema, "there is not enough memory for this request");
-    } catch (const std::length_error&) {
-        return failedReply(scanned.schema, "the reply would be longer than a text can be");
     }
 }
 
