@@ -1,5 +1,7 @@
 #include "CallBacks.h"
 
+#include <functional>
+
 #include "CallListDatabaseAdapterHelper.h"
 #include "CarriedText.h"
 #include "ClientUtils.h"
@@ -21,12 +23,12 @@ std::string written(Enumeration value) {
 }
 
 void assign(CallBackItem& item, const CallBackText& access, const std::string& text) {
-    (item.*access.set)(restoredControls(text));
+    std::invoke(access.set, item, restoredControls(text));
 }
 
 template <class Enumeration>
 void assign(CallBackItem& item, const CallBackAccess<Enumeration>& access, const std::string& word) {
-    (item.*access.set)(detail::fromWord<Enumeration>(word));
+    std::invoke(access.set, item, detail::fromWord<Enumeration>(word));
 }
 
 }  // namespace
@@ -36,7 +38,7 @@ std::string encodeCallBack(const CallBackItem& item) {
     for (const CallBackField& field : callBackFields) {
         std::visit(
             [&](const auto& access) {
-                Helper::createXMLField(std::string(field.tag).c_str(), written((item.*access.get)()), body);
+                Helper::createXMLField(std::string(field.tag).c_str(), written(std::invoke(access.get, item)), body);
             },
             field.access);
     }

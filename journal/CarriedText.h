@@ -1,7 +1,7 @@
 #ifndef CALLJOURNAL_CARRIEDTEXT_H
 #define CALLJOURNAL_CARRIEDTEXT_H
 
-#include <algorithm>
+#include <functional>
 #include <list>
 #include <string>
 #include <type_traits>
@@ -49,18 +49,18 @@ void convertAllTexts(Item& item, std::string (*convert)(const std::string&)) {
         for (const auto& field : fields) {
             const auto* access = std::get_if<detail::TextAccess<Party>>(&field.access);
             if (access != nullptr && field.readAs != detail::text::UNIQUEID) {
-                (party.*access->set)(convert((party.*access->get)()));
+                std::invoke(access->set, party, convert(std::invoke(access->get, party)));
             }
         }
     };
     CallItemWithPicture& party = item;
     convertFields(party, detail::partyFields);
     convertFields(item, Kind::itemFields);
-    auto calls = (item.*Kind::calls)();
+    auto calls = std::invoke(Kind::calls, item);
     for (auto& call : calls) {
         visitCallTexts<Item>(call, [&](std::string& text, int) { text = convert(text); });
     }
-    (item.*Kind::setCalls)(calls);
+    std::invoke(Kind::setCalls, item, calls);
 }
 
 /// Replaces each text that the format writes as it is by `convert(text, times)`. Names are the encoder's own business,
@@ -73,7 +73,7 @@ void convertTexts(Item& item, std::string (*convert)(const std::string&, int)) {
         for (const auto& field : fields) {
             const auto* access = std::get_if<detail::TextAccess<Party>>(&field.access);
             if (access != nullptr && access->form == detail::Form::asItIs) {
-                (party.*access->set)(convert((party.*access->get)(), itemTextUnescapes));
+                std::invoke(access->set, party, convert(std::invoke(access->get, party), itemTextUnescapes));
             }
         }
     };
@@ -81,12 +81,11 @@ void convertTexts(Item& item, std::string (*convert)(const std::string&, int)) {
     convertFields(party, detail::partyFields);
     convertFields(item, Kind::itemFields);
 
-    const auto& stored = (item.*Kind::calls)();
-    auto calls = stored;
+    auto calls = std::invoke(Kind::calls, item);
     for (auto& call : calls) {
         visitCallTexts<Item>(call, [&](std::string& text, int times) { text = convert(text, times); });
     }
-    (item.*Kind::setCalls)(calls);
+    std::invoke(Kind::setCalls, item, calls);
 }
 
 }  // namespace calljournal

@@ -1,6 +1,7 @@
 #include "Journal.h"
 
 #include <algorithm>
+#include <functional>
 #include <set>
 #include <type_traits>
 
@@ -59,8 +60,8 @@ bool mayBeCarried(const MissedCallItem& item) {
 
 template <class Item>
 bool isNewer(const Item& first, const Item& second) {
-    const auto& firstCalls = (first.*detail::CallKind<Item>::calls)();
-    const auto& secondCalls = (second.*detail::CallKind<Item>::calls)();
+    const auto& firstCalls = std::invoke(detail::CallKind<Item>::calls, first);
+    const auto& secondCalls = std::invoke(detail::CallKind<Item>::calls, second);
     if (firstCalls.empty() || secondCalls.empty()) {
         return !firstCalls.empty();
     }

@@ -11,8 +11,8 @@ using i18n::phonenumbers::PhoneNumber;
 using i18n::phonenumbers::PhoneNumberUtil;
 
 bool parseNumber(const std::string& number, const std::string& region, PhoneNumber& parsed) {
-    return number.size() <= longestNumber && PhoneNumberUtil::GetInstance()->ParseAndKeepRawInput(
-                                                 number, region, &parsed) == PhoneNumberUtil::NO_PARSING_ERROR;
+    return PhoneNumberUtil::GetInstance()->ParseAndKeepRawInput(number, region, &parsed) ==
+           PhoneNumberUtil::NO_PARSING_ERROR;
 }
 
 bool isInternational(const PhoneNumber& number) {

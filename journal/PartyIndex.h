@@ -27,7 +27,7 @@ public:
     /// Indexes `entries`; both arguments must outlive the index.
     PartyIndex(const std::deque<Item>& entries, const NumberKey& numberKey) : entries_(entries), numberKey_(numberKey) {
         for (std::size_t i = 0; i < entries.size(); ++i) {
-            for (const Call& call : (entries[i].*Kind::calls)()) {
+            for (const Call& call : std::invoke(Kind::calls, entries[i])) {
                 add(i, call);
             }
         }

@@ -44,6 +44,11 @@ TEST(CarriedControls, AreReferences) {
     EXPECT_EQ(carriedControls(std::string("a\x1b[31m\0", 7)), "a&#x1b;[31m&#x00;");
     EXPECT_EQ(carriedControls("&#x1b; &#x"), "&#x26;#x1b; &#x26;#x");
     EXPECT_EQ(restoredControls("&#x41;&#x1B;&#x1;&#x0a;&#x09;&#x1b"), "&#x41;&#x1B;&#x1;&#x0a;&#x09;&#x1b");
+    for (const char* text : {"&#x/1;", "&#x:1;", "&#x1/;", "&#x1:;", "&#x`1;", "&#xg1;", "&#x1`;", "&#x1g;", "&#x80;",
+                             "&#x9b;", "&#x1b:", "&#x", "&#x1"}) {
+        EXPECT_EQ(restoredControls(text), text);
+        EXPECT_EQ(restoredControls("&#x1b;" + std::string(text)), "\x1b" + std::string(text));
+    }
 }
 
 TEST(CarriedControls, ComeBackFromEveryText) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "CallListDatabaseAdapterHelper.h"
+#include "KindInterface.h"
 #include "NumberMatcher.h"
 #include "RunCommand.h"
 #include "ScriptedDataAccessService.h"
@@ -163,6 +164,121 @@ TEST_F(JournalOnAStore, BringsEveryTextBack) {
     EXPECT_EQ(read.getMissedCallInfoList().front().deflectName, "&amp;lt;");
 }
 
+TEST_F(JournalOnAStore, BringsAMarkedUpTextOfACallBack) {
+    NewCall<MissedCallItem> one = missed("1", "1");
+    one.call.groupName = "&amp;lt;";
+    journal_.record<MissedCallItem>({one});
+    EXPECT_EQ(journal_.entries<MissedCallItem>().at(0).getMissedCallInfoList().front().groupName, "&amp;lt;");
+}
+
+/// A text with every control character, and one that looks like what stands for them.
+const std::string controls = [] {
+    std::string text = "&#x1b;";
+    for (char c = 0; c < 0x20; ++c) {
+        text += c;
+    }
+    return text;
+}();
+
+template <class Item>
+class JournalOfEachKind : public JournalOnAStore {};
+
+class KindNames {
+public:
+    template <class Item>
+    static std::string GetName(int) {
+        return KindInterface<Item>::name;
+    }
+};
+
+using Kinds = ::testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
+TYPED_TEST_SUITE(JournalOfEachKind, Kinds, KindNames);
+
+TYPED_TEST(JournalOfEachKind, BringsControlCharactersBack) {
+    NewCall<TypeParam> one = this->template call<TypeParam>(controls, controls, controls);
+    one.party.setFirstname(controls);
+    one.party.setPictureClip(controls);
+    one.party.setEntryId(controls);
+    this->journal_.template record<TypeParam>({one});
+    const TypeParam read = this->journal_.template entries<TypeParam>().at(0);
+    EXPECT_EQ(read.getSurname(), controls);
+    EXPECT_EQ(read.getFirstname(), controls);
+    EXPECT_EQ(read.getPictureClip(), controls);
+    EXPECT_EQ(read.getEntryId(), controls);
+    const auto& calls = (read.*detail::CallKind<TypeParam>::calls)();
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls.front().number, controls);
+    EXPECT_EQ(calls.front().timeDate, controls);
+}
+
+TYPED_TEST(JournalOfEachKind, DeletesAnEntryAndSaysWhichIsNotThere) {
+    this->journal_.template record<TypeParam>({this->template call<TypeParam>("1", "1"),
+                                               this->template call<TypeParam>("2", "2"),
+                                               this->template call<TypeParam>("3", "3")});
+    const TypeParam removed = this->journal_.template remove<TypeParam>("2");
+    EXPECT_EQ((removed.*detail::CallKind<TypeParam>::calls)().front().number, "2");
+    EXPECT_THAT(this->template numbers<TypeParam>(), ElementsAre("3", "1"));
+    try {
+        this->journal_.template remove<TypeParam>("2");
+        FAIL() << "deleted again";
+    } catch (const JournalError& error) {
+        EXPECT_EQ(error.what(),
+                  "there is no " + std::string(KindInterface<TypeParam>::name) + " entry with the id \"2\"");
+    }
+}
+
+TYPED_TEST(JournalOfEachKind, TellsObserversOfEachChange) {
+    RecordingObserver observer;
+    this->journal_.addObserver(observer);
+    this->journal_.template record<TypeParam>({this->template call<TypeParam>("1", "1", "A<B")});
+    this->journal_.template record<TypeParam>({this->template call<TypeParam>("1", "2")});
+    this->journal_.template remove<TypeParam>("1");
+    std::vector<std::string> updates;
+    for (const std::string& message : observer.messages) {
+        if (message.find("<ActionType>") != std::string::npos) {
+            updates.push_back(message);
+        }
+    }
+    EXPECT_THAT(updates, ElementsAre(HasSubstr("</LogList><ActionType>0</ActionType>"),
+                                     HasSubstr("</LogList><ActionType>1</ActionType>"),
+                                     HasSubstr("<UniqueIdToDelete>1</UniqueIdToDelete><ActionType>3</ActionType>")));
+}
+
+TYPED_TEST(JournalOfEachKind, GivesAPartyWithoutANumberTheEntryOfItsName) {
+    const auto named = [this](const char* surname, const char* firstname) {
+        NewCall<TypeParam> one = this->template call<TypeParam>("", "1", surname);
+        one.party.setFirstname(firstname);
+        return one;
+    };
+    this->journal_.template record<TypeParam>({named("", "Ann"), named("Smith", ""), named("Smith", "Ann")});
+    this->journal_.template record<TypeParam>({named("", "Ann"), named("Smith", "Ann"), named("", "")});
+    std::vector<std::size_t> counts;
+    for (const TypeParam& entry : this->journal_.template entries<TypeParam>()) {
+        counts.push_back((entry.*detail::CallKind<TypeParam>::calls)().size());
+    }
+    EXPECT_THAT(counts, ElementsAre(2, 1, 2, 1));
+}
+
+TYPED_TEST(JournalOfEachKind, TellsNumbersThatEndAlikeApart) {
+    this->journal_.template record<TypeParam>(
+        {this->template call<TypeParam>("10001", "1"), this->template call<TypeParam>("20001", "2")});
+    this->journal_.template record<TypeParam>(
+        {this->template call<TypeParam>("20001", "3"), this->template call<TypeParam>("30001", "4")});
+    EXPECT_THAT(this->template numbers<TypeParam>(), ElementsAre("30001", "20001 20001", "10001"));
+}
+
+TEST_F(JournalOnAStore, ListsEntriesWithoutCallsLast) {
+    const std::string dialled = "<Schema name=\"CallLogDialledCalls\">";
+    const std::string header = "<?xml version=\"1.0\" encoding=\"utf-8\"?>";
+    DialledCallItem withoutCalls;
+    withoutCalls.setSurname("Nobody");
+    const std::string entry = "<Entry>" + Helper::createXMLDialledCallItemBody(withoutCalls, false) + "</Entry>";
+    store_.processRequest(header + dialled + "<ReasonForMessage>write_request</ReasonForMessage>" + entry + entry +
+                          "</Schema>");
+    journal_.record<DialledCallItem>({call<DialledCallItem>("1", "1"), call<DialledCallItem>("2", "2")});
+    EXPECT_THAT(numbers<DialledCallItem>(), ElementsAre("2", "1", "", ""));
+}
+
 TEST_F(JournalOnAStore, TellsObserversOfTheEntryAndOfTheNewCount) {
     RecordingObserver observer;
     journal_.addObserver(observer);
@@ -247,6 +363,41 @@ TEST(Journal, TellsNobodyOfWhatTheStoreRefused) {
         EXPECT_STREQ(error.what(), "full");
     }
     EXPECT_TRUE(observer.messages.empty());
+}
+
+const char* const oneReceivedCall =
+    "<Schema name=\"CallLogReceivedCalls\"><Entry><UniqueId>1</UniqueId></Entry></Schema>";
+const char* const refusal = "<Schema name=\"x\"><Result>failed</Result><Reason>full</Reason></Schema>";
+
+/// Says why `work` was refused.
+template <class Work>
+std::string refusalOf(const Work& work) {
+    try {
+        work();
+    } catch (const JournalError& error) {
+        return error.what();
+    }
+    return "not refused";
+}
+
+TEST(Journal, SaysWhyTheStoreRefused) {
+    ScriptedDataAccessService refusing;
+    refusing.when("read_request", oneReceivedCall).when("write_request", refusal).when("delete_request", refusal);
+    Journal journal(refusing);
+    RecordingObserver observer;
+    journal.addObserver(observer);
+    EXPECT_EQ(refusalOf([&] { journal.record<ReceivedCallItem>({NewCall<ReceivedCallItem>()}); }), "full");
+    EXPECT_EQ(refusalOf([&] { journal.remove<ReceivedCallItem>("1"); }), "full");
+    EXPECT_EQ(refusalOf([&] { journal.recordCallBacks({CallBackItem()}); }), "full");
+    EXPECT_TRUE(observer.messages.empty());
+}
+
+TEST(Journal, QuotesAReplyThatIsNoList) {
+    ScriptedDataAccessService strange;
+    strange.otherwise("what?");
+    Journal journal(strange);
+    EXPECT_EQ(refusalOf([&] { journal.entries<ReceivedCallItem>(); }),
+              "unexpected reply of the data access service: what?");
 }
 
 TEST(Journal, WantsAnIdForEveryEntry) {

@@ -33,6 +33,7 @@ TEST(NumberMatcher, AnInternalExtensionMatchesOnlyItself) {
 TEST(NumberMatcher, ServiceCodesAndNamesStayThemselves) {
     const NumberMatcher german("DE");
     EXPECT_EQ(german("*21#"), "*21#");
+    EXPECT_EQ(german("12+34"), "1234");
     EXPECT_EQ(german("anonymous"), "anonymous");
     EXPECT_EQ(german(""), "");
 }
@@ -57,6 +58,10 @@ TEST(Region, ComesFromTheLocale) {
     ::setenv("LC_ALL", "", 1);
     ::setenv("LANG", "en_GB", 1);
     EXPECT_EQ(localeRegion(), "GB");
+    for (const char* locale : {"de_", "de_D", "de_QQ", "de", "POSIX"}) {
+        ::setenv("LANG", locale, 1);
+        EXPECT_EQ(localeRegion(), "ZZ") << locale;
+    }
     ::unsetenv("LANG");
     EXPECT_EQ(localeRegion(), "ZZ");
     ::unsetenv("LC_ALL");

@@ -55,6 +55,8 @@ TEST(NumberWriter, AsksForTheRegionOfANationalNumber) {
     const WrittenNumber written = NumberWriter(NumberStyle::international, "ZZ")("030 2345678");
     EXPECT_EQ(written.text, "030 2345678");
     EXPECT_EQ(written.problem, "has no country code, and no --region says where it is dialled");
+    EXPECT_EQ(NumberWriter(NumberStyle::international, "ZZ")("+").problem, "is no number");
+    EXPECT_EQ(NumberWriter(NumberStyle::international, "ZZ")("+9").problem, "is no valid number");
     EXPECT_EQ(NumberWriter(NumberStyle::international, "ZZ")("+49302345678").text, "+49 30 2345678");
 }
 
