@@ -1,12 +1,18 @@
 #include "PlatformLog.h"
 
 #include <cerrno>
+#include <chrono>
 #include <climits>
+#include <csignal>
 #include <cwchar>
+#include <future>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/time.h>
+#include <thread>
 #include <unistd.h>
 
+#include "FaultyMemory.h"
 #include "HostPlatform.h"
 
 namespace {
@@ -90,6 +96,75 @@ TEST_F(HostLog, WritesTheFormatOfATextThatPrintfRefuses) {
     // No character of any locale.
     logAppZel("M", "F", 5, 1, "name %lc", static_cast<std::wint_t>(0x7fffffff));
     EXPECT_EQ(written(), "[5] M F:1 name %lc\n");
+}
+
+TEST_F(HostLog, WritesTheFormatOfATextThatMemoryIsTooShortFor) {
+    calljournal::setLogLevel(6);
+    const std::string text(100000, 'x');
+    memory.longest = 50000;
+    logAppZel("M", "F", 5, 1, "request '%s'", text.c_str());
+    memory.longest = Memory::any;
+    EXPECT_EQ(written(), "request '%s'\n");
+}
+
+namespace {
+
+/// Has a signal every few milliseconds interrupt what the calling thread waits for.
+class Interruptions {
+public:
+    Interruptions() {
+        struct sigaction action {};
+        action.sa_handler = [](int) {};
+        ::sigaction(SIGALRM, &action, &before_);
+        const itimerval often = {{0, 2000}, {0, 2000}};
+        ::setitimer(ITIMER_REAL, &often, nullptr);
+    }
+    ~Interruptions() {
+        const itimerval never{};
+        ::setitimer(ITIMER_REAL, &never, nullptr);
+        ::sigaction(SIGALRM, &before_, nullptr);
+    }
+    Interruptions(const Interruptions&) = delete;
+    Interruptions& operator=(const Interruptions&) = delete;
+
+private:
+    struct sigaction before_ {};
+};
+
+/// Reads from `descriptor` to its end, after a while and undisturbed by signals.
+std::string readLate(int descriptor) {
+    sigset_t alarm;
+    ::sigemptyset(&alarm);
+    ::sigaddset(&alarm, SIGALRM);
+    ::pthread_sigmask(SIG_BLOCK, &alarm, nullptr);
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    std::string all;
+    char buffer[4096];
+    for (ssize_t length; (length = ::read(descriptor, buffer, sizeof buffer)) > 0;) {
+        all.append(buffer, static_cast<std::size_t>(length));
+    }
+    return all;
+}
+
+}  // namespace
+
+TEST_F(HostLog, WritesATextWholeThoughSignalsInterruptIt) {
+    calljournal::setLogLevel(6);
+    const std::string text(300000, 'x');
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const int standardError = ::dup(STDERR_FILENO);
+    ::dup2(ends[1], STDERR_FILENO);
+    ::close(ends[1]);
+    auto reading = std::async(std::launch::async, readLate, ends[0]);
+    {
+        const Interruptions interruptions;
+        logAppZel("M", "F", 5, 1, "%s", text.c_str());
+    }
+    ::dup2(standardError, STDERR_FILENO);
+    ::close(standardError);
+    EXPECT_TRUE(reading.get() == "[5] M F:1 " + text + "\n");
+    ::close(ends[0]);
 }
 
 TEST_F(HostLog, LeavesTheErrorNumberAlone) {

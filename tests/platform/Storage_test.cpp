@@ -108,6 +108,19 @@ TEST_F(HostStorage, TakesARelativeDirectoryFromTheCurrentOne) {
     EXPECT_GT(Storage::UserDiskSpace(""), 0u);
 }
 
+TEST_F(HostStorage, HasNoFreeSpaceWhereItMayNotLook) {
+    fs::current_path(folder);
+    fs::permissions(folder, fs::perms::none);
+    constexpr uid_t nobody = 65534;
+    const bool isRoot = ::geteuid() == 0;
+    ASSERT_TRUE(!isRoot || ::seteuid(nobody) == 0);
+    const std::uint32_t asked[] = {Storage::UserDiskSpace(""), Storage::UserDiskSpace("missing/deep")};
+    ASSERT_TRUE(!isRoot || ::seteuid(0) == 0);
+    fs::permissions(folder, fs::perms::owner_all);
+    EXPECT_EQ(asked[0], 0u);
+    EXPECT_EQ(asked[1], 0u);
+}
+
 TEST_F(HostStorage, FollowsAnExistingLinkOnly) {
     fs::create_directory_symlink("/proc", folder / "full");
     fs::create_directory_symlink("/proc/missing", folder / "dangling");
