@@ -1,5 +1,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <set>
+#include <utility>
 
 #include "ImportFixture.h"
 #include "Probe.h"
@@ -50,6 +52,13 @@ TEST_F(ImportDriver, GivesEachOutcome) {
         EXPECT_EQ(outcome.code, row.code);
         EXPECT_EQ(outcome.contacts, row.contacts);
         EXPECT_EQ(outcome.log, row.log);
+
+        const std::set<std::pair<std::string, int>> wanted = std::exchange(fakePlatform().loggingOn, {});
+        const Outcome quiet = importText(row.content);
+        EXPECT_EQ(quiet.code, row.code);
+        EXPECT_EQ(quiet.contacts, row.contacts);
+        EXPECT_EQ(quiet.log, Texts{});
+        fakePlatform().loggingOn = wanted;
     }
 }
 
@@ -288,6 +297,13 @@ TEST_F(ImportDriver, LogsNothingThatIsNotWanted) {
     EXPECT_EQ(outcome.code, 6);
     EXPECT_EQ(outcome.log, Texts{});
     EXPECT_EQ(fakePlatform().switchQuestions, 4U);
+}
+
+TEST_F(ImportDriver, ReportsAFileErrorWhenTheLogFails) {
+    fakePlatform().logFails = true;
+    const Outcome outcome = importText("LastName\n");
+    EXPECT_EQ(outcome.code, 6);
+    EXPECT_EQ(outcome.contacts, Texts{});
 }
 
 TEST_F(ImportDriver, ReturnsCopiesOfItsContacts) {

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include "HardwareVersion.h"
@@ -38,6 +39,9 @@ void logAppZel(const char* module, const char* sourceFile, int level, int, const
     std::vsnprintf(text.data(), text.size(), format, again);
     va_end(again);
     text.pop_back();
+    if (fakePlatform().logFails) {
+        throw std::bad_alloc();
+    }
     fakePlatform().log.push_back({module, sourceFile, level, text});
 }
 

@@ -20,6 +20,7 @@ struct LogLine {
 struct FakePlatform {
     std::set<std::pair<std::string, int>> loggingOn;  ///< Modules and levels that are switched on.
     std::vector<LogLine> log;
+    bool logFails = false;         ///< Each line throws, as where memory runs out over it.
     unsigned switchQuestions = 0;  ///< How often loggingOnAppZel was asked.
 
     std::uint32_t freeSpace = 100000000;
