@@ -136,20 +136,21 @@ SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds p
 SqliteConnection::~SqliteConnection() = default;
 
 void SqliteConnection::refuseWhatIsNoStore() const {
-    struct stat status {};
-    if (::stat(file_.c_str(), &status) != 0) {
+    std::error_code ignored;  // what cannot be looked at cannot be opened either, which says why
+    const std::filesystem::file_status status = std::filesystem::status(file_, ignored);
+    if (!std::filesystem::exists(status)) {
         return;
     }
-    if (S_ISDIR(status.st_mode)) {
+    if (std::filesystem::is_directory(status)) {
         throw error("it is a directory; name a file in it");
     }
     // A pipe would be waited on, a device overwritten.
-    if (!S_ISREG(status.st_mode)) {
+    if (!std::filesystem::is_regular_file(status)) {
         throw error("it is not a regular file; name another one");
     }
     // SQLite takes a file of one byte for an empty one and overwrites it; any other it looks at itself. The byte is not
     // read here: closing the file again would drop the locks of other connections of this process.
-    if (status.st_size == 1) {
+    if (std::filesystem::file_size(file_, ignored) == 1) {
         throw error("it is not a SQLite database; name another file or move this one away");
     }
 }

@@ -72,6 +72,13 @@ TEST_F(StoreFile, IsRefusedIfItIsNotADatabase) {
     }
 }
 
+TEST_F(StoreFile, IsLookedAtHoweverLongItIs) {
+    writeFile(file(), "no database");
+    std::filesystem::resize_file(file(), std::uintmax_t{5} << 30U);
+    EXPECT_EQ(openingError(file()),
+              "store " + file() + ": it is not a SQLite database; name another file or move this one away");
+}
+
 TEST_F(StoreFile, IsRefusedIfItIsTheDatabaseOfAnotherProgram) {
     runSql(file(), "create table entry (x); insert into entry values (1)");
     const std::string content = contentOf(file());
