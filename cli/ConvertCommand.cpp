@@ -286,8 +286,6 @@ int convertBooks(const ConvertOptions& options, std::ostream& out, std::ostream&
     } catch (const AddressBookError& error) {
         err << "calljournal: " << error.what() << '\n';
         return error.reason() == AddressBookError::Reason::option ? exitWrongUsage : exitRefused;
-    } catch (const ProofError& error) {
-        err << "calljournal: internal error, nothing was written: " << error.what() << '\n';
     } catch (const std::exception& error) {
         err << "calljournal: " << error.what() << '\n';
     }

@@ -81,14 +81,15 @@ void ConvertReport::book(std::size_t file, const Recognition& recognition) {
         known += column.isKnown ? 1 : 0;
     }
     if (detail_ == json) {
-        Json line = {{"file", files_[file]},
-                     {"charset", recognition.charset},
-                     {"program", recognition.program},
-                     {"language", recognition.language},
-                     {"columns", recognition.columns.size()},
-                     {"known", known},
-                     {"unknownColumns", unknownColumns(recognition)},
-                     {"unusedMappings", recognition.unusedMappings}};
+        Json line;
+        line["file"] = files_[file];
+        line["charset"] = recognition.charset;
+        line["program"] = recognition.program;
+        line["language"] = recognition.language;
+        line["columns"] = recognition.columns.size();
+        line["known"] = known;
+        line["unknownColumns"] = unknownColumns(recognition);
+        line["unusedMappings"] = recognition.unusedMappings;
         out_ << jsonText(line, false) << '\n';
         return;
     }

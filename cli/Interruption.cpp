@@ -12,18 +12,22 @@ namespace calljournal {
 
 namespace {
 
+/// What ends the process as it is: a signal that somebody has it ignore, as nohup does, stays ignored.
 sigset_t endingSignals() {
     sigset_t set;
     sigemptyset(&set);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        sigaddset(&set, signal);
+        struct sigaction action = {};
+        ::sigaction(signal, nullptr, &action);
+        if (action.sa_handler != SIG_IGN) {
+            sigaddset(&set, signal);
+        }
     }
     return set;
 }
 
-/// Ends the process as the signal does if nobody minds it.
-void endBy(int signal) {
-    ::signal(signal, SIG_DFL);
+/// Lets the signal do what it would have done.
+void pass(int signal) {
     ::raise(signal);
     sigset_t set;
     sigemptyset(&set);
@@ -58,7 +62,7 @@ void Interruption::wait() const {
     if (awaited[0].revents == 0 && ::read(signals_, &signal, sizeof signal) == sizeof signal) {
         const std::unique_lock<std::mutex> hold = holdTemporaries();
         removeTemporaries(hold);
-        endBy(static_cast<int>(signal.ssi_signo));
+        pass(static_cast<int>(signal.ssi_signo));
     }
 }
 

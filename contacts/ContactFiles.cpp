@@ -59,14 +59,19 @@ void ContactFiles::refuseExisting(const std::string& name) const {
     }
 }
 
+/// Throws what errno tells if a call has failed.
+void ContactFiles::demand(bool isDone) const {
+    if (!isDone) {
+        throw ContactFilesError(because(options_.path));
+    }
+}
+
 void ContactFiles::open() {
     temporary_.push_back(makeTemporary([this] {
         const fs::path path(options_.path);
         std::string pattern = (path.parent_path() / ('.' + path.filename().string() + ".XXXXXX")).string();
         descriptor_ = ::mkstemp(pattern.data());
-        if (descriptor_ < 0) {
-            throw ContactFilesError(because(options_.path));
-        }
+        demand(descriptor_ >= 0);
         return pattern;
     }));
     ::fchmod(descriptor_, mode_);
@@ -77,9 +82,7 @@ void ContactFiles::flush() {
     std::string_view rest = text_;
     while (!rest.empty()) {
         const ssize_t count = ::write(descriptor_, rest.data(), rest.size());
-        if (count < 0) {
-            throw ContactFilesError(because(options_.path));
-        }
+        demand(count >= 0);
         rest.remove_prefix(static_cast<std::size_t>(count));
     }
     text_.clear();
@@ -114,9 +117,7 @@ void ContactFiles::add(const SpooledContact& contact) {
 
 void ContactFiles::close() {
     flush();
-    if (::close(std::exchange(descriptor_, -1)) != 0) {
-        throw ContactFilesError(because(options_.path));
-    }
+    demand(::close(std::exchange(descriptor_, -1)) == 0);
     if (options_.format == ContactFormat::phone) {
         prove();
     }
@@ -136,7 +137,7 @@ void ContactFiles::prove() {
     task.place = [this](std::size_t index) { return options_.place(origins_[index]); };
     const std::string difference = proof_->prove(task);
     if (!difference.empty()) {
-        throw ProofError(difference);
+        throw ContactFilesError("internal error, nothing was written: " + difference);
     }
 }
 
@@ -145,11 +146,10 @@ void ContactFiles::prove() {
 void ContactFiles::putOnDisk() const {
     const int descriptor = ::open(temporary_.front().c_str(), O_RDONLY | O_CLOEXEC);
     const bool isOnDisk = (temporary_.size() == 1 ? ::fsync(descriptor) : ::syncfs(descriptor)) == 0;
-    const std::string reason = because(options_.path);
+    const int reason = errno;
     ::close(descriptor);
-    if (!isOnDisk) {
-        throw ContactFilesError(reason);
-    }
+    errno = reason;
+    demand(isOnDisk);
 }
 
 void ContactFiles::finish() {

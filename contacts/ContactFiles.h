@@ -21,12 +21,6 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// What a file was read back as differs from what was written: a fault of this program, never of the input.
-class ProofError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
 enum class ContactFormat { phone, vCard, json };
 
 /// How contacts are written.
@@ -50,7 +44,8 @@ public:
     ContactFiles& operator=(const ContactFiles&) = delete;
     ~ContactFiles();
 
-    /// Adds a contact. A file that is full is proved at once: the phone's own importer reads a copy. Throws ProofError.
+    /// Adds a contact. A file that is full is proved at once: the phone's own importer reads a copy. If
+    /// what is read back differs, which is a fault of this program and never of the input, throws ContactFilesError.
     void add(const SpooledContact& contact);
 
     /// Proves the last file. Without any contact it is a file that holds none.
@@ -72,6 +67,7 @@ private:
     void putOnDisk() const;
     void rename(const std::vector<std::string>& names) const;
     void refuseExisting(const std::string& name) const;
+    void demand(bool isDone) const;
     std::vector<std::string> names() const;
 
     ContactFilesOptions options_;

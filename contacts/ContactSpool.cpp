@@ -22,8 +22,11 @@ constexpr std::size_t windowSize = 65536;
 constexpr std::size_t stepSize = 512;
 constexpr std::size_t smallestTable = 1024;
 
-[[noreturn]] void fail(const char* what) {
-    throw std::system_error(errno, std::generic_category(), what);
+/// Throws what errno tells if a call has failed.
+void demand(bool isDone) {
+    if (!isDone) {
+        throw std::system_error(errno, std::generic_category(), "temporary file");
+    }
 }
 
 /// What stands in front of a contact's texts.
@@ -48,9 +51,7 @@ SpoolFile::SpoolFile(std::size_t memory) : descriptor_(-1), memory_(memory) {
     const std::unique_lock<std::mutex> hold = holdTemporaries();
     std::string pattern = (std::filesystem::temp_directory_path() / "calljournal-spool-XXXXXX").string();
     descriptor_ = ::mkstemp(pattern.data());
-    if (descriptor_ < 0) {
-        fail("temporary file");
-    }
+    demand(descriptor_ >= 0);
     ::unlink(pattern.c_str());
 }
 
@@ -71,9 +72,7 @@ void SpoolFile::flush() {
     std::string_view rest = pending_;
     while (!rest.empty()) {
         const ssize_t count = ::write(descriptor_, rest.data(), rest.size());
-        if (count < 0) {
-            fail("temporary file");
-        }
+        demand(count >= 0);
         rest.remove_prefix(static_cast<std::size_t>(count));
         written_ += static_cast<std::uint64_t>(count);
     }
@@ -86,15 +85,10 @@ std::string_view SpoolFile::read(std::uint64_t place, std::size_t size) {
     }
     const std::uint64_t windowEnd = windowStart_ + window_.size();
     if (place < windowStart_ || place + size > windowEnd) {
-        if (place + size > written_) {
-            flush();
-        }
         const bool goesOn = place >= windowStart_ && place <= windowEnd;
         window_.resize(std::max(size, goesOn ? windowSize : stepSize));
         const ssize_t count = ::pread(descriptor_, window_.data(), window_.size(), static_cast<off_t>(place));
-        if (count < static_cast<ssize_t>(size)) {
-            fail("temporary file");
-        }
+        demand(count >= static_cast<ssize_t>(size));
         window_.resize(static_cast<std::size_t>(count));
         windowStart_ = place;
     }

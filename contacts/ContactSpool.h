@@ -40,7 +40,7 @@ public:
     /// Adds `bytes` at the end. Throws std::system_error if the disk is full.
     void add(std::string_view bytes);
 
-    /// Returns `size` bytes from `place` on, which were added before. They last until the next call.
+    /// Returns `size` bytes from `place` on, which were added at once or are part of such. They last until the next call.
     std::string_view read(std::uint64_t place, std::size_t size);
 
     std::uint64_t size() const { return written_ + pending_.size(); }

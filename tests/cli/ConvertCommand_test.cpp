@@ -253,6 +253,68 @@ TEST_F(ConvertCommand, MergesThemWithoutLoss) {
     EXPECT_NE(finished.out.find("5 records: 3 contacts"), std::string::npos) << finished.out;
 }
 
+TEST_F(ConvertCommand, FollowsWhoWasMergedBefore) {
+    const std::string book = folder_.write("book.csv",
+                                           "First Name,Last Name,Business Phone,Mobile Phone,E-mail Address\n"
+                                           "Anna,Schmidt,030 2345678,,\n"
+                                           "Anna,Schmidt,030 2345678,0170 2345678,\n"
+                                           "Anna,Schmidt,,0170 2345678,anna@example.com\n"
+                                           "A.,Schmidt,030 2345678,,anna@example.com\n");
+    const Finished finished = convert({book, "-o", out_, "--region", "DE", "--merge"});
+    EXPECT_EQ(readFile(out_), tamberHeader + "Schmidt;Anna;030 2345678;;0170 2345678;;;;;;anna@example.com;2\n")
+        << finished.out;
+    EXPECT_NE(finished.out.find(": they are one contact already\n"), std::string::npos) << finished.out;
+    EXPECT_NE(finished.out.find("4 records: 1 contact, 0 duplicates, 5 near (3 merged)"), std::string::npos)
+        << finished.out;
+}
+
+/// A card, and what it becomes in the report, and a record that a CSV file cannot have.
+TEST_F(ConvertCommand, TellsOfBrokenRecords) {
+    const std::string card = folder_.write("cards.vcf", "BEGIN:VCARD\nVERSION:3.0\nN:Schmidt;Anna\nEND:VCARD\n");
+    const std::string book =
+        folder_.write("book.csv", "First Name,Last Name\nBen,Meyer,too,many\nCarla\n\"Dieter\xff\",Weber\n");
+    const std::vector<std::string> arguments = {card, book, "-o", out_, "--force", "--from-charset", "UTF-8"};
+    const Finished asText = convert(arguments);
+    EXPECT_EQ(asText.status, 0);
+    EXPECT_EQ(
+        asText.out,
+        card + ": UTF-8 (asked for), vCard\n" + book +
+            ": UTF-8 (asked for), columns separated by commas, 2 of 2 known by name, like Outlook (en)\n" + book +
+            ": record 1 (line 2): skipped: it has 4 columns, the header 2\n" + book +
+            ": record 2 (line 3): Carla\n"
+            "  line 3: it has 1 columns, the header 2; the others were taken for empty\n" +
+            book +
+            ": record 3 (line 4): Dieter\xef\xbf\xbd Weber\n"
+            "  line 4, First Name: it has characters that could not be read\n"
+            "4 records: 3 contacts, 0 duplicates, 0 near (0 merged), 0 empty, 1 broken; 0 texts changed, 0 doubtful, "
+            "0 left out\nwritten: " +
+            out_ + '\n');
+    std::vector<std::string> withJson = arguments;
+    withJson.insert(withJson.end(), {"--report", "json"});
+    const Finished asJson = convert(withJson);
+    EXPECT_NE(asJson.out.find(R"("result":"broken","fault":"it has 4 columns, the header 2"})"), std::string::npos)
+        << asJson.out;
+    EXPECT_NE(asJson.out.find(R"("problems":[{"line":3,"column":"","text":"it has 1 columns, the header 2; )"),
+              std::string::npos)
+        << asJson.out;
+}
+
+TEST_F(ConvertCommand, TellsProgramsOfNearContactsAndTheLimit) {
+    const std::string book = folder_.write("book.csv", nearPeople);
+    const Finished finished =
+        convert({book, "-o", out_, "--region", "DE", "--report", "json", "--existing", "97", "--cut"});
+    EXPECT_NE(finished.out.find(R"({"near":[{"file":")" + book + R"(","record":1},{"file":")" + book +
+                                R"(","record":3}],"shared":"+49302345678","merged":false,"outcome":)"
+                                R"("they may be one person; --merge makes them one contact"})"
+                                "\n"),
+              std::string::npos)
+        << finished.out;
+    EXPECT_NE(finished.out.find(R"({"note":"the phone takes 100 contacts and holds 97: of 5, the first 3 were taken"})"
+                                "\n"),
+              std::string::npos)
+        << finished.out;
+}
+
 TEST_F(ConvertCommand, WritesVCardsAndJson) {
     const std::string book = folder_.write("book.csv", people);
     const Finished cards = convert({book, "--to", "vcard"});

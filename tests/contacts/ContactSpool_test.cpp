@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <system_error>
 #include <unordered_map>
 
 #include "ContactFields.h"
+#include "LargestFile.h"
+#include "TemporaryFolder.h"
 
 namespace calljournal {
 namespace {
@@ -99,9 +102,24 @@ TEST(IdentityTable, TellsContactsApartWhoseTextsOnlyLieOtherwise) {
 }
 
 TEST(SpoolFile, TellsThatThereIsNoRoom) {
-    ::setenv("TMPDIR", "/nonexistent", 1);
-    EXPECT_ANY_THROW(SpoolFile());
-    ::unsetenv("TMPDIR");
+    for (const char* folder : {"/nonexistent", "/proc"}) {
+        ::setenv("TMPDIR", folder, 1);
+        EXPECT_THROW(SpoolFile(), std::system_error) << folder;
+        EXPECT_THROW(TemporaryFolder("test"), std::system_error) << folder;
+        ::unsetenv("TMPDIR");
+    }
+}
+
+TEST(SpoolFile, TellsThatTheDiskIsFull) {
+    const LargestFile limit(100000);
+    SpoolFile file(littleMemory);
+    EXPECT_THROW(
+        {
+            for (int i = 0; i < 200; ++i) {
+                file.add(std::string(1000, 'x'));
+            }
+        },
+        std::system_error);
 }
 
 }  // namespace

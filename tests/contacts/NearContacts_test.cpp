@@ -73,6 +73,7 @@ TEST(NearContacts, AreToldOnceForAllThatTheyShare) {
 TEST(NearContacts, AreNotTwoPeopleOfOneName) {
     EXPECT_EQ(pairsOf({contact("Anna", "Schmidt", "030 2345678"), contact("Anna", "Schmidt", "030 2345679")}), Pairs());
     EXPECT_EQ(pairsOf({contact("Anna", "Schmidt"), contact("Anna", "Schmidt")}), Pairs());
+    EXPECT_EQ(pairsOf({contact("Anna", "Schmidt", "030 2345678"), contact("Ben", "Meyer", "030 2345678")}), Pairs());
     EXPECT_EQ(pairsOf({contact("Anna", "Schmidt", "040 2345678"), contact("Anna", "Schmidt", "030 2345678")}), Pairs())
         << "the last digits alone do not count";
     EXPECT_EQ(

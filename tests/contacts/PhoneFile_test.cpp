@@ -1,9 +1,11 @@
 #include "PhoneFile.h"
 
 #include <algorithm>
+#include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <random>
+#include <unistd.h>
 
 #include "ContactFields.h"
 #include "ImportProof.h"
@@ -144,6 +146,18 @@ TEST(ImportProof, NamesRecordAndFieldOfADifference) {
     EXPECT_EQ(proofOf({one}, {other}), "contact 0: field defaultDial was written as 2 and is read as 0");
     EXPECT_EQ(proofOf({one}, {one, other}), "contact 1: is not read back at all");
     EXPECT_EQ(proofOf({one, one}, {one}), "one more contact is read back than was written");
+}
+
+TEST(ImportProof, TakesAFileFromAnotherFileSystem) {
+    const std::vector<Contact> contacts = {called("Adams")};
+    const ::TemporaryFolder folder;
+    const int file = ::open(folder.write("contacts.csv", phoneFileHeader() + lineOf(contacts[0])).c_str(), O_RDONLY);
+    ProofTask task;
+    // A name in there cannot have a second one elsewhere.
+    task.file = "/proc/self/fd/" + std::to_string(file);
+    task.contacts = &contacts;
+    EXPECT_EQ(ImportProof().prove(task), "");
+    ::close(file);
 }
 
 TEST(ImportProof, TellsThatTheImporterRefusesAFile) {

@@ -1,0 +1,102 @@
+#include "ContactFiles.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "LargestFile.h"
+#include "RunCommand.h"
+
+namespace calljournal {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ContactFilesTest : public ::testing::Test {
+protected:
+    ContactFilesOptions options(unsigned limit) const {
+        ContactFilesOptions made;
+        made.path = folder_.file("out.csv");
+        made.limit = limit;
+        made.place = [](const ContactOrigin& origin) { return "record " + std::to_string(origin.record); };
+        return made;
+    }
+
+    static void add(ContactFiles& files, std::uint64_t count, const std::string& name = "Schmidt") {
+        SpooledContact contact;
+        contact.contact.lastName = name;
+        for (contact.record = 1; contact.record <= count; ++contact.record) {
+            files.add(contact);
+        }
+    }
+
+    std::vector<std::string> written() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(folder_.file(""))) {
+            names.push_back(entry.path().filename());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    /// What `work` throws.
+    template <class Work>
+    static std::string failure(const Work& work) {
+        try {
+            work();
+        } catch (const ContactFilesError& error) {
+            return error.what();
+        }
+        return {};
+    }
+
+    const ::TemporaryFolder folder_;
+};
+
+typedef std::vector<std::string> Names;
+
+TEST_F(ContactFilesTest, DeliverNothingThatReadsBackOtherwise) {
+    EXPECT_EQ(failure([this] {
+                  ContactFiles files(options(100));
+                  add(files, 1, std::string(250, 'a'));
+                  files.finish();
+              }),
+              "internal error, nothing was written: record 1: field lastName was written as \"" +
+                  std::string(250, 'a') + "\" and is read as \"" + std::string(249, 'a') + '"');
+    EXPECT_EQ(written(), Names());
+}
+
+TEST_F(ContactFilesTest, LeaveNothingOnAFullDisk) {
+    const std::string reason = failure([this] {
+        ContactFiles files(options(0));
+        const LargestFile limit(100000);
+        add(files, 20000);
+    });
+    EXPECT_EQ(reason, folder_.file("out.csv") + ": File too large");
+    EXPECT_EQ(written(), Names());
+}
+
+TEST_F(ContactFilesTest, AreDeliveredAllOrNone) {
+    ContactFilesOptions overwriting = options(100);
+    overwriting.overwrite = true;
+    fs::create_directory(folder_.file("out-2.csv"));
+    {
+        ContactFiles files(overwriting);
+        add(files, 250);
+        files.finish();
+        EXPECT_EQ(failure([&] { files.publish(); }), folder_.file("out-2.csv") + ": Is a directory");
+    }
+    EXPECT_EQ(written(), Names{"out-2.csv"});
+}
+
+TEST_F(ContactFilesTest, OverwriteNothingThatCameMeanwhile) {
+    ContactFiles files(options(100));
+    add(files, 101);
+    files.finish();
+    folder_.write("out-2.csv", "mine");
+    EXPECT_EQ(failure([&] { files.publish(); }),
+              folder_.file("out-2.csv") + ": is there already; --force overwrites it");
+    EXPECT_EQ(readFile(folder_.file("out-2.csv")), "mine");
+}
+
+}  // namespace
+}  // namespace calljournal
