@@ -6,6 +6,7 @@
 #include "CallListDatabaseAdapterHelper.h"
 #include "Kinds.h"
 #include "Message.h"
+#include "Rounds.h"
 #include "detail/CallKinds.h"
 
 namespace calljournal {
@@ -122,7 +123,7 @@ TEST(MessageCheck, TakesAnyText) {
     const auto below = [&](std::size_t limit) {
         return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
     };
-    for (int round = 0; round < 20000; ++round) {
+    for (unsigned round = 0; round < rounds(20000); ++round) {
         std::string text = all[below(all.size())];
         for (std::size_t change = below(6); change < 6; ++change) {
             const std::size_t at = below(text.size());
