@@ -40,7 +40,7 @@ private:
 };
 
 std::string sizeText(std::uint64_t bytes) {
-    constexpr std::uint64_t mebibyte = 1024u * 1024u;
+    constexpr std::uint64_t mebibyte = std::uint64_t{1024} * 1024;
     return bytes % mebibyte == 0 ? std::to_string(bytes / mebibyte) + " MiB" : std::to_string(bytes) + " bytes";
 }
 

@@ -175,7 +175,7 @@ std::vector<std::string> ContactFiles::names() const {
 }
 
 std::vector<std::string> ContactFiles::publish() {
-    const std::vector<std::string> all = names();
+    std::vector<std::string> all = names();
     std::for_each(all.begin(), all.end(), [this](const std::string& name) { refuseExisting(name); });
     putOnDisk();
     rename(all);

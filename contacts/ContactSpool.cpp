@@ -121,7 +121,7 @@ std::uint64_t ContactSpool::read(std::uint64_t place, SpooledContact& contact) {
     contact.isJoinedAddress = head.isJoinedAddress != 0;
     contact.contact.source = static_cast<Contact::eOrderedContactSource>(3);
     std::string_view identity = file_.read(place + sizeof head, head.identitySize);
-    contact.contact.defaultDial = identity[0];
+    contact.contact.defaultDial = static_cast<unsigned char>(identity[0]);
     identity.remove_prefix(1);
     for (const ContactText& text : contactTexts) {
         const std::size_t size = static_cast<unsigned char>(identity[0]);

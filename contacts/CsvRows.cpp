@@ -40,10 +40,9 @@ bool CsvRows::next(CsvRow& row, std::size_t columns) {
         }
     } while (isBlankLine());
     startRow(row);
-    if (!readRow()) {
-        readFirstLineAlone(columns);
-    } else if (columns != 0 && row.size() > columns && row.firstLine != lineNumber_) {
-        // A quote that was never closed has swallowed the lines behind it.
+    const bool isWhole = readRow();
+    // A quote that was never closed swallows the lines behind it.
+    if (!isWhole || (columns != 0 && row.size() > columns && row.firstLine != lineNumber_)) {
         readFirstLineAlone(columns);
     }
     row.lastLine = lineNumber_;

@@ -1,7 +1,6 @@
 #include "LineReader.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "AddressReader.h"
 
@@ -21,11 +20,7 @@ bool LineReader::fill() {
 /// Each byte is looked at once: what is known from the last search stays until it is passed.
 std::size_t LineReader::find(char c, std::size_t from, std::size_t& known) const {
     if (known < from || known >= buffer_.size() || buffer_[known] != c) {
-        const std::size_t start = std::max(from, known);
-        const void* const found =
-            start < buffer_.size() ? std::memchr(buffer_.data() + start, c, buffer_.size() - start) : nullptr;
-        known = found == nullptr ? buffer_.size()
-                                 : static_cast<std::size_t>(static_cast<const char*>(found) - buffer_.data());
+        known = std::min(buffer_.find(c, std::max(from, known)), buffer_.size());
     }
     return known;
 }

@@ -43,7 +43,8 @@ void Transcoder::convert(std::string_view piece, bool isLast, std::string& text)
         status = U_ZERO_ERROR;
         char* target = buffer;
         ucnv_convertEx(to_.get(), from_.get(), &target, buffer + sizeof buffer, &source, sourceEnd, pivot_.data(),
-                       &pivotSource_, &pivotTarget_, pivot_.data() + pivot_.size(), isFirst_, isLast, &status);
+                       &pivotSource_, &pivotTarget_, pivot_.data() + pivot_.size(),
+                       static_cast<UBool>(isFirst_ ? 1 : 0), static_cast<UBool>(isLast ? 1 : 0), &status);
         isFirst_ = false;
         text.append(buffer, target);
     }

@@ -49,7 +49,7 @@ std::string escapedComponent(const std::string& text) {
 
 /// What a card is called: by the person, else by whatever identifies it.
 std::string formattedName(const Contact& contact) {
-    const std::string name = fullName(contact);
+    std::string name = fullName(contact);
     if (!name.empty()) {
         return name;
     }
