@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "EntryChecksum.h"
+#include "PreparedStatement.h"
 
 namespace calljournal {
 
@@ -39,42 +40,44 @@ void fetchRow(soci::statement& query) {
 }  // namespace
 
 EntryTable::EntryTable(soci::session& session)
-    : locate_((session.prepare << "select place, checksum from entry where schema_name = :schema and unique_id = :id",
-               soci::use(schema_, "schema"), soci::use(id_, "id"), soci::into(place_), soci::into(checksum_))),
-      readNextPlace_((session.prepare << "select coalesce(max(place), 0) + 1 from entry where schema_name = :schema",
-                      soci::use(schema_, "schema"), soci::into(place_))),
-      put_((
-          session.prepare << "insert into entry (schema_name, unique_id, place, size, checksum, body) values (:schema, "
-                             ":id, :place, :size, :checksum, :body) on conflict (unique_id, schema_name) do update set "
-                             "size = excluded.size, checksum = excluded.checksum, body = excluded.body",
-          soci::use(schema_, "schema"), soci::use(id_, "id"), soci::use(place_, "place"), soci::use(size_, "size"),
-          soci::use(checksum_, "checksum"), soci::use(body_, "body"))),
-      remove_((session.prepare << "delete from entry where schema_name = :schema and unique_id = :id",
-               soci::use(schema_, "schema"), soci::use(id_, "id"))),
-      addToTotal_((session.prepare << "insert into schema_total (schema_name, entries, checksum) values (:schema, "
-                                      ":entries, :checksum) on conflict (schema_name) do update set entries = "
-                                      "schema_total.entries + excluded.entries, checksum = schema_total.checksum + "
-                                      "excluded.checksum",
-                   soci::use(schema_, "schema"), soci::use(count_, "entries"), soci::use(checksum_, "checksum"))),
-      readTotal_((session.prepare << "select entries, checksum from schema_total where schema_name = :schema",
-                  soci::use(schema_, "schema"), soci::into(count_), soci::into(number_))),
-      readNextId_((session.prepare << "select next_id from calljournal_store", soci::into(number_))),
-      writeNextId_((session.prepare << "update calljournal_store set next_id = :number where next_id < :number",
-                    soci::use(number_, "number"))),
-      countId_((session.prepare << "select count(*) from entry where unique_id = :id", soci::use(id_, "id"),
-                soci::into(count_))),
-      list_(
-          (session.prepare << "select unique_id, place, checksum, body from entry where schema_name = :schema order by "
-                              "place",
-           soci::use(schema_, "schema"), soci::into(foundId_), soci::into(foundPlace_), soci::into(foundChecksum_),
-           soci::into(foundBody_))),
-      find_(
-          (session.prepare << "select place, checksum, body from entry where schema_name = :schema and unique_id = :id",
-           soci::use(schema_, "schema"), soci::use(id_, "id"), soci::into(foundPlace_), soci::into(foundChecksum_),
-           soci::into(foundBody_))),
-      extent_((session.prepare << "select count(*), cast(coalesce(sum(size), 0) as bigint) from entry "
-                                  "where schema_name = :schema",
-               soci::use(schema_, "schema"), soci::into(count_), soci::into(number_))) {}
+    : locate_(prepare(session, "select place, checksum from entry where schema_name = :schema and unique_id = :id",
+                      soci::use(schema_, "schema"), soci::use(id_, "id"), soci::into(place_), soci::into(checksum_))),
+      readNextPlace_(prepare(session, "select coalesce(max(place), 0) + 1 from entry where schema_name = :schema",
+                             soci::use(schema_, "schema"), soci::into(place_))),
+      put_(prepare(session,
+                   "insert into entry (schema_name, unique_id, place, size, checksum, body) values (:schema, "
+                   ":id, :place, :size, :checksum, :body) on conflict (unique_id, schema_name) do update set "
+                   "size = excluded.size, checksum = excluded.checksum, body = excluded.body",
+                   soci::use(schema_, "schema"), soci::use(id_, "id"), soci::use(place_, "place"),
+                   soci::use(size_, "size"), soci::use(checksum_, "checksum"), soci::use(body_, "body"))),
+      remove_(prepare(session, "delete from entry where schema_name = :schema and unique_id = :id",
+                      soci::use(schema_, "schema"), soci::use(id_, "id"))),
+      addToTotal_(prepare(session,
+                          "insert into schema_total (schema_name, entries, checksum) values (:schema, "
+                          ":entries, :checksum) on conflict (schema_name) do update set entries = "
+                          "schema_total.entries + excluded.entries, checksum = schema_total.checksum + "
+                          "excluded.checksum",
+                          soci::use(schema_, "schema"), soci::use(count_, "entries"),
+                          soci::use(checksum_, "checksum"))),
+      readTotal_(prepare(session, "select entries, checksum from schema_total where schema_name = :schema",
+                         soci::use(schema_, "schema"), soci::into(count_), soci::into(number_))),
+      readNextId_(prepare(session, "select next_id from calljournal_store", soci::into(number_))),
+      writeNextId_(prepare(session, "update calljournal_store set next_id = :number where next_id < :number",
+                           soci::use(number_, "number"))),
+      countId_(prepare(session, "select count(*) from entry where unique_id = :id", soci::use(id_, "id"),
+                       soci::into(count_))),
+      list_(prepare(session,
+                    "select unique_id, place, checksum, body from entry where schema_name = :schema "
+                    "order by place",
+                    soci::use(schema_, "schema"), soci::into(foundId_), soci::into(foundPlace_),
+                    soci::into(foundChecksum_), soci::into(foundBody_))),
+      find_(prepare(session, "select place, checksum, body from entry where schema_name = :schema and unique_id = :id",
+                    soci::use(schema_, "schema"), soci::use(id_, "id"), soci::into(foundPlace_),
+                    soci::into(foundChecksum_), soci::into(foundBody_))),
+      extent_(prepare(session,
+                      "select count(*), cast(coalesce(sum(size), 0) as bigint) from entry "
+                      "where schema_name = :schema",
+                      soci::use(schema_, "schema"), soci::into(count_), soci::into(number_))) {}
 
 bool EntryTable::locate() {
     locate_.execute();

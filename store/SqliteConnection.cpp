@@ -180,7 +180,9 @@ void SqliteConnection::openFile() {
 
 void SqliteConnection::connect(const std::string& uri) {
     static const UriFactory factory;  // the session keeps its address
-    session_ = std::make_unique<soci::session>(factory, uri);
+    // A session whose constructor opens it would leave the connection open where memory runs out after that.
+    session_ = std::make_unique<soci::session>();
+    session_->open(factory, uri);
     sqlite_api::sqlite3_busy_timeout(
         handleOf(*session_), static_cast<int>(std::min<std::chrono::milliseconds::rep>(patience_.count(), INT_MAX)));
 }

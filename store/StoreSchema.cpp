@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "EntryChecksum.h"
+#include "PreparedStatement.h"
 #include "SqliteConnection.h"
 
 namespace calljournal {
@@ -21,12 +22,14 @@ void copyWithChecksums(soci::session& sql) {
     long long place = 0;
     long long size = 0;
     long long checksum = 0;
-    soci::statement read = (sql.prepare << "select schema_name, unique_id, place, size, body from entry_of_version_1",
-                            soci::into(schema), soci::into(id), soci::into(place), soci::into(size), soci::into(body));
-    soci::statement write =
-        (sql.prepare << "insert into entry (schema_name, unique_id, place, size, checksum, body) "
-                        "values (:schema, :id, :place, :size, :checksum, :body)",
-         soci::use(schema), soci::use(id), soci::use(place), soci::use(size), soci::use(checksum), soci::use(body));
+    soci::statement read =
+        prepare(sql, "select schema_name, unique_id, place, size, body from entry_of_version_1", soci::into(schema),
+                soci::into(id), soci::into(place), soci::into(size), soci::into(body));
+    soci::statement write = prepare(sql,
+                                    "insert into entry (schema_name, unique_id, place, size, checksum, body) "
+                                    "values (:schema, :id, :place, :size, :checksum, :body)",
+                                    soci::use(schema), soci::use(id), soci::use(place), soci::use(size),
+                                    soci::use(checksum), soci::use(body));
     read.execute();
     while (read.fetch()) {
         checksum = entryChecksum(schema, id, place, body);
