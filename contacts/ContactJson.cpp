@@ -7,15 +7,23 @@
 namespace calljournal {
 
 std::string contactJson(const Contact& contact) {
-    Json json = Json::object();
+    std::string json;
+    appendContactJson(json, contact);
+    return json;
+}
+
+void appendContactJson(std::string& json, const Contact& contact) {
+    json += '{';
     for (const ContactText& text : contactTexts) {
         if (!(contact.*text.member).empty()) {
-            json[std::string(text.name)] = contact.*text.member;
+            json.append(1, '"').append(text.name).append("\":");
+            appendJsonText(json, contact.*text.member);
+            json += ',';
         }
     }
-    json["defaultDial"] = contact.defaultDial;
-    json["source"] = detail::toWord(contact.source);
-    return jsonText(json, false);
+    json.append("\"defaultDial\":").append(std::to_string(contact.defaultDial)).append(",\"source\":");
+    appendJsonText(json, detail::toWord(contact.source));
+    json += '}';
 }
 
 }  // namespace calljournal
