@@ -21,6 +21,7 @@
 #include "NearContacts.h"
 #include "NumberMatcher.h"
 #include "ProgressBar.h"
+#include "RecordsAhead.h"
 #include "TemporaryFolder.h"
 #include "Terminal.h"
 
@@ -60,8 +61,8 @@ public:
           near_(region_),
           bar_(terminalDrawing()) {}
 
-    /// Returns whether everything was done. Throws what makes it impossible.
-    bool run() {
+    /// Throws what makes it impossible.
+    void run() {
         checkLimit();
         const TemporaryFolder folder("convert");
         ContactFiles files(filesIn(folder));
@@ -73,7 +74,6 @@ public:
         findNear();
         const std::uint64_t count = write(files);
         deliver(files, count);
-        return true;
     }
 
 private:
@@ -112,10 +112,11 @@ private:
         bar_.start("reading " + name, [done, total] { return ProgressBar::Position{*done, total}; });
         const ContactMapper mapper(styleOf(options_.numbers), region_);
         MappedContact mapped;
-        for (AddressRecord record; book->next(record);) {
-            mapper.map(record, mapped);
-            take(file, record, mapped);
-            *done = book->bytesRead();
+        RecordsAhead records(*book);
+        while (const AddressRecord* record = records.next()) {
+            mapper.map(*record, mapped);
+            take(file, *record, mapped);
+            *done = records.bytesRead();
         }
     }
 
@@ -282,7 +283,8 @@ private:
 int convertBooks(const ConvertOptions& options, std::ostream& out, std::ostream& err) {
     const Interruption interruption;
     try {
-        return Conversion(options, out, err).run() ? exitDone : exitRefused;
+        Conversion(options, out, err).run();
+        return exitDone;
     } catch (const AddressBookError& error) {
         err << "calljournal: " << error.what() << '\n';
         return error.reason() == AddressBookError::Reason::option ? exitWrongUsage : exitRefused;

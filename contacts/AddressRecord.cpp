@@ -11,6 +11,14 @@ AddressValue& AddressValues::add() {
     return values_[size_++];
 }
 
+std::size_t AddressValues::memory() const {
+    std::size_t bytes = 0;
+    for (const AddressValue& value : values_) {
+        bytes += sizeof value + value.text.capacity() + value.source.capacity();
+    }
+    return bytes;
+}
+
 const std::string& firstText(const AddressRecord& record, Meaning meaning) {
     static const std::string none;
     const auto found = std::find_if(record.values.begin(), record.values.end(),

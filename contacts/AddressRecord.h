@@ -30,6 +30,9 @@ public:
     const AddressValue* begin() const { return values_.data(); }
     const AddressValue* end() const { return values_.data() + size_; }
 
+    /// How many bytes of memory they have, those of the records before included.
+    std::size_t memory() const;
+
 private:
     std::vector<AddressValue> values_;
     std::size_t size_ = 0;  ///< Those behind it are of records before.

@@ -1,0 +1,152 @@
+#include "RecordsAhead.h"
+
+#include <algorithm>
+#include <atomic>
+#include <gtest/gtest.h>
+#include <limits>
+#include <string>
+
+namespace calljournal {
+namespace {
+
+constexpr std::size_t endless = std::numeric_limits<std::size_t>::max();
+
+/// A reader of records that hold their own number, each of ten bytes.
+class NumberedReader : public AddressReader {
+public:
+    explicit NumberedReader(std::size_t count, bool isSound = true) : count_(count), isSound_(isSound) {}
+
+    bool next(AddressRecord& record) override {
+        if (read_ == count_) {
+            return isSound_ ? false : throw AddressBookError(AddressBookError::Reason::file, "it cannot be read on");
+        }
+        record.number = ++read_;
+        record.values.clear();
+        record.values.add().text = std::to_string(read_);
+        return true;
+    }
+    std::size_t bytesRead() const override { return 10 * read_; }
+
+    /// The records that were read so far; from any thread.
+    std::size_t read() const { return read_; }
+
+private:
+    const std::size_t count_;
+    const bool isSound_;
+    std::atomic<std::size_t> read_{0};
+};
+
+/// Takes records as long as they come in order; returns how many.
+std::size_t takeAll(RecordsAhead& records) {
+    std::size_t taken = 0;
+    while (const AddressRecord* record = records.next()) {
+        ++taken;
+        EXPECT_EQ(record->number, taken);
+        EXPECT_EQ(record->values[0].text, std::to_string(taken));
+    }
+    return taken;
+}
+
+TEST(RecordsAhead, GiveTheRecordsInTheirOrder) {
+    for (const std::size_t count : {0, 1, 255, 256, 257, 10000}) {
+        NumberedReader reader(count);
+        RecordsAhead records(reader);
+        EXPECT_EQ(takeAll(records), count);
+        EXPECT_EQ(records.next(), nullptr);
+    }
+}
+
+TEST(RecordsAhead, TellOfAFaultBehindTheRecordsBeforeIt) {
+    for (const std::size_t count : {0, 1, 256, 1000}) {
+        NumberedReader reader(count, false);
+        RecordsAhead records(reader);
+        for (std::size_t number = 1; number <= count; ++number) {
+            const AddressRecord* record = records.next();
+            ASSERT_NE(record, nullptr);
+            ASSERT_EQ(record->number, number);
+        }
+        try {
+            records.next();
+            FAIL() << "nothing is thrown";
+        } catch (const AddressBookError& error) {
+            EXPECT_STREQ(error.what(), "it cannot be read on");
+        }
+    }
+}
+
+TEST(RecordsAhead, StopReadingWhenNobodyTakesThem) {
+    NumberedReader untouched(endless);
+    { const RecordsAhead records(untouched); }
+    NumberedReader reader(endless);
+    {
+        RecordsAhead records(reader);
+        for (std::size_t taken = 1; taken <= 5000; ++taken) {
+            ASSERT_EQ(records.next()->number, taken);
+            ASSERT_LE(reader.read(), taken + 3 * 256);
+        }
+    }
+    EXPECT_LE(reader.read(), 5000u + 3 * 256);
+}
+
+TEST(RecordsAhead, TellHowMuchOfTheFileWasRead) {
+    NumberedReader reader(1000);
+    RecordsAhead records(reader);
+    EXPECT_EQ(records.bytesRead(), 0u);
+    std::size_t before = 0;
+    for (std::size_t taken = 1; records.next() != nullptr; ++taken) {
+        EXPECT_GE(records.bytesRead(), std::max(before, 10 * taken));
+        before = records.bytesRead();
+    }
+    EXPECT_EQ(records.bytesRead(), 10000u);
+}
+
+/// A reader of records now long and now short, which looks at the memory that it gets to fill.
+class LongReader : public AddressReader {
+public:
+    static constexpr std::size_t length = std::size_t{1} << 20;
+    static constexpr std::size_t usual = std::size_t{8} << 10;
+
+    explicit LongReader(std::size_t every) : every_(every) {}
+
+    bool next(AddressRecord& record) override {
+        EXPECT_LE(record.values.memory(), usual);
+        EXPECT_LE(record.problems.capacity(), 100u);
+        isKept_ = isKept_ || record.values.memory() != 0;
+        const bool isLong = ++read_ % every_ == 0;
+        record.values.clear();
+        record.problems.clear();
+        record.values.add().text.assign(isLong ? length : 100, 'x');
+        record.problems.resize(isLong && read_ % 2 == 0 ? 1000 : 1);
+        return true;
+    }
+    std::size_t bytesRead() const override { return 0; }
+
+    std::size_t read() const { return read_; }
+    bool isMemoryKept() const { return isKept_; }
+
+private:
+    const std::size_t every_;
+    std::atomic<std::size_t> read_{0};
+    std::atomic<bool> isKept_{false};
+};
+
+TEST(RecordsAhead, HoldOnlyAFewLongRecords) {
+    LongReader reader(1);
+    RecordsAhead records(reader);
+    for (std::size_t taken = 1; taken <= 100; ++taken) {
+        ASSERT_EQ(records.next()->values[0].text.size(), LongReader::length);
+        ASSERT_LE(reader.read(), taken + 3);
+    }
+}
+
+TEST(RecordsAhead, KeepTheMemoryOfUsualRecordsAlone) {
+    LongReader reader(77);
+    RecordsAhead records(reader);
+    for (std::size_t taken = 1; taken <= 5000; ++taken) {
+        ASSERT_EQ(records.next()->values[0].text.size(), taken % 77 == 0 ? LongReader::length : 100);
+    }
+    EXPECT_TRUE(reader.isMemoryKept());
+}
+
+}  // namespace
+}  // namespace calljournal
