@@ -43,6 +43,7 @@ ContactFiles::ContactFiles(ContactFilesOptions options) : options_(std::move(opt
 }
 
 ContactFiles::~ContactFiles() {
+    prover_.reset();
     if (descriptor_ >= 0) {
         ::close(descriptor_);
     }
@@ -75,6 +76,10 @@ void ContactFiles::open() {
         return pattern;
     }));
     ::fchmod(descriptor_, mode_);
+    count_ = 0;
+    if (options_.format == ContactFormat::phone && !prover_) {
+        prover_.emplace(options_.limit, options_.existing, options_.place);
+    }
     text_ = options_.format == ContactFormat::phone ? phoneFileHeader() : std::string();
 }
 
@@ -98,18 +103,17 @@ void ContactFiles::add(const SpooledContact& contact) {
     switch (options_.format) {
         case ContactFormat::phone:
             appendPhoneLine(text_, contact.contact);
+            prover_->note(contact);
             break;
         case ContactFormat::vCard:
             text_ += toVCard(contact.contact, contact.isJoinedAddress ? CSV_OUTLOOK : CSV_TAMBER);
             break;
         case ContactFormat::json:
-            text_ += contactJson(contact.contact) + '\n';
+            appendContactJson(text_, contact.contact);
+            text_ += '\n';
             break;
     }
-    if (options_.limit != 0) {
-        contacts_.push_back(contact.contact);
-        origins_.push_back(contact);
-    }
+    ++count_;
     if (text_.size() >= chunkSize) {
         flush();
     }
@@ -118,24 +122,12 @@ void ContactFiles::add(const SpooledContact& contact) {
 void ContactFiles::close() {
     flush();
     demand(::close(std::exchange(descriptor_, -1)) == 0);
-    if (options_.format == ContactFormat::phone) {
-        prove();
+    if (prover_) {
+        demandSame(prover_->prove(temporary_.back()));
     }
-    contacts_.clear();
-    origins_.clear();
 }
 
-void ContactFiles::prove() {
-    if (!proof_) {
-        proof_.emplace();
-    }
-    ProofTask task;
-    task.file = temporary_.back();
-    task.limit = options_.limit;
-    task.existing = options_.existing;
-    task.contacts = &contacts_;
-    task.place = [this](std::size_t index) { return options_.place(origins_[index]); };
-    const std::string difference = proof_->prove(task);
+void ContactFiles::demandSame(const std::string& difference) {
     if (!difference.empty()) {
         throw ContactFilesError("internal error, nothing was written: " + difference);
     }
@@ -158,6 +150,9 @@ void ContactFiles::finish() {
     }
     if (descriptor_ >= 0) {
         close();
+    }
+    if (prover_) {
+        demandSame(prover_->finish());
     }
 }
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "ContactSpool.h"
-#include "ImportProof.h"
+#include "FileProver.h"
 
 namespace calljournal {
 
@@ -44,11 +44,12 @@ public:
     ContactFiles& operator=(const ContactFiles&) = delete;
     ~ContactFiles();
 
-    /// Adds a contact. A file that is full is proved at once: the phone's own importer reads a copy. If
-    /// what is read back differs, which is a fault of this program and never of the input, throws ContactFilesError.
+    /// Adds a contact. A file that is full is proved while the next ones are written: the phone's own importer reads a copy.
+    /// If what is read back differs, which is a fault of this program and never of the input, throws ContactFilesError,
+    /// at the latest from finish().
     void add(const SpooledContact& contact);
 
-    /// Proves the last file. Without any contact it is a file that holds none.
+    /// Ends the last file and waits until all are proved. Without any contact it is a file that holds none.
     void finish();
 
     /// Gives the files their names, all or none, and returns these.
@@ -59,11 +60,11 @@ public:
 
 private:
     unsigned capacity() const { return options_.limit - options_.existing; }
-    bool isFull() const { return options_.limit != 0 && origins_.size() == capacity(); }
+    bool isFull() const { return options_.limit != 0 && count_ == capacity(); }
     void open();
     void flush();
     void close();
-    void prove();
+    static void demandSame(const std::string& difference);
     void putOnDisk() const;
     void rename(const std::vector<std::string>& names) const;
     void refuseExisting(const std::string& name) const;
@@ -73,10 +74,9 @@ private:
     ContactFilesOptions options_;
     const mode_t mode_;  ///< What the files may be read and written by.
     std::vector<std::string> temporary_;
-    // Of the current file, if a phone will read it.
-    std::vector<Contact> contacts_;
-    std::vector<ContactOrigin> origins_;
-    std::optional<ImportProof> proof_;
+    std::optional<FileProver> prover_;  ///< Of files for a phone.
+    // Of the current file.
+    unsigned count_ = 0;
     int descriptor_ = -1;
     std::string text_;
 };

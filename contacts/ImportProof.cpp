@@ -1,12 +1,15 @@
 #include "ImportProof.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
+#include <system_error>
 #include <unistd.h>
 
 #include "ContactFields.h"
 #include "HostPlatform.h"
 #include "ImportContactsCSVParser.h"
+#include "StorageSpace.h"
 
 namespace calljournal {
 
@@ -66,6 +69,9 @@ std::string ImportProof::prove(const ProofTask& task) const {
     }
     const PlayedPhone phone(task.limit, folder_.path());
     const ImportContactsCSVParser import(copy, task.existing);
+    if (import.getCSVType() == CSV_NO_CAPACITY && !hasPhoneAvailableMemorySpace(task.file)) {
+        throw std::system_error(ENOSPC, std::generic_category(), "temporary file");
+    }
     if (import.getCSVType() != CSV_TAMBER) {
         return "the importer refuses the file with outcome " + std::to_string(import.getCSVType());
     }

@@ -28,7 +28,8 @@ public:
     ImportProof() : folder_("proof") {}
 
     /// Returns an empty text if all contacts are the same, else a sentence with the first record and field that differ.
-    /// The machine plays a phone of that limit meanwhile and a standard one afterwards.
+    /// The machine plays a phone of that limit meanwhile and a standard one afterwards. Throws std::system_error if the
+    /// folder for temporary files has less room than a phone wants for an import.
     std::string prove(const ProofTask& task) const;
 
 private:

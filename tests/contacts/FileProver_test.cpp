@@ -1,0 +1,92 @@
+#include "FileProver.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <limits>
+#include <system_error>
+
+#include "PhoneFile.h"
+#include "RunCommand.h"
+
+namespace calljournal {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Files of one contact each, as they are written for a phone.
+class FileProverTest : public ::testing::Test {
+protected:
+    /// Asks for the proof of a file whose contact is called `name`, where `noted` is what it should be.
+    std::string prove(FileProver& prover, std::uint64_t number, const std::string& name, const std::string& noted) {
+        SpooledContact contact;
+        contact.record = number;
+        contact.contact.lastName = name;
+        std::string text = phoneFileHeader();
+        appendPhoneLine(text, contact.contact);
+        contact.contact.lastName = noted;
+        prover.note(contact);
+        return prover.prove(folder_.write(std::to_string(number) + ".csv", text));
+    }
+
+    static std::string place(const ContactOrigin& origin) { return "record " + std::to_string(origin.record); }
+
+    const ::TemporaryFolder folder_;
+};
+
+TEST_F(FileProverTest, FindsNothingWrongWithFilesThatAreAsWritten) {
+    FileProver prover(100, 0, place);
+    for (std::uint64_t number = 1; number <= 50; ++number) {
+        ASSERT_EQ(prove(prover, number, "Schmidt", "Schmidt"), "");
+    }
+    EXPECT_EQ(prover.finish(), "");
+    EXPECT_TRUE(fs::exists(folder_.file("50.csv")));
+}
+
+TEST_F(FileProverTest, TellsOfTheFirstFileThatDiffers) {
+    const std::string difference = "record 3: field lastName was written as \"Meyer\" and is read as \"Schmidt\"";
+    FileProver prover(100, 0, place);
+    EXPECT_EQ(prove(prover, 1, "Schmidt", "Schmidt"), "");
+    EXPECT_EQ(prove(prover, 2, "Schmidt", "Schmidt"), "");
+    EXPECT_EQ(prove(prover, 3, "Schmidt", "Meyer"), "");
+    EXPECT_EQ(prover.finish(), difference);
+}
+
+TEST_F(FileProverTest, LetsNobodyGoOnBehindAFileThatDiffers) {
+    FileProver prover(100, 0, place);
+    std::string difference;
+    std::uint64_t number = 0;
+    for (; difference.empty() && number < 20; ++number) {
+        difference = prove(prover, number, "Schmidt", number == 0 ? "Meyer" : "Becker");
+    }
+    EXPECT_EQ(difference, "record 0: field lastName was written as \"Meyer\" and is read as \"Schmidt\"");
+    EXPECT_LE(number, 5u);
+}
+
+TEST_F(FileProverTest, ThrowsWhatKeptAProofFromBeingMade) {
+    FileProver prover(100, 0, place);
+    EXPECT_EQ(prover.prove(folder_.file("missing.csv")), "");
+    EXPECT_THROW(prover.finish(), fs::filesystem_error);
+}
+
+TEST_F(FileProverTest, TellsAFullFolderFromAWrongFile) {
+    // A file that leaves a phone too little room beside itself; its blocks take none.
+    const std::uintmax_t mostTold = std::numeric_limits<std::uint32_t>::max();
+    const std::uintmax_t room = std::min(fs::space(fs::temp_directory_path()).available, mostTold);
+    const std::string file = folder_.write("large.csv", "");
+    fs::resize_file(file, room / 2 - std::min<std::uintmax_t>(room / 2, 2500000));
+    FileProver prover(100, 0, place);
+    EXPECT_EQ(prover.prove(file), "");
+    try {
+        prover.finish();
+        FAIL() << "nothing is thrown";
+    } catch (const std::system_error& error) {
+        EXPECT_EQ(error.code(), std::error_code(ENOSPC, std::generic_category()));
+        EXPECT_STREQ(error.what(), "temporary file: No space left on device");
+    }
+    EXPECT_TRUE(fs::exists(file));
+}
+
+}  // namespace
+}  // namespace calljournal
