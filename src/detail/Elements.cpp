@@ -22,6 +22,19 @@ const char* findMarkup(const char* text) {
     return *text == '<' ? text : std::strchr(text, '<');
 }
 
+/// Does what findBegin does, by looking for the front of the begin tag.
+CALLJOURNAL_APART const char* findFarBegin(const char* text, std::string_view tag) {
+    char front[32] = "<";
+    front[1 + tag.copy(front + 1, sizeof front - 2)] = '\0';
+    while ((text = std::strstr(text, front)) != nullptr) {
+        ++text;
+        if (isNameAt(text, tag)) {
+            return text + tag.size() + 1;
+        }
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 void appendBegin(std::string& out, std::string_view tag) {
@@ -50,13 +63,8 @@ void makeRoom(std::string& out, std::size_t length) {
 }
 
 const char* findBegin(const char* text, std::string_view tag) {
-    while ((text = findMarkup(text)) != nullptr) {
-        ++text;
-        if (isNameAt(text, tag)) {
-            return text + tag.size() + 1;
-        }
-    }
-    return nullptr;
+    // It is mostly the next element, and otherwise mostly none.
+    return *text == '<' && isNameAt(text + 1, tag) ? text + tag.size() + 2 : findFarBegin(text, tag);
 }
 
 const char* findClose(const char* text, std::string_view tag) {
@@ -68,7 +76,7 @@ const char* findClose(const char* text, std::string_view tag) {
     return nullptr;
 }
 
-FoundElement findElement(const char* cursor, std::string_view tag) {
+CALLJOURNAL_FLAT FoundElement findElement(const char* cursor, std::string_view tag) {
     const char* const begin = findBegin(cursor, tag);
     const char* const close = begin == nullptr ? nullptr : findClose(begin, tag);
     if (close == nullptr) {
@@ -78,16 +86,8 @@ FoundElement findElement(const char* cursor, std::string_view tag) {
     return {begin, close, isAtCursor ? close + tag.size() + 3 : cursor};
 }
 
-bool mayHoldEntities(std::string_view raw) {
-    return raw.find('&') != std::string_view::npos;
-}
-
-void assignUnescaped(std::string& out, std::string_view raw) {
-    if (mayHoldEntities(raw)) {
-        out = ClientUtils::unescapeXMLString(std::string(raw));
-    } else {
-        out.assign(raw);
-    }
+void assignResolved(std::string& out, std::string_view raw) {
+    out = ClientUtils::unescapeXMLString(std::string(raw));
 }
 
 std::string unescaped(std::string_view raw) {

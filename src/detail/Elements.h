@@ -90,10 +90,21 @@ using WrittenText = Walk<'<'>;
 using PlainText = Walk<'<', '&'>;
 
 /// Whether unescaping could change `raw`; every platform leaves a text without ampersand as it is.
-bool mayHoldEntities(std::string_view raw);
+inline bool mayHoldEntities(std::string_view raw) {
+    return raw.find('&') != std::string_view::npos;
+}
+
+/// Stores `raw`, in which there are entities, in `out`, unescaped by the platform.
+CALLJOURNAL_RARE void assignResolved(std::string& out, std::string_view raw);
 
 /// Stores `raw` in `out`, unescaped by the platform.
-void assignUnescaped(std::string& out, std::string_view raw);
+inline void assignUnescaped(std::string& out, std::string_view raw) {
+    if (mayHoldEntities(raw)) {
+        assignResolved(out, raw);
+    } else {
+        out.assign(raw.data(), raw.size());
+    }
+}
 std::string unescaped(std::string_view raw);
 
 }  // namespace detail
