@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -22,20 +24,39 @@ const std::string& sortKey(const MissedCallItem& item) {
     return calls.empty() ? item.getEntryId() : calls.front().timeDate;
 }
 
-/// Sorts as isMissedCallOrdered says. Items are large and their keys far apart in memory, so the keys are sorted by
-/// themselves and each item is moved once, to its place.
+/// What tells keys apart: their first bytes, a whole time, as numbers. Where those of two keys differ, they are ordered as
+/// the keys are.
+struct KeyFront {
+    std::uint64_t numbers[3];
+
+    explicit KeyFront(std::string_view key) : numbers{} {
+        for (std::size_t i = 0; i < std::min(key.size(), sizeof numbers); ++i) {
+            const unsigned shift = 8 * (7 - i % 8);
+            numbers[i / 8] |= static_cast<std::uint64_t>(static_cast<unsigned char>(key[i])) << shift;
+        }
+    }
+};
+
+/// Sorts as isMissedCallOrdered says. Items are large and their keys far apart in memory, so the fronts of the keys are
+/// sorted by themselves and each item is moved once, to its place.
 void sortNewestFirst(std::deque<MissedCallItem>& list) {
     struct Keyed {
-        std::string_view key;
+        KeyFront front;
         std::size_t index;
     };
     std::vector<Keyed> order;
     order.reserve(list.size());
     for (const MissedCallItem& item : list) {
-        order.push_back({sortKey(item), order.size()});
+        order.push_back({KeyFront(sortKey(item)), order.size()});
     }
-    std::sort(order.begin(), order.end(),
-              [](const Keyed& first, const Keyed& second) { return first.key > second.key; });
+    std::sort(order.begin(), order.end(), [&list](const Keyed& first, const Keyed& second) {
+        for (std::size_t i = 0; i < std::size(first.front.numbers); ++i) {
+            if (first.front.numbers[i] != second.front.numbers[i]) {
+                return first.front.numbers[i] > second.front.numbers[i];
+            }
+        }
+        return isMissedCallOrdered(list[first.index], list[second.index]);
+    });
     for (std::size_t start = 0; start < order.size(); ++start) {
         if (order[start].index == start) {
             continue;

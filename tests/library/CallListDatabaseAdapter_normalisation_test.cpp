@@ -138,6 +138,27 @@ TEST_F(NormalisationTest, SortsTheNewestFirst) {
     EXPECT_TRUE(service.transcript().empty());
 }
 
+TEST_F(NormalisationTest, SortsByAllBytesOfTimesOfAnyLength) {
+    // Times that differ in one byte at any place, or in length only, the lowest and the highest bytes among them.
+    List list;
+    const std::string common = "2024-05-01 10:15:30.123456 +02:00";
+    for (std::size_t length = 0; length <= common.size(); ++length) {
+        for (const char byte : {'\0', '\x01', '\x7F', '\x80', '\xFF'}) {
+            list.push_back(withCall("", common.substr(0, length)));
+            list.push_back(withCall("", common.substr(0, length) + byte));
+            list.push_back(withCall("", common.substr(0, length) + byte + byte + "0"));
+        }
+    }
+    std::mt19937 random(1);
+    for (int turn = 0; turn < 20; ++turn) {
+        std::shuffle(list.begin(), list.end(), random);
+
+        adapter.normalizeMissedCallList(list);
+
+        EXPECT_TRUE(std::is_sorted(list.begin(), list.end(), isMissedCallOrdered)) << turn;
+    }
+}
+
 TEST_F(NormalisationTest, MovesWholeEntries) {
     MissedCallItem first = filledItem<Missed>();
     List list = {withCall("1", "a"), first};
