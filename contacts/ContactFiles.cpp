@@ -43,7 +43,6 @@ ContactFiles::ContactFiles(ContactFilesOptions options) : options_(std::move(opt
 }
 
 ContactFiles::~ContactFiles() {
-    prover_.reset();
     if (descriptor_ >= 0) {
         ::close(descriptor_);
     }

@@ -8,7 +8,7 @@ namespace {
 
 /// Whether a character stays what it is between quotes.
 bool isPlain(unsigned char c) {
-    return c >= 0x20 && c < 0x7f && c != '"' && c != '\\';
+    return c >= 0x20 && c < 0x80 && c != '"' && c != '\\';
 }
 
 /// Whether all of `text` does.
@@ -18,11 +18,12 @@ bool isPlain(std::string_view text) {
             ++i;
             continue;
         }
-        const Utf8Character c = characterAt(text.substr(i));
-        if (!c.isValid || c.length == 1) {
+        // What is no character has a length of one, too.
+        const std::size_t length = characterAt(text.substr(i)).length;
+        if (length == 1) {
             return false;
         }
-        i += c.length;
+        i += length;
     }
     return true;
 }

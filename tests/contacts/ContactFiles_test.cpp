@@ -65,6 +65,20 @@ TEST_F(ContactFilesTest, DeliverNothingThatReadsBackOtherwise) {
     EXPECT_EQ(written(), Names());
 }
 
+TEST_F(ContactFilesTest, DeliverNothingWhileManyFilesAreStillToCome) {
+    std::uint64_t added = 0;
+    const std::string reason = failure([&] {
+        ContactFiles files(options(100));
+        add(files, 1, std::string(250, 'a'));
+        for (; added < 10000; added += 100) {
+            add(files, 100);
+        }
+    });
+    EXPECT_EQ(reason.rfind("internal error, nothing was written: record 1: field lastName", 0), 0u) << reason;
+    EXPECT_LE(added, 500u);
+    EXPECT_EQ(written(), Names());
+}
+
 TEST_F(ContactFilesTest, LeaveNothingOnAFullDisk) {
     const std::string reason = failure([this] {
         ContactFiles files(options(0));

@@ -45,12 +45,12 @@ TEST_F(FileProverTest, FindsNothingWrongWithFilesThatAreAsWritten) {
 }
 
 TEST_F(FileProverTest, TellsOfTheFirstFileThatDiffers) {
-    const std::string difference = "record 3: field lastName was written as \"Meyer\" and is read as \"Schmidt\"";
     FileProver prover(100, 0, place);
-    EXPECT_EQ(prove(prover, 1, "Schmidt", "Schmidt"), "");
-    EXPECT_EQ(prove(prover, 2, "Schmidt", "Schmidt"), "");
-    EXPECT_EQ(prove(prover, 3, "Schmidt", "Meyer"), "");
-    EXPECT_EQ(prover.finish(), difference);
+    for (std::uint64_t number = 1; number <= 20; ++number) {
+        ASSERT_EQ(prove(prover, number, "Schmidt", "Schmidt"), "");
+    }
+    EXPECT_EQ(prove(prover, 21, "Schmidt", "Meyer"), "");
+    EXPECT_EQ(prover.finish(), "record 21: field lastName was written as \"Meyer\" and is read as \"Schmidt\"");
 }
 
 TEST_F(FileProverTest, LetsNobodyGoOnBehindAFileThatDiffers) {

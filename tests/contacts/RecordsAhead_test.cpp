@@ -100,23 +100,32 @@ TEST(RecordsAhead, TellHowMuchOfTheFileWasRead) {
     EXPECT_EQ(records.bytesRead(), 10000u);
 }
 
+/// What makes a record long.
+enum class Length { text, source, problems, problemText, problemColumn };
+constexpr Length lengths[] = {Length::text, Length::source, Length::problems, Length::problemText,
+                              Length::problemColumn};
+
 /// A reader of records now long and now short, which looks at the memory that it gets to fill.
 class LongReader : public AddressReader {
 public:
-    static constexpr std::size_t length = std::size_t{1} << 20;
     static constexpr std::size_t usual = std::size_t{8} << 10;
 
-    explicit LongReader(std::size_t every) : every_(every) {}
+    LongReader(std::size_t every, Length length) : every_(every), length_(length) {}
 
     bool next(AddressRecord& record) override {
         EXPECT_LE(record.values.memory(), usual);
         EXPECT_LE(record.problems.capacity(), 100u);
         isKept_ = isKept_ || record.values.memory() != 0;
-        const bool isLong = ++read_ % every_ == 0;
+        ++read_;
+        const bool isLong = read_ % every_ == 0;
+        const auto textFor = [&](Length way) { return std::string(isLong && way == length_ ? 1000000 : 100, 'x'); };
         record.values.clear();
         record.problems.clear();
-        record.values.add().text.assign(isLong ? length : 100, 'x');
-        record.problems.resize(isLong && read_ % 2 == 0 ? 1000 : 1);
+        AddressValue& value = record.values.add();
+        value.text = textFor(Length::text);
+        value.source = textFor(Length::source);
+        record.problems.push_back({1, textFor(Length::problemColumn), textFor(Length::problemText)});
+        record.problems.resize(isLong && length_ == Length::problems ? 10000 : 1);
         return true;
     }
     std::size_t bytesRead() const override { return 0; }
@@ -126,26 +135,31 @@ public:
 
 private:
     const std::size_t every_;
+    const Length length_;
     std::atomic<std::size_t> read_{0};
     std::atomic<bool> isKept_{false};
 };
 
 TEST(RecordsAhead, HoldOnlyAFewLongRecords) {
-    LongReader reader(1);
-    RecordsAhead records(reader);
-    for (std::size_t taken = 1; taken <= 100; ++taken) {
-        ASSERT_EQ(records.next()->values[0].text.size(), LongReader::length);
-        ASSERT_LE(reader.read(), taken + 3);
+    for (const Length length : lengths) {
+        LongReader reader(1, length);
+        RecordsAhead records(reader);
+        for (std::size_t taken = 1; taken <= 50; ++taken) {
+            ASSERT_NE(records.next(), nullptr);
+            ASSERT_LE(reader.read(), taken + 3);
+        }
     }
 }
 
 TEST(RecordsAhead, KeepTheMemoryOfUsualRecordsAlone) {
-    LongReader reader(77);
-    RecordsAhead records(reader);
-    for (std::size_t taken = 1; taken <= 5000; ++taken) {
-        ASSERT_EQ(records.next()->values[0].text.size(), taken % 77 == 0 ? LongReader::length : 100);
+    for (const Length length : lengths) {
+        LongReader reader(77, length);
+        RecordsAhead records(reader);
+        for (std::size_t taken = 1; taken <= 2000; ++taken) {
+            ASSERT_NE(records.next(), nullptr);
+        }
+        EXPECT_TRUE(reader.isMemoryKept());
     }
-    EXPECT_TRUE(reader.isMemoryKept());
 }
 
 }  // namespace
