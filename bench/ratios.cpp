@@ -1,5 +1,6 @@
-// Tells how many times the time of the library's jobs the rules, written down word for word, take. Needs nothing but the
-// library and the phone's platform, so that it runs where Google Benchmark does not: under emulation, for script/bench.
+// Tells how many times the time of the library's jobs the rules, written down word for word, take. Needs nothing but
+// the library and the phone's platform, so that it runs where Google Benchmark does not: under emulation, for
+// script/bench.
 
 #include <algorithm>
 #include <chrono>

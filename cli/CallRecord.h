@@ -26,9 +26,9 @@ inline int usualTargetLog(const ForwardedCallItem&) {
     return 0;
 }
 
-/// Makes a call of a flat object of the party's and the call's elements: {"Surname": ..., "Number": ..., "TimeDate": ...}.
-/// What is absent gets the value that a phone would give: the time now, a presentation that fits. Throws ValueError that
-/// names the element at fault.
+/// Makes a call of a flat object of the party's and the call's elements: {"Surname": ..., "Number": ..., "TimeDate":
+/// ...}. What is absent gets the value that a phone would give: the time now, a presentation that fits. Throws
+/// ValueError that names the element at fault.
 template <class Item>
 NewCall<Item> newCallFromJson(const Json& json) {
     NewCall<Item> call;

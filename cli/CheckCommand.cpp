@@ -64,8 +64,8 @@ private:
     std::size_t lineEnd_;
 };
 
-/// Returns where the messages of a capture begin and, behind them, its end. One begins on a line of its own, with the XML
-/// declaration, behind the mark that --show-xml puts in front of a request or a reply.
+/// Returns where the messages of a capture begin and, behind them, its end. One begins on a line of its own, with the
+/// XML declaration, behind the mark that --show-xml puts in front of a request or a reply.
 std::vector<std::size_t> messageBounds(std::string_view text) {
     std::vector<std::size_t> bounds;
     for (std::size_t line = 0; line < text.size();) {

@@ -15,12 +15,12 @@ struct CheckOptions {
     bool isDiff = false;
 };
 
-/// Says for each file what it is and what is wrong with it: a request, a reply, a notification, entries, or a store. Returns
-/// exitRefused if it found something or cannot read a file.
+/// Says for each file what it is and what is wrong with it: a request, a reply, a notification, entries, or a store.
+/// Returns exitRefused if it found something or cannot read a file.
 ExitCode checkFiles(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
 
-/// Prints each value in which the entries of two files differ. Throws ValueError unless there are two files with one entry
-/// each, of one kind.
+/// Prints each value in which the entries of two files differ. Throws ValueError unless there are two files with one
+/// entry each, of one kind.
 ExitCode diffFiles(const CheckOptions& options, std::istream& in, std::ostream& out);
 
 }  // namespace calljournal

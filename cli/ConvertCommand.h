@@ -27,8 +27,8 @@ struct ConvertOptions {
     unsigned existing = 0;  ///< Contacts that it holds already.
 };
 
-/// Converts address books to contacts that a phone imports without loss, and reports what it did: on `out`, or on `err` if
-/// the contacts themselves go to `out`. Returns an ExitCode: exitRefused if nothing was delivered.
+/// Converts address books to contacts that a phone imports without loss, and reports what it did: on `out`, or on `err`
+/// if the contacts themselves go to `out`. Returns an ExitCode: exitRefused if nothing was delivered.
 int convertBooks(const ConvertOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace calljournal

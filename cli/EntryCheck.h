@@ -44,8 +44,8 @@ struct EntryUnderCheck {
     bool isServedByStore;               ///< The store serves pictures by the name that is read, whatever stands here.
 };
 
-/// Compares what the text of an entry says with what its reader made of it, and names each reason for which the two differ
-/// or could differ.
+/// Compares what the text of an entry says with what its reader made of it, and names each reason for which the two
+/// differ or could differ.
 void checkEntry(const Outline& outline, const EntryUnderCheck& entry, Findings& findings);
 
 /// Finds text in `element` (or in the whole text, for noElement) that belongs to no element inside it; tells the first.

@@ -21,8 +21,9 @@ struct ImportOptions {
     int log = 0;                        ///< The log level, which stays off while an import is looked at once more.
 };
 
-/// Imports each file from a private copy, shows its contacts and its outcome. The outcome goes to `err` where the contacts
-/// are data for another program, below them otherwise. Returns an ExitCode: exitRefused if any file was refused.
+/// Imports each file from a private copy, shows its contacts and its outcome. The outcome goes to `err` where the
+/// contacts are data for another program, below them otherwise. Returns an ExitCode: exitRefused if any file was
+/// refused.
 int importFiles(const ImportOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace calljournal

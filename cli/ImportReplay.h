@@ -42,8 +42,8 @@ public:
     /// Replays the import of the file. Tells `progress`, if given, how many bytes are behind it.
     void replay(const std::string& path, const std::function<void(std::uint64_t)>& progress = {});
 
-    /// What the import stumbles over, in the order of the file. At most two: a line that is refused does not keep a later one
-    /// from ending the import. Empty for a file that is imported.
+    /// What the import stumbles over, in the order of the file. At most two: a line that is refused does not keep a
+    /// later one from ending the import. Empty for a file that is imported.
     const std::vector<Fault>& faults() const { return faults_; }
 
     /// The most contacts that the phonebook holds.

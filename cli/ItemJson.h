@@ -10,8 +10,8 @@
 
 namespace calljournal {
 
-/// Reads the JSON that people give to the command. Throws ValueError if it is none, or nested deeper than any input that
-/// makes sense: copying and writing such a value would use up the stack.
+/// Reads the JSON that people give to the command. Throws ValueError if it is none, or nested deeper than any input
+/// that makes sense: copying and writing such a value would use up the stack.
 Json parseJson(const std::string& text);
 
 /// Throws ValueError unless `json` is a text; names `key`.

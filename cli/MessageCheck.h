@@ -15,9 +15,9 @@ struct CheckedMessage {
     std::vector<Finding> findings;  ///< In the order of the text.
 };
 
-/// Recognises a captured text and says what is wrong with it, what its reader would lose, and what it would read instead.
-/// Entries of which nothing tells the kind are of the kind `kindName` or, if that is empty, of the kind that fits. Takes any
-/// text.
+/// Recognises a captured text and says what is wrong with it, what its reader would lose, and what it would read
+/// instead. Entries of which nothing tells the kind are of the kind `kindName` or, if that is empty, of the kind that
+/// fits. Takes any text.
 CheckedMessage checkMessage(std::string_view text, std::string_view kindName);
 
 }  // namespace calljournal

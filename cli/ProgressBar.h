@@ -32,8 +32,8 @@ public:
     ProgressBar& operator=(const ProgressBar&) = delete;
     ~ProgressBar();
 
-    /// Starts a piece of work, such as "reading contacts.csv". From then on `position`, which the drawing thread calls, tells
-    /// where it is.
+    /// Starts a piece of work, such as "reading contacts.csv". From then on `position`, which the drawing thread calls,
+    /// tells where it is.
     void start(const std::string& work, std::function<Position()> position);
 
     /// The line for a piece of work: "reading contacts.csv  [=====>    ]  50 %".

@@ -8,8 +8,8 @@
 
 namespace calljournal {
 
-/// Passes lines on as printable() shows them, so that no text in them drives the terminal. Line feeds stay; a line goes on
-/// when it is whole or when the stream is flushed.
+/// Passes lines on as printable() shows them, so that no text in them drives the terminal. Line feeds stay; a line goes
+/// on when it is whole or when the stream is flushed.
 class PrintableLines : public std::streambuf {
 public:
     /// Writes to `target`, which must outlive the object.

@@ -40,8 +40,8 @@ struct Recognition {
 /// Returns the table that tells a user which columns were recognised as what and how to map the rest.
 std::string columnTable(const Recognition& recognition);
 
-/// Reads one address book, record by record, with memory for one record. A record longer than longestRecord bytes is told
-/// as a fault.
+/// Reads one address book, record by record, with memory for one record. A record longer than longestRecord bytes is
+/// told as a fault.
 ///
 ///     const std::unique_ptr<AddressReader> book = openAddressBook(file, {});
 ///     for (AddressRecord record; book->next(record);) { ... }
@@ -49,9 +49,10 @@ class AddressReader {
 public:
     virtual ~AddressReader() = default;
 
-    /// Replaces `record` by the next one and returns true, or returns false at the end. A record that cannot be used comes
-    /// as well, with its `fault`, and the reading goes on behind it. Columns of a CSV file without a meaning are not in the
-    /// records, recognition() tells them once; properties of a vCard without one come as Meaning::other. Throws AddressBookError if the file cannot be read on.
+    /// Replaces `record` by the next one and returns true, or returns false at the end. A record that cannot be used
+    /// comes as well, with its `fault`, and the reading goes on behind it. Columns of a CSV file without a meaning are
+    /// not in the records, recognition() tells them once; properties of a vCard without one come as Meaning::other.
+    /// Throws AddressBookError if the file cannot be read on.
     virtual bool next(AddressRecord& record) = 0;
 
     /// What was found before the first record.
@@ -83,11 +84,13 @@ struct ReadingOptions {
     std::vector<ColumnMapping> mappings;
 };
 
-/// Returns the mapping that `NAME=MEANING` describes. MEANING is a word of Meaning, a column of the phone's own file, or
-/// "-" for a column that is to be left out. Throws AddressBookError for anything else, with the words that there are.
+/// Returns the mapping that `NAME=MEANING` describes. MEANING is a word of Meaning, a column of the phone's own file,
+/// or "-" for a column that is to be left out. Throws AddressBookError for anything else, with the words that there
+/// are.
 ColumnMapping columnMapping(std::string_view pair);
 
-/// Why an address book cannot be read at all. The text is for the user, whole sentences and tables, of one line or more.
+/// Why an address book cannot be read at all. The text is for the user, whole sentences and tables, of one line or
+/// more.
 class AddressBookError : public std::runtime_error {
 public:
     enum class Reason {
@@ -109,8 +112,8 @@ private:
 /// AddressBookError.
 std::unique_ptr<AddressReader> openAddressBook(const std::string& path, const ReadingOptions& options);
 
-/// The same for bytes from anywhere. The stream is read from its present place and must allow seeking; it has to live as
-/// long as the reader.
+/// The same for bytes from anywhere. The stream is read from its present place and must allow seeking; it has to live
+/// as long as the reader.
 std::unique_ptr<AddressReader> openAddressBook(std::istream& bytes, const ReadingOptions& options);
 
 }  // namespace calljournal

@@ -16,7 +16,8 @@ struct AddressValue {
     std::string source;  ///< The name of the column or property: "Telefon geschäftlich", "TEL;TYPE=CELL".
 };
 
-/// The values of a record. Those of the next record take over their memory, since a book has many records and most are alike.
+/// The values of a record. Those of the next record take over their memory, since a book has many records and most are
+/// alike.
 class AddressValues {
 public:
     /// Adds a value and returns it, for its members to be assigned.
@@ -45,8 +46,8 @@ struct Problem {
     std::string text;  ///< A sentence without a full stop: "the quotes are out of place; they were read as they stand".
 };
 
-/// One record of an address book, whatever its format. Lines are physical ones, counted from 1; a line ends in CR, LF or
-/// CR LF.
+/// One record of an address book, whatever its format. Lines are physical ones, counted from 1; a line ends in CR, LF
+/// or CR LF.
 struct AddressRecord {
     std::size_t number = 0;  ///< Counted from 1, those that cannot be used included.
     std::size_t firstLine = 0;

@@ -200,8 +200,8 @@ Guess guessFrom(const std::string& sample) {
     return {charset, isUsual || std::count_if(sample.begin(), sample.end(), isForeign) >= enough};
 }
 
-/// How a candidate compares with others of the same score: what people of that language use, then what was guessed, then
-/// what is used most.
+/// How a candidate compares with others of the same score: what people of that language use, then what was guessed,
+/// then what is used most.
 int likelihood(const Candidate& candidate, const Guess& guess) {
     const std::string& language = candidate.evidence.language;
     const auto isItsUsual = [&](const UsualCharset& usual) {

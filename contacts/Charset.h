@@ -27,9 +27,9 @@ struct CharsetEvidence {
 /// Looks at the beginning of a text that was read in some character set.
 using CharsetJudge = std::function<CharsetEvidence(const std::string& beginning)>;
 
-/// Finds out the character set of the bytes from `bytes`' present place to its end; the place afterwards is anywhere.
-/// A byte-order mark tells, then whether all is UTF-8, then what `judge` makes of the beginning together with a guess from
-/// the frequency of bytes. Throws AddressBookError with three samples if nothing tells.
+/// Finds out the character set of the bytes from `bytes`' present place to its end; the place afterwards is anywhere. A
+/// byte-order mark tells, then whether all is UTF-8, then what `judge` makes of the beginning together with a guess
+/// from the frequency of bytes. Throws AddressBookError with three samples if nothing tells.
 FoundCharset findCharset(std::istream& bytes, const CharsetJudge& judge);
 
 /// The same if the user says the character set: it only looks for a byte-order mark that has to be skipped.

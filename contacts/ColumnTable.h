@@ -11,8 +11,8 @@
 
 namespace calljournal {
 
-/// What two names have in common that differ in case, accents, blanks and punctuation only: the key of both is the same.
-/// "E-Mail Adresse" and "e-mail-adresse" have one. Empty for a name without letters, digits and symbols.
+/// What two names have in common that differ in case, accents, blanks and punctuation only: the key of both is the
+/// same. "E-Mail Adresse" and "e-mail-adresse" have one. Empty for a name without letters, digits and symbols.
 std::string nameKey(std::string_view name);
 
 /// A name and what it means.

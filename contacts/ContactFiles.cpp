@@ -132,8 +132,8 @@ void ContactFiles::demandSame(const std::string& difference) {
     }
 }
 
-/// Brings the texts to the disk before names promise them. It waits once for all files: for each on its own, a disk takes
-/// some milliseconds.
+/// Brings the texts to the disk before names promise them. It waits once for all files: for each on its own, a disk
+/// takes some milliseconds.
 void ContactFiles::putOnDisk() const {
     const int descriptor = ::open(temporary_.front().c_str(), O_RDONLY | O_CLOEXEC);
     const bool isOnDisk = (temporary_.size() == 1 ? ::fsync(descriptor) : ::syncfs(descriptor)) == 0;

@@ -44,9 +44,9 @@ public:
     ContactFiles& operator=(const ContactFiles&) = delete;
     ~ContactFiles();
 
-    /// Adds a contact. A file that is full is proved while the next ones are written: the phone's own importer reads a copy.
-    /// If what is read back differs, which is a fault of this program and never of the input, throws ContactFilesError,
-    /// at the latest from finish().
+    /// Adds a contact. A file that is full is proved while the next ones are written: the phone's own importer reads a
+    /// copy. If what is read back differs, which is a fault of this program and never of the input, throws
+    /// ContactFilesError, at the latest from finish().
     void add(const SpooledContact& contact);
 
     /// Ends the last file and waits until all are proved. Without any contact it is a file that holds none.

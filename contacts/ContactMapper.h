@@ -38,9 +38,9 @@ struct MappedContact {
     std::vector<bool> isUsed;  ///< For each value of the record: whether the contact was made with it.
 };
 
-/// Chooses from a record of an address book what a contact has room for, with the importer's own priorities: the business
-/// phone before the primary one, the mobile phone before the one in the car; city, postal code and country joined by
-/// colons. Where a number's place stays empty that way, numbers that would be lost fill it.
+/// Chooses from a record of an address book what a contact has room for, with the importer's own priorities: the
+/// business phone before the primary one, the mobile phone before the one in the car; city, postal code and country
+/// joined by colons. Where a number's place stays empty that way, numbers that would be lost fill it.
 class ContactMapper {
 public:
     ContactMapper(NumberStyle style, const std::string& region) : numbers_(style, region) {}

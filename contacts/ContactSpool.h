@@ -40,7 +40,8 @@ public:
     /// Adds `bytes` at the end. Throws std::system_error if the disk is full.
     void add(std::string_view bytes);
 
-    /// Returns `size` bytes from `place` on, which were added at once or are part of such. They last until the next call.
+    /// Returns `size` bytes from `place` on, which were added at once or are part of such. They last until the next
+    /// call.
     std::string_view read(std::uint64_t place, std::size_t size);
 
     std::uint64_t size() const { return written_ + pending_.size(); }
@@ -84,8 +85,8 @@ private:
     std::string identity_;
 };
 
-/// Finds a contact that was there already. Memory: at most 64 bytes for each contact, in the moment when the table grows;
-/// 22 to 43 otherwise.
+/// Finds a contact that was there already. Memory: at most 64 bytes for each contact, in the moment when the table
+/// grows; 22 to 43 otherwise.
 class IdentityTable {
 public:
     explicit IdentityTable(ContactSpool& spool) : spool_(spool) {}

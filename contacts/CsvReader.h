@@ -28,8 +28,8 @@ CsvLayout csvLayout(const std::string& beginning, const ColumnFinder& finder);
 /// Reads the records of a CSV file whose first row names the columns.
 class CsvReader : public AddressReader {
 public:
-    /// `recognition` says how the bytes of `stream` were found to be characters. Throws AddressBookError if no column means
-    /// anything.
+    /// `recognition` says how the bytes of `stream` were found to be characters. Throws AddressBookError if no column
+    /// means anything.
     CsvReader(TextStream stream, CsvLayout layout, std::shared_ptr<const ColumnFinder> finder, Recognition recognition);
 
     bool next(AddressRecord& record) override;

@@ -27,8 +27,8 @@ struct CsvRow {
     }
 };
 
-/// Reads rows by the rules of RFC 4180: cells in quotes hold delimiters and line breaks, and a doubled quote is one quote.
-/// Blanks around cells are dropped and empty lines skipped.
+/// Reads rows by the rules of RFC 4180: cells in quotes hold delimiters and line breaks, and a doubled quote is one
+/// quote. Blanks around cells are dropped and empty lines skipped.
 ///
 /// A row whose quotes break the rules ends the damage at its first line: that line is read on its own, with quotes as
 /// they stand, and the next line starts a new row. So each byte is read at most three times, whatever the file holds.
@@ -39,8 +39,8 @@ public:
     CsvRows& operator=(const CsvRows&) = delete;
     ~CsvRows();
 
-    /// Replaces `row` by the next one, or returns false at the end. A line with stray quotes has to have `columns` cells to
-    /// be believed; 0 believes any.
+    /// Replaces `row` by the next one, or returns false at the end. A line with stray quotes has to have `columns`
+    /// cells to be believed; 0 believes any.
     bool next(CsvRow& row, std::size_t columns);
 
     std::size_t bytesRead() const { return lines_.bytesRead(); }
@@ -65,8 +65,8 @@ private:
     char delimiter_;
     CsvRow* row_ = nullptr;
     bool isRowComplete_ = false;
-    // The lines of the row that is being read, and those behind it that were read before, when they seemed to be part of
-    // a row before it.
+    // The lines of the row that is being read, and those behind it that were read before, when they seemed to be part
+    // of a row before it.
     std::string window_;
     std::size_t rowBegin_ = 0;
     std::size_t lineBegin_ = 0;

@@ -15,8 +15,8 @@
 
 namespace calljournal {
 
-/// Proves files for a phone, one after another, in a thread of its own while the next ones are written. The machine plays
-/// that phone meanwhile (see ImportProof); nobody else may play one.
+/// Proves files for a phone, one after another, in a thread of its own while the next ones are written. The machine
+/// plays that phone meanwhile (see ImportProof); nobody else may play one.
 class FileProver {
 public:
     /// Names a contact for a sentence. It is called from the thread.
@@ -33,8 +33,8 @@ public:
     /// Notes what the file holds that is being written.
     void note(const SpooledContact& contact);
 
-    /// Asks for the proof of the file, which now is whole and holds what was noted. Returns what finish() does if a file
-    /// before it is known to be wrong, else an empty text.
+    /// Asks for the proof of the file, which now is whole and holds what was noted. Returns what finish() does if a
+    /// file before it is known to be wrong, else an empty text.
     std::string prove(const std::string& file);
 
     /// Waits for all proofs. Returns an empty text, or the first difference as ImportProof does; throws whatever kept a

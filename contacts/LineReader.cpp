@@ -29,7 +29,8 @@ std::size_t LineReader::findEnd(std::size_t from) {
     return std::min(find('\n', from, nextLf_), find('\r', from, nextCr_));
 }
 
-/// How many bytes end the line that ends at `end`. A CR may be the last byte in memory and its LF the first one to come.
+/// How many bytes end the line that ends at `end`. A CR may be the last byte in memory and its LF the first one to
+/// come.
 std::size_t LineReader::endLength(std::size_t end) {
     if (buffer_[end] == '\n') {
         return 1;

@@ -7,8 +7,8 @@
 
 namespace calljournal {
 
-/// What a column of an address book, or a property of a vCard, says about a person. The words of meaningName() stand in the
-/// columns file and in `--map`, so they stay.
+/// What a column of an address book, or a property of a vCard, says about a person. The words of meaningName() stand in
+/// the columns file and in `--map`, so they stay.
 ///
 /// An address has parts and, where a program puts all in one cell, a meaning for the whole. The phone's own two address
 /// lines have meanings of their own, since they are already joined the way it does it.
@@ -92,8 +92,8 @@ enum class Meaning : unsigned char {
     notes,
     categories,
     other,  ///< Known, but nothing of the above.
-    // Cells that say what the cell beside them means. A reader never hands these out: it gives the value beside them the
-    // meaning that fits, such as `mobile` to `phone1` where `phoneType1` is "Mobile".
+    // Cells that say what the cell beside them means. A reader never hands these out: it gives the value beside them
+    // the meaning that fits, such as `mobile` to `phone1` where `phoneType1` is "Mobile".
     phone1,
     phone2,
     phone3,

@@ -51,8 +51,8 @@ private:
         std::uint64_t hash;
         std::uint64_t place;
     };
-    /// Tells of hashes whether they came more than once, in a fixed amount of memory: of some that came once it says so,
-    /// too.
+    /// Tells of hashes whether they came more than once, in a fixed amount of memory: of some that came once it says
+    /// so, too.
     class Repeated {
     public:
         void note(std::uint64_t hash) {

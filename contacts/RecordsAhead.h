@@ -16,8 +16,8 @@ namespace calljournal {
 ///     RecordsAhead records(*book);
 ///     while (const AddressRecord* record = records.next()) { ... }
 ///
-/// The reader belongs to that thread while the object lives. Memory: that of some hundred usual records and a few of the
-/// longest ones, whatever the book holds.
+/// The reader belongs to that thread while the object lives. Memory: that of some hundred usual records and a few of
+/// the longest ones, whatever the book holds.
 class RecordsAhead {
 public:
     /// Throws std::system_error if there can be no thread.
@@ -27,8 +27,8 @@ public:
     /// Stops reading, wherever it is.
     ~RecordsAhead();
 
-    /// Returns the next record, which lasts until the next call, or null at the end. What the reader throws is thrown here,
-    /// behind the records before it.
+    /// Returns the next record, which lasts until the next call, or null at the end. What the reader throws is thrown
+    /// here, behind the records before it.
     const AddressRecord* next();
 
     /// How many bytes of the file were taken so far, to a few records, for a progress bar.

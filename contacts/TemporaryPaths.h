@@ -7,8 +7,8 @@
 
 namespace calljournal {
 
-// The files and folders of this process that nobody shall find once it is over. Whoever makes one removes it; the list is
-// for the moment when a signal ends the process and nobody gets around to it. All may be called from any thread.
+// The files and folders of this process that nobody shall find once it is over. Whoever makes one removes it; the list
+// is for the moment when a signal ends the process and nobody gets around to it. All may be called from any thread.
 
 /// Makes a file or folder by `make`, which returns its path, and remembers it.
 std::string makeTemporary(const std::function<std::string()>& make);

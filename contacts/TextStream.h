@@ -19,7 +19,8 @@ public:
     /// Throws AddressBookError for a name that ICU does not know.
     explicit Transcoder(const std::string& charset);
 
-    /// Appends what `piece` is to `text`; a character at its end may wait for the next piece, unless it is the last one.
+    /// Appends what `piece` is to `text`; a character at its end may wait for the next piece, unless it is the last
+    /// one.
     void convert(std::string_view piece, bool isLast, std::string& text);
 
 private:
@@ -41,12 +42,12 @@ private:
 /// Reads bytes of any character set and gives them as UTF-8, piece by piece.
 class TextStream {
 public:
-    /// Reads `bytes` from their present place; they have to live as long. `charset` is a name that ICU knows, or empty for
-    /// bytes that are to be taken as they are. Throws AddressBookError for a name that ICU does not know.
+    /// Reads `bytes` from their present place; they have to live as long. `charset` is a name that ICU knows, or empty
+    /// for bytes that are to be taken as they are. Throws AddressBookError for a name that ICU does not know.
     TextStream(std::istream& bytes, const std::string& charset);
 
-    /// Appends the next piece to `text` and returns true, or returns false at the end. Throws AddressBookError if the bytes
-    /// cannot be read.
+    /// Appends the next piece to `text` and returns true, or returns false at the end. Throws AddressBookError if the
+    /// bytes cannot be read.
     bool read(std::string& text);
 
     std::size_t bytesRead() const { return bytesRead_; }

@@ -53,7 +53,8 @@ std::size_t wholeCharacters(std::string_view text, std::size_t most) {
     if (most >= text.size()) {
         return text.size();
     }
-    // A byte that goes on with a character stays with its lead byte; more of them than a character has are no characters.
+    // A byte that goes on with a character stays with its lead byte; more of them than a character has are no
+    // characters.
     for (std::size_t back = 0; back < longestCharacter && back <= most; ++back) {
         if (!isFollower(text[most - back])) {
             return most - back;

@@ -20,8 +20,8 @@ Utf8Character characterAt(std::string_view text);
 /// Returns `text` with U+FFFD in the place of each byte that is not UTF-8.
 std::string asUtf8(std::string_view text);
 
-/// Returns how many bytes of `text` are characters as a whole if no more than `most` may be taken: `most`, or up to three
-/// less where that would cut a character.
+/// Returns how many bytes of `text` are characters as a whole if no more than `most` may be taken: `most`, or up to
+/// three less where that would cut a character.
 std::size_t wholeCharacters(std::string_view text, std::size_t most);
 
 }  // namespace calljournal

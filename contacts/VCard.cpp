@@ -16,8 +16,8 @@ namespace {
 constexpr std::size_t longestLine = 75;
 constexpr std::string_view lineEnd = "\r\n";
 
-/// A value of type TEXT. Control characters have no place in it; a line end of any kind becomes "\n". A semicolon may stand
-/// as it is, and the grammar knows no other form.
+/// A value of type TEXT. Control characters have no place in it; a line end of any kind becomes "\n". A semicolon may
+/// stand as it is, and the grammar knows no other form.
 std::string escaped(const std::string& text) {
     const std::string valid = asUtf8(text);
     std::string value;

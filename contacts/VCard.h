@@ -9,8 +9,8 @@
 namespace calljournal {
 
 /// Returns `contact` as a vCard 4.0 (RFC 6350): UTF-8, lines of at most 75 bytes that end in CR LF. Bytes that are not
-/// UTF-8 become U+FFFD, since a vCard has no other form for them. `csvType` is the layout that it was imported from, which
-/// says what address2 means: the Outlook layout joins city, postal code and country there.
+/// UTF-8 become U+FFFD, since a vCard has no other form for them. `csvType` is the layout that it was imported from,
+/// which says what address2 means: the Outlook layout joins city, postal code and country there.
 ///
 ///     BEGIN:VCARD
 ///     VERSION:4.0

@@ -12,7 +12,8 @@ std::map<std::string, std::string> formatSections();
 /// The sections that calljournal(5) shows, as mdoc(7): all but for most of the examples.
 std::map<std::string, std::string> manualSections();
 
-/// How a document marks its generated sections: `begin` NAME `beginEnd` ... `end`, with `blank` around what is generated.
+/// How a document marks its generated sections: `begin` NAME `beginEnd` ... `end`, with `blank` around what is
+/// generated.
 struct SectionMarks {
     std::string begin;
     std::string beginEnd;
@@ -23,8 +24,8 @@ struct SectionMarks {
 extern const SectionMarks markdownMarks;  ///< `<!-- generated: NAME -->` and `<!-- end -->`, on lines of their own.
 extern const SectionMarks manualMarks;    ///< `.\" generated: NAME` and `.\" end`, on lines of their own.
 
-/// Returns `document` with what stands between the marks replaced by the section of that name. Throws std::runtime_error for
-/// a name that is unknown, for a missing end, and for a section that the document does not show.
+/// Returns `document` with what stands between the marks replaced by the section of that name. Throws
+/// std::runtime_error for a name that is unknown, for a missing end, and for a section that the document does not show.
 std::string withSections(const std::string& document, const std::map<std::string, std::string>& sections,
                          const SectionMarks& marks = markdownMarks);
 

@@ -26,8 +26,8 @@ std::string brought(const std::string& path, const std::string& document) {
 
 }  // namespace
 
-/// "format_tables FILE" fails unless the generated sections of the document, Markdown or a manual page, are up to date; "format_tables FILE --rewrite"
-/// brings them up to date.
+/// "format_tables FILE" fails unless the generated sections of the document, Markdown or a manual page, are up to date;
+/// "format_tables FILE --rewrite" brings them up to date.
 int main(int argc, char** argv) try {
     if (argc < 2) {
         std::cerr << "usage: format_tables FILE [--rewrite]\n";

@@ -1,5 +1,5 @@
-// The readers of address books: any bytes end, with records or with a sentence; lines go forward, what cannot be used has
-// no values, texts are UTF-8 without control characters, and a second reading gives the same.
+// The readers of address books: any bytes end, with records or with a sentence; lines go forward, what cannot be used
+// has no values, texts are UTF-8 without control characters, and a second reading gives the same.
 
 #include <sstream>
 #include <vector>

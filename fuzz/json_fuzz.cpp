@@ -1,5 +1,5 @@
-// The command's JSON input: any text is taken or refused with a sentence. An entry that is taken shows as JSON that means
-// the same; calls that are taken read the same one a line and in an array; whatever is decoded shows as JSON.
+// The command's JSON input: any text is taken or refused with a sentence. An entry that is taken shows as JSON that
+// means the same; calls that are taken read the same one a line and in an array; whatever is decoded shows as JSON.
 
 #include <sstream>
 

@@ -1,5 +1,5 @@
-// The missed call list, read through the host's XML parser: on any reply what the literal reader gives, and on replies as
-// they are written what the decoder gives.
+// The missed call list, read through the host's XML parser: on any reply what the literal reader gives, and on replies
+// as they are written what the decoder gives.
 
 #include <deque>
 

@@ -1,5 +1,5 @@
-// The importer's work on texts: what is UTF-8 is told as the grammar of RFC 3629 tells it, what is converted is UTF-8, and
-// what is cut is the longest prefix that fits.
+// The importer's work on texts: what is UTF-8 is told as the grammar of RFC 3629 tells it, what is converted is UTF-8,
+// and what is cut is the longest prefix that fits.
 
 #include "FakePlatform.h"
 #include "Fuzz.h"

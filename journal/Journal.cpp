@@ -20,7 +20,8 @@ namespace {
 /// The data access service answers in time with this many entries in one request.
 constexpr std::size_t entriesPerRequest = 500;
 
-/// Throws if the reply to a read request is a refusal. Entries may hold any words, so only what stands before them counts.
+/// Throws if the reply to a read request is a refusal. Entries may hold any words, so only what stands before them
+/// counts.
 void checkReadReply(const std::string& reply) {
     const std::string head = reply.substr(0, reply.find(Helper::createXMLBegin(Helper::ENTRY)));
     const bool isRefusal = head.find("<Result>") != std::string::npos || head.find("<Schema") == std::string::npos;

@@ -22,16 +22,16 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// One call to be recorded: the party as an item without calls, and the call itself. A call without a number is nobody's
-/// in particular and gets an entry of its own.
+/// One call to be recorded: the party as an item without calls, and the call itself. A call without a number is
+/// nobody's in particular and gets an entry of its own.
 template <class Item>
 struct NewCall {
     Item party;
     typename detail::CallKind<Item>::Call call;
 };
 
-/// What a phone's journal service does with calls: keeps one entry for each party, newest call first, in the data access
-/// service, and tells its observers what changed.
+/// What a phone's journal service does with calls: keeps one entry for each party, newest call first, in the data
+/// access service, and tells its observers what changed.
 ///
 ///     SqlDataAccessService store("journal.db");
 ///     Journal journal(store);
@@ -39,9 +39,9 @@ struct NewCall {
 ///     journal.record<MissedCallItem>({{party, call}});
 ///     for (const MissedCallItem& entry : journal.entries<MissedCallItem>()) ...
 ///
-/// Item is MissedCallItem, DialledCallItem, ReceivedCallItem or ForwardedCallItem. Every text survives the store, markup
-/// included. Operations throw JournalError if the store refuses, and let its own exceptions pass; observers are told only
-/// of what the store acknowledged. One thread at a time.
+/// Item is MissedCallItem, DialledCallItem, ReceivedCallItem or ForwardedCallItem. Every text survives the store,
+/// markup included. Operations throw JournalError if the store refuses, and let its own exceptions pass; observers are
+/// told only of what the store acknowledged. One thread at a time.
 class Journal {
 public:
     /// Gives the same text for two ways to write one party's number. Both end with the same four digits.
@@ -66,9 +66,10 @@ public:
     template <class Item>
     std::deque<Item> entries();
 
-    /// Puts each call in front of its party's entry, making entries as needed, and writes the changed entries, up to 500 a
-    /// request. An entry is the party's if it holds a call of that number or, for a call without a number, is of the same
-    /// name. A name or picture that comes with a call replaces the entry's. Returns the written entries with their ids.
+    /// Puts each call in front of its party's entry, making entries as needed, and writes the changed entries, up to
+    /// 500 a request. An entry is the party's if it holds a call of that number or, for a call without a number, is of
+    /// the same name. A name or picture that comes with a call replaces the entry's. Returns the written entries with
+    /// their ids.
     template <class Item>
     std::vector<Item> record(const std::vector<NewCall<Item>>& calls);
 
@@ -112,8 +113,8 @@ private:
     std::vector<JournalServiceObserverIfc*> observers_;
 };
 
-/// Returns the notification that tells observers of a changed entry, its texts carried as the store carries them. A deleted
-/// entry's id is named.
+/// Returns the notification that tells observers of a changed entry, its texts carried as the store carries them. A
+/// deleted entry's id is named.
 template <class Item>
 std::string notificationOf(const Item& entry, JournalServiceObserverIfc::ActionType action);
 

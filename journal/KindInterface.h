@@ -8,8 +8,8 @@
 
 namespace calljournal {
 
-/// The library's functions for one kind of item, under names that do not depend on the kind, and the word that people call
-/// the kind by.
+/// The library's functions for one kind of item, under names that do not depend on the kind, and the word that people
+/// call the kind by.
 template <class Item>
 struct KindInterface;
 

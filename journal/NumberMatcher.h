@@ -11,10 +11,10 @@ std::string localeRegion();
 /// Tells whether phone numbers are known for the region: an ISO 3166-1 code such as "GB", or "ZZ".
 bool isKnownRegion(const std::string& region);
 
-/// Gives numbers of one party the same text, however they were signalled. A number that can be dialled from abroad becomes
-/// its E.164 form (ITU-T E.164): in the region GB "+44 20 7946 0123", "0044 20 79460123" and "020 7946 0123" all become
-/// "+442079460123". Any other, such as an internal extension, stays itself without its punctuation, so it matches nothing
-/// longer. An empty text stays empty.
+/// Gives numbers of one party the same text, however they were signalled. A number that can be dialled from abroad
+/// becomes its E.164 form (ITU-T E.164): in the region GB "+44 20 7946 0123", "0044 20 79460123" and "020 7946 0123"
+/// all become "+442079460123". Any other, such as an internal extension, stays itself without its punctuation, so it
+/// matches nothing longer. An empty text stays empty.
 class NumberMatcher {
 public:
     /// Reads national numbers as those of `region`.

@@ -23,7 +23,8 @@ struct WrittenNumber {
 /// punctuation.
 class NumberWriter {
 public:
-    /// Reads national numbers as those of `region`; in "ZZ", which is none, only numbers with a country code are judged.
+    /// Reads national numbers as those of `region`; in "ZZ", which is none, only numbers with a country code are
+    /// judged.
     NumberWriter(NumberStyle style, std::string region) : style_(style), region_(std::move(region)) {}
 
     WrittenNumber operator()(const std::string& number) const;

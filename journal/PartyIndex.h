@@ -13,8 +13,8 @@
 
 namespace calljournal {
 
-/// Finds the entry that a call belongs to. Numbers are compared by their keys, which may be costly to make, so entries are
-/// looked up by their last digits first: two ways to signal one number end alike.
+/// Finds the entry that a call belongs to. Numbers are compared by their keys, which may be costly to make, so entries
+/// are looked up by their last digits first: two ways to signal one number end alike.
 template <class Item>
 class PartyIndex {
 public:
@@ -45,7 +45,8 @@ public:
     }
 
     /// Returns the index of the entry of the party that made `call`: the one that holds a call of that number or, for a
-    /// call without a number that was not withheld either, the first one of that name. `none` if there is no such entry.
+    /// call without a number that was not withheld either, the first one of that name. `none` if there is no such
+    /// entry.
     std::size_t find(const Item& party, const Call& call) const {
         return call.number.empty() ? findName(party, call) : findNumber(call.number);
     }

@@ -16,8 +16,8 @@ struct StoreReply {
 /// Reads a reply. One that says neither "ok" nor "failed" counts as a failure and is quoted as the reason.
 StoreReply readStoreReply(const std::string& reply);
 
-/// Returns the bodies of the "Entry" elements of a reply to a read request, in their order. A body holds neither tag: the
-/// store refuses such an entry.
+/// Returns the bodies of the "Entry" elements of a reply to a read request, in their order. A body holds neither tag:
+/// the store refuses such an entry.
 std::vector<std::string> readEntryBodies(const std::string& reply);
 
 }  // namespace calljournal

@@ -24,8 +24,8 @@ const std::string& sortKey(const MissedCallItem& item) {
     return calls.empty() ? item.getEntryId() : calls.front().timeDate;
 }
 
-/// What tells keys apart: their first bytes, a whole time, as numbers. Where those of two keys differ, they are ordered as
-/// the keys are.
+/// What tells keys apart: their first bytes, a whole time, as numbers. Where those of two keys differ, they are ordered
+/// as the keys are.
 struct KeyFront {
     std::uint64_t numbers[3];
 

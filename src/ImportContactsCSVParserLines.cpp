@@ -83,8 +83,8 @@ private:
     const char* end_;
 };
 
-/// What Boost's separator writes a column to: memory that is as large as the text, so that a character is stored without
-/// a look at the room.
+/// What Boost's separator writes a column to: memory that is as large as the text, so that a character is stored
+/// without a look at the room.
 class ColumnText {
 public:
     /// What the separator assigns to begin the next column.

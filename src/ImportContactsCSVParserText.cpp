@@ -38,8 +38,8 @@ bool isSurrogate(std::uint32_t codePoint) {
     return codePoint >= 0xD800 && codePoint <= 0xDFFF;
 }
 
-/// Returns the start of the character after the longer one at `text`, a null pointer if that one is malformed. Never reads
-/// past the terminating zero, which is no following byte.
+/// Returns the start of the character after the longer one at `text`, a null pointer if that one is malformed. Never
+/// reads past the terminating zero, which is no following byte.
 const unsigned char* nextCharacter(const unsigned char* text) {
     const Form* form = formOf(*text);
     if (form == nullptr) {

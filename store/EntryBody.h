@@ -15,8 +15,8 @@ struct BodyElement {
 };
 
 /// Returns the element that `body` begins with, or nothing if it does not begin with a whole one. An element is
-/// `<Name>text</Name>` and reaches to the first close tag of its name. Only the call list, `LogList`, reaches to the end
-/// of the body: it is the last element, and the texts of its calls are written raw, so any tag may stand in them.
+/// `<Name>text</Name>` and reaches to the first close tag of its name. Only the call list, `LogList`, reaches to the
+/// end of the body: it is the last element, and the texts of its calls are written raw, so any tag may stand in them.
 std::optional<BodyElement> firstElement(std::string_view body);
 
 /// Appends `body` to `text` with the names of its elements `Picture`, as far as they stand before `Viewed`, changed to

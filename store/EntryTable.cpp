@@ -29,8 +29,8 @@ long long numberOf(std::string_view id) {
     return number;
 }
 
-/// Executes a query for one row of numbers. Each fetch up to the last one matters: a query left in between would hold on
-/// to the state of the file that it read.
+/// Executes a query for one row of numbers. Each fetch up to the last one matters: a query left in between would hold
+/// on to the state of the file that it read.
 void fetchRow(soci::statement& query) {
     query.execute();
     while (query.fetch()) {

@@ -17,9 +17,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The stored entries, with the statements on them prepared once. Every value is bound, never written into the SQL. Throws
-/// soci::soci_error, StoreDamage or std::bad_alloc; a table that threw must be thrown away, since a query that was left
-/// in its middle holds on to the state of the file that it began with.
+/// The stored entries, with the statements on them prepared once. Every value is bound, never written into the SQL.
+/// Throws soci::soci_error, StoreDamage or std::bad_alloc; a table that threw must be thrown away, since a query that
+/// was left in its middle holds on to the state of the file that it began with.
 class EntryTable {
 public:
     /// Uses `session`, which must outlive the table.

@@ -5,7 +5,8 @@
 
 namespace calljournal {
 
-/// Returns `query` prepared on `session`, with `values`, each a soci::use or a soci::into, bound. Throws soci::soci_error.
+/// Returns `query` prepared on `session`, with `values`, each a soci::use or a soci::into, bound. Throws
+/// soci::soci_error.
 ///
 /// In steps, because a statement that is made of `session.prepare << query` keeps the connection open for ever where it
 /// fails half-way.

@@ -24,9 +24,9 @@ namespace calljournal {
 /// must open a service of its own.
 class SqlDataAccessService : public DataAccessServiceIfc {
 public:
-    /// Opens the file of `url` (see StoreUrl.h) and creates it, its tables and its folders as needed. Tables of an older
-    /// version are brought up to date. A file that cannot be written is opened for reading. `patience` is how long a
-    /// request waits for other processes. Throws StoreError if the file cannot be opened, is not a store, or was
+    /// Opens the file of `url` (see StoreUrl.h) and creates it, its tables and its folders as needed. Tables of an
+    /// older version are brought up to date. A file that cannot be written is opened for reading. `patience` is how
+    /// long a request waits for other processes. Throws StoreError if the file cannot be opened, is not a store, or was
     /// written by a newer version; it is then as it was.
     explicit SqlDataAccessService(const std::string& url,
                                   std::chrono::milliseconds patience = std::chrono::seconds(30));
@@ -40,15 +40,15 @@ public:
     ///     any of them, not carried out  <Result>failed</Result><Reason>why, for people</Reason>
     ///
     /// A request is done whole or not at all, and is on disk when the reply says "ok". What a request must look like is
-    /// in StoreRequest.h. An entry keeps its bytes; only its id is always put in front, and a missed call's `Picture` is
-    /// served as `PictureClip`. An entry that comes without an id gets the next decimal number, from 1, that no entry of
-    /// any schema has had. Database errors are replies too. Throws std::bad_alloc if there
-    /// is not even the memory for that reply.
+    /// in StoreRequest.h. An entry keeps its bytes; only its id is always put in front, and a missed call's `Picture`
+    /// is served as `PictureClip`. An entry that comes without an id gets the next decimal number, from 1, that no
+    /// entry of any schema has had. Database errors are replies too. Throws std::bad_alloc if there is not even the
+    /// memory for that reply.
     std::string processRequest(const std::string& request) override;
 
     /// Runs `work`, whose requests to this service become one transaction: no other process writes in between, and all
-    /// of it is on disk when the function returns. An exception of `work` takes all of it back and passes through, so an
-    /// "ok" counts only from the return on. A request that fails is taken back alone. Throws StoreError if the
+    /// of it is on disk when the function returns. An exception of `work` takes all of it back and passes through, so
+    /// an "ok" counts only from the return on. A request that fails is taken back alone. Throws StoreError if the
     /// transaction cannot begin or be committed.
     void exclusively(const std::function<void()>& work);
 

@@ -166,8 +166,8 @@ void SqliteConnection::openFile() {
     try {
         probe();
     } catch (const soci::soci_error&) {
-        // SQLite reads a file with a write-ahead log only if it can put an index beside it. In a folder where nobody can
-        // put anything, and with no log there, the file is complete and cannot change.
+        // SQLite reads a file with a write-ahead log only if it can put an index beside it. In a folder where nobody
+        // can put anything, and with no log there, the file is complete and cannot change.
         const bool isFrozen = ::access(folderOf(file_).c_str(), W_OK) != 0 && ::access(file_.c_str(), R_OK) == 0 &&
                               ::access((file_ + "-wal").c_str(), F_OK) != 0;
         if (!isFrozen) {

@@ -14,7 +14,8 @@ class soci_error;
 
 namespace calljournal {
 
-/// A SOCI session on one SQLite file, and all that is SQLite's own: opening, durability, locking, and what its errors mean.
+/// A SOCI session on one SQLite file, and all that is SQLite's own: opening, durability, locking, and what its errors
+/// mean.
 ///
 ///     SqliteConnection connection("/users/ann/journal.db", std::chrono::seconds(30));
 ///     connection.makeDurable();
@@ -23,9 +24,9 @@ namespace calljournal {
 /// One thread at a time; not to be used in a forked child.
 class SqliteConnection {
 public:
-    /// Opens `file`, an absolute path, and creates it and its folders as needed. Nothing is written into an existing file.
-    /// A file that cannot be written is opened for reading. Work that another process holds up waits for `patience`
-    /// before it fails. Throws StoreError.
+    /// Opens `file`, an absolute path, and creates it and its folders as needed. Nothing is written into an existing
+    /// file. A file that cannot be written is opened for reading. Work that another process holds up waits for
+    /// `patience` before it fails. Throws StoreError.
     SqliteConnection(std::string file, std::chrono::milliseconds patience);
     ~SqliteConnection();
     SqliteConnection(const SqliteConnection&) = delete;
@@ -38,8 +39,8 @@ public:
     /// Tells whether a transaction is open. The database itself ends one after some errors, a full disk for instance.
     bool isInTransaction() const;
 
-    /// Has every commit from now on survive a kill and a power cut: write-ahead log, synchronised at each commit. Throws
-    /// StoreError or soci::soci_error.
+    /// Has every commit from now on survive a kill and a power cut: write-ahead log, synchronised at each commit.
+    /// Throws StoreError or soci::soci_error.
     void makeDurable();
 
     /// Executes statements that roll back. Not through SOCI, which needs memory and throws. After some errors there is

@@ -41,9 +41,9 @@ constexpr std::size_t maximumBodySize = std::size_t{64} << 20U;
 ///     <Entry><UniqueId>7</UniqueId>...</Entry>              (any number of entries)
 ///     </Schema>
 ///
-/// (which is one line). Texts are raw, so a name may tear an entry apart: one that holds `<Entry>`, or whose body is not
-/// a run of whole elements (see firstElement), is refused with the request. So is an id that is empty, holds `<`, or is
-/// not the body's first element. An entry to be deleted is its id alone.
+/// (which is one line). Texts are raw, so a name may tear an entry apart: one that holds `<Entry>`, or whose body is
+/// not a run of whole elements (see firstElement), is refused with the request. So is an id that is empty, holds `<`,
+/// or is not the body's first element. An entry to be deleted is its id alone.
 StoreRequest scanStoreRequest(std::string_view text);
 
 /// Tells whether missed calls are kept under `schema`, whose pictures their reader expects as `PictureClip`.

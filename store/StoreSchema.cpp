@@ -47,10 +47,11 @@ struct Migration {
 /// What makes version N + 1 of version N, at index N; an empty file is version 0. Rows that were released stay as they
 /// are: a later version is a further row.
 ///
-/// `next_id` is the lowest id that no entry has had. `place` orders the entries of a schema by first insertion. `size` is
-/// the length in bytes of id and body together; with it in the index, the length of a reply is known without reading the
-/// bodies. Ids and bodies are bytes, not characters; SQLite keeps any bytes in a text column, another database would take
-/// its binary type. Version 2 has checksums and sums of them, so that nothing is changed or gets lost without notice.
+/// `next_id` is the lowest id that no entry has had. `place` orders the entries of a schema by first insertion. `size`
+/// is the length in bytes of id and body together; with it in the index, the length of a reply is known without reading
+/// the bodies. Ids and bodies are bytes, not characters; SQLite keeps any bytes in a text column, another database
+/// would take its binary type. Version 2 has checksums and sums of them, so that nothing is changed or gets lost
+/// without notice.
 const Migration migrations[] = {
     {{
          "create table calljournal_store (version integer not null, next_id bigint not null)",

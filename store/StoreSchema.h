@@ -9,9 +9,9 @@ class SqliteConnection;
 /// statements that make it of the one before.
 constexpr int storeVersion = 2;
 
-/// Creates the tables in an empty file, or brings those of an older version up to date, in one transaction; then makes the
-/// connection durable. Throws StoreError, with the file as it was, if it holds another program's tables, was written by a
-/// newer version, or must be written and cannot be. Throws soci::soci_error.
+/// Creates the tables in an empty file, or brings those of an older version up to date, in one transaction; then makes
+/// the connection durable. Throws StoreError, with the file as it was, if it holds another program's tables, was
+/// written by a newer version, or must be written and cannot be. Throws soci::soci_error.
 void prepareStore(SqliteConnection& connection);
 
 }  // namespace calljournal

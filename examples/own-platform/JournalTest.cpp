@@ -7,8 +7,8 @@
 #include "MissedCallItem.h"
 #include "ScriptedDataAccessService.h"
 
-// How code that uses the journal is tested without a phone: the service says what the test wants to hear, and keeps what
-// it was asked. Any test framework will do.
+// How code that uses the journal is tested without a phone: the service says what the test wants to hear, and keeps
+// what it was asked. Any test framework will do.
 
 namespace {
 

@@ -6,7 +6,8 @@
 
 #include "PlatformLog.h"
 
-// This phone's log is its standard output. Of the adapter it wants requests and replies, of the importer its complaints.
+// This phone's log is its standard output. Of the adapter it wants requests and replies, of the importer its
+// complaints.
 
 bool loggingOnAppZel(const char* module, int level) {
     return (std::strcmp(module, "CallListDatabaseAdapter") == 0 && level == 5) ||

@@ -260,9 +260,9 @@ private:
         return place < message_.size() && message_[place] == '<' ? place : message_.find('<', place);
     }
 
-    /// Takes the element at `place`, which holds a `<`, if it has the expected name, no attributes, and nothing but text
-    /// in it. Returns the place behind it, or `none`: then nothing is taken. This is what lists consist of; it does
-    /// nothing that the other functions would not do as well, in more steps.
+    /// Takes the element at `place`, which holds a `<`, if it has the expected name, no attributes, and nothing but
+    /// text in it. Returns the place behind it, or `none`: then nothing is taken. This is what lists consist of; it
+    /// does nothing that the other functions would not do as well, in more steps.
     std::size_t takeExpected(std::size_t place) {
         const char* const begin = message_.data() + place + 1;
         const Name* const name = room(begin) < blockSize ? nullptr : knownNames_.expectedAt(begin);

@@ -59,8 +59,8 @@ inline int derivedDefaultDial(const Contact& c) {
     return number == nullptr ? static_cast<int>(noNumber) : number->code;
 }
 
-/// Goes on with an address line by its next part. A colon follows whatever is there already, so an empty part leaves the
-/// colons of earlier ones.
+/// Goes on with an address line by its next part. A colon follows whatever is there already, so an empty part leaves
+/// the colons of earlier ones.
 inline void joinAddressPart(std::string& address, const std::string& part) {
     if (!address.empty()) {
         address += ':';

@@ -48,8 +48,8 @@ const Tag* takeBegin(Walk& walk, const ItemField<Base>& field) {
 }
 
 /// Takes the fields that stand at the walk, in the order of the table, and hands the raw text of each to `take` by its
-/// index. Returns false if a text stops before its end tag. A field that does not stand there counts as absent and empty, also where
-/// it stands under the name that only writing uses; that holds if nothing but expected tags follows.
+/// index. Returns false if a text stops before its end tag. A field that does not stand there counts as absent and
+/// empty, also where it stands under the name that only writing uses; that holds if nothing but expected tags follows.
 template <class Walk, class Fields, class Take>
 bool takeFields(Walk& walk, const Fields& fields, Take take) {
     Walk here = walk;  // in registers, this loop being most of the work
@@ -108,8 +108,8 @@ void readCall(const char* xml, typename CallKind<Item>::Call& call) {
     }
 }
 
-/// Appends the call that stands at the walk, if it is just as it was written and without entities. An "Item" without any
-/// text does not count.
+/// Appends the call that stands at the walk, if it is just as it was written and without entities. An "Item" without
+/// any text does not count.
 template <class Item>
 bool takeCall(PlainText& walk, CallsOf<Item>& calls) {
     constexpr const auto& fields = CallKind<Item>::callFields;

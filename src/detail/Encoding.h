@@ -17,8 +17,8 @@
 namespace calljournal {
 namespace detail {
 
-// Writing of one value, by its type: texts unless they are empty, words always. There must be room for it, and Tag::room
-// behind that.
+// Writing of one value, by its type: texts unless they are empty, words always. There must be room for it, and
+// Tag::room behind that.
 
 inline char* writeText(char* at, const Tag& tag, std::string_view value) {
     if (value.empty()) {

@@ -21,8 +21,8 @@ public:
 private:
     /// The one case with an item though no begin tag is left. Cutting takes a missing begin tag for one that stands at
     /// -1: all before the end tag but for five bytes is the item, nothing goes, and what is behind the end tag follows
-    /// once more. Where the seam of the two makes a begin tag, that is behind the end tag, and there is no further item.
-    /// Elsewhere the text would grow without end; there the walk is over without that item.
+    /// once more. Where the seam of the two makes a begin tag, that is behind the end tag, and there is no further
+    /// item. Elsewhere the text would grow without end; there the walk is over without that item.
     const char* nextWithoutBegin();
 
     std::string text_;

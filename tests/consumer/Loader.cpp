@@ -2,8 +2,8 @@
 #include <iostream>
 #include <string>
 
-/// Loads the library while it runs, as a phone's journal service does, and calls it once: "Loader LIBRARY". The platform
-/// is the program's own.
+/// Loads the library while it runs, as a phone's journal service does, and calls it once: "Loader LIBRARY". The
+/// platform is the program's own.
 int main(int, char** arguments) {
     void* const library = dlopen(arguments[1], RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {

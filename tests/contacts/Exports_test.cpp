@@ -13,8 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Files as programs export them, with their names, orders, character sets and quoting, and beside each the contacts that
-// it holds: outlook-2013-de.csv and outlook-2013-de.txt.
+// Files as programs export them, with their names, orders, character sets and quoting, and beside each the contacts
+// that it holds: outlook-2013-de.csv and outlook-2013-de.txt.
 
 std::string textOf(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);

@@ -78,9 +78,9 @@ private:
     int kept_;
 };
 
-/// Imports `content` with each piece of memory missing in turn. With all memory it comes to `code` and so many contacts.
-/// Else it comes to 6 and the first ones of those; or to what the lines up to there come to (`codeOfStart`), since a
-/// line that there is no memory for is the end of the file to a stream.
+/// Imports `content` with each piece of memory missing in turn. With all memory it comes to `code` and so many
+/// contacts. Else it comes to 6 and the first ones of those; or to what the lines up to there come to (`codeOfStart`),
+/// since a line that there is no memory for is the end of the file to a stream.
 void expectImportsEndOrderly(const std::string& content, int code, std::size_t contacts, int codeOfStart) {
     const Import whole(content);
     const ImportContactsCSVParser importer(whole.path, 0);

@@ -32,7 +32,8 @@ typename Kind::Item longItem(int calls) {
     return item;
 }
 
-/// A service that needs no memory: it counts, and notes which of the ids that begin with "000" to "999" it is asked for.
+/// A service that needs no memory: it counts, and notes which of the ids that begin with "000" to "999" it is asked
+/// for.
 class CountingService : public DataAccessServiceIfc {
 public:
     std::string processRequest(const std::string& request) override {

@@ -98,7 +98,8 @@ TEST_F(ImportWork, IsNotWastedOnCopiesOfALine) {
 
 /// Imports `content` once for each allocation on the way, which fails, and returns how often each outcome came.
 std::map<int, int> outcomesWithoutMemory(const std::string& content) {
-    // With a path too short for an allocation, and room to note its deletion, it is not the fake phone that fails there.
+    // With a path too short for an allocation, and room to note its deletion, it is not the fake phone that fails
+    // there.
     const std::string path = std::to_string(getpid()) + ".csv";
     std::map<int, int> outcomes;
     bool failed = true;

@@ -59,8 +59,8 @@ std::string anyHeader(std::size_t count, char separator);
 /// An Outlook header with line feed.
 std::string outlookHeader(char separator = ',');
 
-/// Columns `from` to `to`, the latter excluded, of an Outlook record, with the given texts and all others empty. No line
-/// feed.
+/// Columns `from` to `to`, the latter excluded, of an Outlook record, with the given texts and all others empty. No
+/// line feed.
 std::string outlookColumns(const std::map<std::size_t, std::string>& texts, std::size_t from = 0, std::size_t to = 92,
                            char separator = ',');
 

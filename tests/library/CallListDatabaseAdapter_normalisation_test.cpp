@@ -399,7 +399,8 @@ TEST_F(NormalisationTest, HasTheListInItsStateOfTheWalkWheneverTheServiceIsAsked
     }
 }
 
-/// The ids of a long list, newest first, of which every second entry has no calls, without the first `removed` of those.
+/// The ids of a long list, newest first, of which every second entry has no calls, without the first `removed` of
+/// those.
 Texts longListWithout(std::size_t size, std::size_t removed) {
     Texts left;
     for (std::size_t number = size; number-- > 0;) {

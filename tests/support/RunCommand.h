@@ -12,7 +12,8 @@ struct Finished {
     std::string err;
 };
 
-/// Runs `arguments` (program first, looked for in PATH if it is a plain name) with `input` on standard input, until it ends.
+/// Runs `arguments` (program first, looked for in PATH if it is a plain name) with `input` on standard input, until it
+/// ends.
 Finished runProgram(const std::vector<std::string>& arguments, const std::string& input = std::string());
 
 /// The same, but sends the program a signal as soon as `isTime` says so, which is asked again and again.
