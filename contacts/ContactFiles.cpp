@@ -54,6 +54,11 @@ ContactFiles::~ContactFiles() {
 
 void ContactFiles::refuseExisting(const std::string& name) const {
     std::error_code ignored;
+    // Whatever stands there would give way to the new file: a device, too, to one who may do everything.
+    const fs::file_status target = fs::status(name, ignored);
+    if (fs::exists(target) && !fs::is_regular_file(target)) {
+        throw ContactFilesError(name + ": is no file that could be overwritten; name another one");
+    }
     if (!options_.overwrite && fs::exists(fs::symlink_status(name, ignored))) {
         throw ContactFilesError(name + ": is there already; --force overwrites it");
     }

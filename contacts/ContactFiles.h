@@ -38,7 +38,7 @@ struct ContactFilesOptions {
 /// what is not published goes with the object.
 class ContactFiles {
 public:
-    /// Throws ContactFilesError if a file of that name is there and must not be overwritten.
+    /// Throws ContactFilesError if a file of that name is there and must not be overwritten, or if it is no file at all.
     explicit ContactFiles(ContactFilesOptions options);
     ContactFiles(const ContactFiles&) = delete;
     ContactFiles& operator=(const ContactFiles&) = delete;

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "LargestFile.h"
 #include "RunCommand.h"
@@ -90,16 +91,32 @@ TEST_F(ContactFilesTest, LeaveNothingOnAFullDisk) {
 }
 
 TEST_F(ContactFilesTest, AreDeliveredAllOrNone) {
+    ContactFiles files(options(100));
+    add(files, 250);
+    files.finish();
+    fs::remove(files.temporaryFiles()[1]);
+    EXPECT_EQ(failure([&] { files.publish(); }), folder_.file("out-2.csv") + ": No such file or directory");
+    EXPECT_EQ(written(), Names{fs::path(files.temporaryFiles()[2]).filename()});
+}
+
+TEST_F(ContactFilesTest, TakeThePlaceOfFilesOnly) {
     ContactFilesOptions overwriting = options(100);
     overwriting.overwrite = true;
+    const std::string reason = ": is no file that could be overwritten; name another one";
+    ASSERT_EQ(::mkfifo(folder_.file("out.csv").c_str(), 0600), 0);
+    EXPECT_EQ(failure([&] { const ContactFiles files(overwriting); }), folder_.file("out.csv") + reason);
+    EXPECT_TRUE(fs::is_fifo(folder_.file("out.csv")));
+
+    fs::remove(folder_.file("out.csv"));
+    fs::create_symlink("/dev/null", folder_.file("out.csv"));
+    EXPECT_EQ(failure([&] { const ContactFiles files(overwriting); }), folder_.file("out.csv") + reason);
+
+    fs::remove(folder_.file("out.csv"));
     fs::create_directory(folder_.file("out-2.csv"));
-    {
-        ContactFiles files(overwriting);
-        add(files, 250);
-        files.finish();
-        EXPECT_EQ(failure([&] { files.publish(); }), folder_.file("out-2.csv") + ": Is a directory");
-    }
-    EXPECT_EQ(written(), Names{"out-2.csv"});
+    ContactFiles files(overwriting);
+    add(files, 250);
+    files.finish();
+    EXPECT_EQ(failure([&] { files.publish(); }), folder_.file("out-2.csv") + reason);
 }
 
 TEST_F(ContactFilesTest, OverwriteNothingThatCameMeanwhile) {
