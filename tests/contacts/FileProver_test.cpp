@@ -49,8 +49,10 @@ TEST_F(FileProverTest, TellsOfTheFirstFileThatDiffers) {
     for (std::uint64_t number = 1; number <= 20; ++number) {
         ASSERT_EQ(prove(prover, number, "Schmidt", "Schmidt"), "");
     }
-    EXPECT_EQ(prove(prover, 21, "Schmidt", "Meyer"), "");
-    EXPECT_EQ(prover.finish(), "record 21: field lastName was written as \"Meyer\" and is read as \"Schmidt\"");
+    // Told at once if the proof was quicker than the request to return, else at the end.
+    const std::string atOnce = prove(prover, 21, "Schmidt", "Meyer");
+    EXPECT_EQ(atOnce.empty() ? prover.finish() : atOnce,
+              "record 21: field lastName was written as \"Meyer\" and is read as \"Schmidt\"");
 }
 
 TEST_F(FileProverTest, LetsNobodyGoOnBehindAFileThatDiffers) {
@@ -66,8 +68,11 @@ TEST_F(FileProverTest, LetsNobodyGoOnBehindAFileThatDiffers) {
 
 TEST_F(FileProverTest, ThrowsWhatKeptAProofFromBeingMade) {
     FileProver prover(100, 0, place);
-    EXPECT_EQ(prover.prove(folder_.file("missing.csv")), "");
-    EXPECT_THROW(prover.finish(), fs::filesystem_error);
+    const auto proveAndFinish = [&] {
+        prover.prove(folder_.file("missing.csv"));
+        prover.finish();
+    };
+    EXPECT_THROW(proveAndFinish(), fs::filesystem_error);
 }
 
 TEST_F(FileProverTest, TellsAFullFolderFromAWrongFile) {
@@ -77,8 +82,8 @@ TEST_F(FileProverTest, TellsAFullFolderFromAWrongFile) {
     const std::string file = folder_.write("large.csv", "");
     fs::resize_file(file, room / 2 - std::min<std::uintmax_t>(room / 2, 2500000));
     FileProver prover(100, 0, place);
-    EXPECT_EQ(prover.prove(file), "");
     try {
+        prover.prove(file);
         prover.finish();
         FAIL() << "nothing is thrown";
     } catch (const std::system_error& error) {
