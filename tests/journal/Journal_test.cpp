@@ -325,6 +325,27 @@ TEST_F(JournalOnAStore, DeletesAnEntryAndItsConversationRows) {
     EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("2"));
 }
 
+TEST_F(JournalOnAStore, ReadsAndWritesWhatItChangesInOnePieceOfWork) {
+    std::vector<std::string> steps;
+    journal_.setExclusively([&](const std::function<void()>& work) {
+        steps.emplace_back("begin");
+        work();
+        steps.emplace_back("end");
+    });
+    journal_.setTrace([&](const std::string& request, const std::string&) {
+        steps.emplace_back(request.find("read_request") != std::string::npos ? "read" : "change");
+    });
+
+    journal_.record<MissedCallItem>({missed("1", "1")});
+    EXPECT_THAT(steps, ElementsAre("begin", "read", "change", "end"));
+    steps.clear();
+    journal_.markViewed("1");
+    EXPECT_THAT(steps, ElementsAre("begin", "read", "change", "end"));
+    steps.clear();
+    journal_.remove<MissedCallItem>("1");
+    EXPECT_THAT(steps, ElementsAre("begin", "read", "change", "change", "end"));
+}
+
 TEST_F(JournalOnAStore, SaysThatAnEntryIsNotThere) {
     EXPECT_THROW(journal_.markViewed("7"), JournalError);
     EXPECT_THROW(journal_.remove<ForwardedCallItem>("7"), JournalError);
