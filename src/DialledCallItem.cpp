@@ -1,5 +1,6 @@
 #include "DialledCallItem.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
 
@@ -57,11 +58,11 @@ void DialledCallItem::setDialledCallInfoList(const std::list<DialledCallInfo>& i
 }
 
 DialledCallItem::DialledCallInfo DialledCallItem::getDialledCallInfo(int index) const {
-    const std::size_t position = index > 0 ? static_cast<std::size_t>(index) : 0;
-    if (position >= dialledCallInfoList_.size()) {
+    const int position = std::max(index, 0);
+    if (static_cast<std::size_t>(position) >= dialledCallInfoList_.size()) {
         return DialledCallInfo();
     }
-    return *std::next(dialledCallInfoList_.begin(), index > 0 ? index : 0);
+    return *std::next(dialledCallInfoList_.begin(), position);
 }
 
 void DialledCallItem::addCallInfoToList(const DialledCallInfo& info) {
