@@ -22,6 +22,7 @@ public:
 
     constexpr operator std::string_view() const { return {bytes_, length_}; }
     constexpr std::size_t length() const { return length_; }
+    constexpr bool empty() const { return length_ == 0; }
 
     bool equals(std::string_view text) const {
         return text.size() == length_ && sameBytes(text.data(), bytes_, length_);
