@@ -69,38 +69,38 @@ inline void copyBytes(char* out, const char* text, std::size_t length) {
     }
 }
 
-/// Returns the first of `bytes` among the sixteen bytes at `block`, or null.
-template <class... Byte>
-const char* findInBlock(const char* block, Byte... bytes) {
-#ifdef __SSE2__
-    const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
-    const int matches = _mm_movemask_epi8((... | _mm_cmpeq_epi8(text, _mm_set1_epi8(bytes))));
-    return matches == 0 ? nullptr : block + __builtin_ctz(static_cast<unsigned>(matches));
-#else
-    const char* found = nullptr;
-    std::size_t size = 16;
-    for (const char byte : {bytes...}) {
-        if (const void* place = std::memchr(block, byte, size)) {
-            found = static_cast<const char*>(place);
-            size = static_cast<std::size_t>(found - block);
-        }
-    }
-    return found;
-#endif
-}
-
 /// Returns the place of the first of `bytes` from `at` on, or `end`.
 template <class... Byte>
 const char* findAny(const char* at, const char* end, Byte... bytes) {
+#ifdef __SSE2__
     for (; end - at >= 16; at += 16) {
-        if (const char* found = findInBlock(at, bytes...)) {
-            return found;
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+        const int matches = _mm_movemask_epi8((... | _mm_cmpeq_epi8(block, _mm_set1_epi8(bytes))));
+        if (matches != 0) {
+            return at + __builtin_ctz(static_cast<unsigned>(matches));
         }
     }
     while (at != end && ((*at != bytes) && ...)) {
         ++at;
     }
     return at;
+#else
+    // Piece by piece: one of the bytes may be far away while another one comes again and again.
+    constexpr std::ptrdiff_t pieceSize = 64;
+    while (at != end) {
+        const char* const pieceEnd = end - at > pieceSize ? at + pieceSize : end;
+        const char* first = pieceEnd;
+        for (const char byte : {bytes...}) {
+            const void* found = std::memchr(at, byte, static_cast<std::size_t>(first - at));
+            first = found == nullptr ? first : static_cast<const char*>(found);
+        }
+        if (first != pieceEnd) {
+            return first;
+        }
+        at = pieceEnd;
+    }
+    return end;
+#endif
 }
 
 }  // namespace detail
