@@ -150,4 +150,25 @@ TEST(ListWork, SortsWithoutAnAllocationForEachEntry) {
     EXPECT_EQ(list.front().getMissedCallInfoList().front().timeDate, "999");
 }
 
+TEST(ListWork, RemovesEntriesInWorkThatGrowsWithTheListOnly) {
+    // Every other entry has no calls, and many stand on both sides of each.
+    const MissedCallItem::MissedCallInfo call = fullEntry<Missed>().getMissedCallInfoList().front();
+    const auto removing = [&call](std::size_t count) {
+        std::deque<MissedCallItem> list(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            list[i].setEntryId(std::to_string(100000 + i));
+            if (i % 2 == 0) {
+                list[i].appendCallInfoToList(call);
+            }
+        }
+        CallListDatabaseAdapter adapter;
+        const WorkCounters work = costOf([&] { adapter.normalizeMissedCallList(list); });
+        EXPECT_EQ(list.size(), count / 2);
+        return work;
+    };
+    const WorkCounters once = removing(2000);
+    const WorkCounters twice = removing(4000);
+    EXPECT_LT(twice.blocks, once.blocks * 5 / 2);
+}
+
 }  // namespace
