@@ -12,7 +12,7 @@ build_arm_ratios() {
     # Boost's headers are the same everywhere; those of the C library beside them are not.
     ln -sfn /usr/include/boost "$folder/include/boost"
     printf '%s\n' src/*.cpp src/detail/*.cpp platform/host/*.cpp bench/{Data,Events,WordForWord,ratios}.cpp |
-        xargs -P "$(nproc)" -I{} sh -c 'arm-linux-gnueabihf-g++ -std=c++17 -O2 -DNDEBUG -Iinclude -Iplatform/include \
+        xargs -P "$(nproc)" -I{} sh -c 'arm-linux-gnueabihf-g++ -Wno-psabi -std=c++17 -O2 -DNDEBUG -Iinclude -Iplatform/include \
             -Iplatform/host -Isrc -Ibench -isystem "$1/include" -c "$2" -o "$1/$(basename "$2" .cpp).o"' sh "$folder" {}
     arm-linux-gnueabihf-g++ "$folder"/*.o -o "$program"
 }
