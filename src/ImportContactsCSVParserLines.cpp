@@ -173,7 +173,8 @@ private:
             if (count_ == columns_.size()) {
                 columns_.emplace_back(column);
             } else if (!column.empty()) {
-                columns_[count_].assign(column.data(), column.size());
+                columns_[count_].clear();
+                columns_[count_].append(column);  // less work than an assignment
             } else if (!columns_[count_].empty()) {
                 columns_[count_].clear();
             }
