@@ -8,10 +8,10 @@
 #include <variant>
 
 #include "CallListDatabaseAdapterHelper.h"
-#include "detail/Words.h"
+#include "Words.h"
 
 using Helper = CallListDatabaseAdapterHelper;
-namespace detail = calljournal::detail;
+namespace format = calljournal::format;
 
 namespace bench {
 
@@ -109,7 +109,7 @@ void fill(bool& value, std::string_view, Random& random) {
 
 template <class Enumeration>
 void fill(Enumeration& value, std::string_view, Random& random) {
-    const detail::Words& words = detail::wordsFor(value);
+    const format::Words& words = format::wordsFor(value);
     value = static_cast<Enumeration>(words.begin[random.below(static_cast<unsigned>(words.end - words.begin))].value);
 }
 
@@ -127,12 +127,12 @@ typename Kind<Item>::Call makeCall(Form form, Random& random) {
 }
 
 template <class Base>
-void setAccess(const detail::TextAccess<Base>& access, std::string_view tag, Base& item, Random& random) {
+void setAccess(const format::TextAccess<Base>& access, std::string_view tag, Base& item, Random& random) {
     (item.*access.set)(textFor(tag, random));
 }
 
 template <class Base>
-void setAccess(const detail::FlagAccess<Base>& access, std::string_view, Base& item, Random& random) {
+void setAccess(const format::FlagAccess<Base>& access, std::string_view, Base& item, Random& random) {
     (item.*access.set)(random.percent(50));
 }
 
@@ -148,7 +148,7 @@ void setFields(const Fields& fields, Form form, Base& item, Random& random) {
 template <class Item>
 Item makeItem(Form form, Random& random) {
     Item item;
-    setFields(detail::partyFields, form, static_cast<CallItemWithPicture&>(item), random);
+    setFields(format::partyFields, form, static_cast<CallItemWithPicture&>(item), random);
     setFields(Kind<Item>::itemFields, form, item, random);
     std::list<typename Kind<Item>::Call> calls;
     for (unsigned count = 1 + random.below(10); count > 0; --count) {

@@ -6,15 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "CallKinds.h"
 #include "Contact.h"
-#include "detail/CallKinds.h"
 
 /// What the measured jobs work on. The same on every run and every machine.
 namespace bench {
 
 /// Shorthand for the table of a kind of entry.
 template <class Item>
-using Kind = calljournal::detail::CallKind<Item>;
+using Kind = calljournal::format::CallKind<Item>;
 
 enum class Form {
     full,  ///< Every text of every entry and call is there, about 870 bytes a call.

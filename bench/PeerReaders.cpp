@@ -101,11 +101,11 @@ public:
     static void end(void* userData, const char* name) { static_cast<ExpatReader*>(userData)->take(name); }
 
 private:
-    static std::string_view tagOf(const calljournal::detail::CallField<MissedCallItem::MissedCallInfo>& field) {
+    static std::string_view tagOf(const calljournal::format::CallField<MissedCallItem::MissedCallInfo>& field) {
         return field.tag;
     }
     template <class Base>
-    static std::string_view readTagOf(const calljournal::detail::ItemField<Base>& field) {
+    static std::string_view readTagOf(const calljournal::format::ItemField<Base>& field) {
         return field.readAs;
     }
 
@@ -119,7 +119,7 @@ private:
         CallItemWithPicture& base = item;
         if (!calls().empty()) {
             if (const auto* field = callFields_.find(name)) {
-                std::visit([&](auto member) { calljournal::detail::assignPlain(calls().back().*member, text_); },
+                std::visit([&](auto member) { calljournal::format::assignPlain(calls().back().*member, text_); },
                            field->member);
             }
         } else if (const auto* field = party_.find(name)) {
@@ -131,13 +131,13 @@ private:
 
     using CallFields = std::remove_reference_t<decltype(Kind<MissedCallItem>::callFields)>;
     using ItemFields = std::remove_reference_t<decltype(Kind<MissedCallItem>::itemFields)>;
-    using PartyFields = std::remove_reference_t<decltype(calljournal::detail::partyFields)>;
+    using PartyFields = std::remove_reference_t<decltype(calljournal::format::partyFields)>;
 
     std::deque<MissedCallItem>& list_;
     std::string text_;
     FieldFinder<CallFields, decltype(&ExpatReader::tagOf)> callFields_{Kind<MissedCallItem>::callFields, &tagOf};
     FieldFinder<PartyFields, decltype(&ExpatReader::readTagOf<CallItemWithPicture>)> party_{
-        calljournal::detail::partyFields, &readTagOf<CallItemWithPicture>};
+        calljournal::format::partyFields, &readTagOf<CallItemWithPicture>};
     FieldFinder<ItemFields, decltype(&ExpatReader::readTagOf<MissedCallItem>)> own_{Kind<MissedCallItem>::itemFields,
                                                                                     &readTagOf<MissedCallItem>};
 };

@@ -8,9 +8,9 @@
 
 #include "ClientUtils.h"
 #include "Peers.h"
-#include "detail/Words.h"
+#include "Words.h"
 
-namespace detail = calljournal::detail;
+namespace format = calljournal::format;
 
 namespace bench {
 
@@ -34,20 +34,20 @@ const char* textOf(const std::string& value) {
 
 template <class Value>
 const char* textOf(Value value) {
-    return std::string_view(detail::wordOf(value)).data();
+    return std::string_view(format::wordOf(value)).data();
 }
 
 template <class Base>
-std::string textOfAccess(const detail::TextAccess<Base>& access, const Base& item) {
+std::string textOfAccess(const format::TextAccess<Base>& access, const Base& item) {
     std::string text = (item.*access.get)();
-    if (access.form == detail::Form::withoutColons) {
+    if (access.form == format::Form::withoutColons) {
         text.erase(std::remove(text.begin(), text.end(), ':'), text.end());
     }
     return text;
 }
 
 template <class Base>
-std::string textOfAccess(const detail::FlagAccess<Base>& access, const Base& item) {
+std::string textOfAccess(const format::FlagAccess<Base>& access, const Base& item) {
     return (item.*access.get)() ? "True" : "False";
 }
 
@@ -68,7 +68,7 @@ template <class Writer, class Item>
 void writeBody(Writer& writer, const Item& item) {
     const auto& fields = Kind<Item>::callFields;
     static const auto names = namesOf(fields, [](const auto& field) { return std::string_view(field.tag); });
-    writeFields(writer, detail::partyFields, static_cast<const CallItemWithPicture&>(item));
+    writeFields(writer, format::partyFields, static_cast<const CallItemWithPicture&>(item));
     writeFields(writer, Kind<Item>::itemFields, item);
     writer.begin("LogList");
     for (const auto& call : (item.*Kind<Item>::calls)()) {

@@ -9,7 +9,7 @@
 
 #include "ClientUtils.h"
 #include "Data.h"
-#include "detail/Words.h"
+#include "Words.h"
 
 /// What all peers that read XML have in common: from names and texts to records.
 namespace bench {
@@ -40,12 +40,12 @@ private:
 };
 
 template <class Base>
-void setAccess(const calljournal::detail::TextAccess<Base>& access, std::string_view text, Base& item) {
+void setAccess(const calljournal::format::TextAccess<Base>& access, std::string_view text, Base& item) {
     (item.*access.set)(std::string(text));
 }
 
 template <class Base>
-void setAccess(const calljournal::detail::FlagAccess<Base>& access, std::string_view text, Base& item) {
+void setAccess(const calljournal::format::FlagAccess<Base>& access, std::string_view text, Base& item) {
     (item.*access.set)(text == "True");
 }
 
@@ -57,7 +57,7 @@ void buildCall(typename Tree::Node node, typename Kind<Item>::Call& call) {
     FieldFinder finder(fields, [](const auto& field) { return std::string_view(field.tag); });
     for (auto child = Tree::first(node); child; child = Tree::next(child)) {
         if (const auto* field = finder.find(Tree::name(child))) {
-            std::visit([&](auto member) { calljournal::detail::assignPlain(call.*member, Tree::text(child)); },
+            std::visit([&](auto member) { calljournal::format::assignPlain(call.*member, Tree::text(child)); },
                        field->member);
         }
     }
@@ -66,7 +66,7 @@ void buildCall(typename Tree::Node node, typename Kind<Item>::Call& call) {
 template <class Tree, class Item>
 void buildItem(typename Tree::Node node, Item& item) {
     const auto nameOf = [](const auto& field) { return std::string_view(field.readAs); };
-    FieldFinder party(calljournal::detail::partyFields, nameOf);
+    FieldFinder party(calljournal::format::partyFields, nameOf);
     FieldFinder own(Kind<Item>::itemFields, nameOf);
     for (auto child = Tree::first(node); child; child = Tree::next(child)) {
         const std::string_view name = Tree::name(child);

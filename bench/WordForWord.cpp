@@ -11,11 +11,11 @@
 #include <variant>
 
 #include "ClientUtils.h"
+#include "Words.h"
 #include "XmlParser.h"
 #include "detail/ParseTags.h"
-#include "detail/Words.h"
 
-namespace detail = calljournal::detail;
+namespace format = calljournal::format;
 
 namespace bench::wordForWord {
 
@@ -45,7 +45,7 @@ std::string textOf(bool value) {
 
 template <class Enumeration>
 std::string textOf(Enumeration value) {
-    return std::string(detail::toWord(value));
+    return std::string(format::toWord(value));
 }
 
 void assign(std::string& value, const std::string& text) {
@@ -58,31 +58,31 @@ void assign(bool& value, const std::string& text) {
 
 template <class Enumeration>
 void assign(Enumeration& value, const std::string& text) {
-    const detail::Words& words = detail::wordsFor(value);
+    const format::Words& words = format::wordsFor(value);
     const auto* row = std::find_if(words.begin, words.end,
-                                   [&](const detail::Word& word) { return text == std::string_view(word.word); });
+                                   [&](const format::Word& word) { return text == std::string_view(word.word); });
     value = static_cast<Enumeration>(row == words.end ? words.begin->value : row->value);
 }
 
 // Encoding.
 
 template <class Base>
-std::string textOfAccess(const detail::TextAccess<Base>& access, const Base& item) {
+std::string textOfAccess(const format::TextAccess<Base>& access, const Base& item) {
     std::string text = (item.*access.get)();
     switch (access.form) {
-        case detail::Form::escaped:
+        case format::Form::escaped:
             return ClientUtils::escapeXMLString(text);
-        case detail::Form::withoutColons:
+        case format::Form::withoutColons:
             text.erase(std::remove(text.begin(), text.end(), ':'), text.end());
             return text;
-        case detail::Form::asItIs:
+        case format::Form::asItIs:
             break;
     }
     return text;
 }
 
 template <class Base>
-std::string textOfAccess(const detail::FlagAccess<Base>& access, const Base& item) {
+std::string textOfAccess(const format::FlagAccess<Base>& access, const Base& item) {
     return textOf((item.*access.get)());
 }
 
@@ -129,12 +129,12 @@ std::list<typename Kind<Item>::Call> decodeCalls(const char* xml) {
 }
 
 template <class Base>
-void setAccess(const detail::TextAccess<Base>& access, const std::string& text, Base& item) {
+void setAccess(const format::TextAccess<Base>& access, const std::string& text, Base& item) {
     (item.*access.set)(text);
 }
 
 template <class Base>
-void setAccess(const detail::FlagAccess<Base>& access, const std::string& text, Base& item) {
+void setAccess(const format::FlagAccess<Base>& access, const std::string& text, Base& item) {
     (item.*access.set)(text == "True");
 }
 
@@ -166,7 +166,7 @@ const char* takeValue(const char* cursor, const char* tag, std::string& out) {
 template <class Item>
 std::string encode(const Item& item) {
     std::string out;
-    appendFields(out, detail::partyFields, static_cast<const CallItemWithPicture&>(item));
+    appendFields(out, format::partyFields, static_cast<const CallItemWithPicture&>(item));
     appendFields(out, Kind<Item>::itemFields, item);
     out += beginTag("LogList");
     const auto calls = (item.*Kind<Item>::calls)();
@@ -183,7 +183,7 @@ std::string encode(const Item& item) {
 
 template <class Item>
 void decode(const std::string& body, Item& item) {
-    const char* cursor = takeFields(body.c_str(), detail::partyFields, static_cast<CallItemWithPicture&>(item));
+    const char* cursor = takeFields(body.c_str(), format::partyFields, static_cast<CallItemWithPicture&>(item));
     cursor = takeFields(cursor, Kind<Item>::itemFields, item);
     const auto calls = decodeCalls<Item>(cursor);
     if (!calls.empty()) {
@@ -211,7 +211,7 @@ constexpr int unknownTag = 56;
 int tagOf(const std::string& name) {
     static const std::map<std::string, int> tags = [] {
         std::map<std::string, int> all;
-        for (const detail::ParseTag& tag : detail::parseTags) {
+        for (const format::ParseTag& tag : format::parseTags) {
             all[std::string(tag.name)] = static_cast<int>(tag.tag);
         }
         return all;

@@ -24,6 +24,7 @@
 #include "NumberMatcher.h"
 #include "RecordCommand.h"
 #include "Terminal.h"
+#include "Wording.h"
 
 namespace calljournal {
 
@@ -66,7 +67,7 @@ void addKind(CLI::App& app, std::string& kind, const std::vector<std::string>& w
 void addCallOptions(CLI::App& app, Json& call) {
     std::set<std::string_view> known;
     const auto add = [&](std::string_view element, const std::string& help) {
-        const std::string name = element == detail::text::TIMEDATE ? "time" : optionName(element);
+        const std::string name = element == format::text::TIMEDATE ? "time" : optionName(element);
         app.add_option_function<std::string>(
                "--" + name, [&call, element](const std::string& value) { call[std::string(element)] = value; }, help)
             ->group("Call");
@@ -76,15 +77,15 @@ void addCallOptions(CLI::App& app, Json& call) {
             ->group("Call");
     };
     forEachKind([&](auto type) {
-        using Call = typename detail::CallKind<typename decltype(type)::Item>::Call;
-        for (const auto& field : detail::CallKind<typename decltype(type)::Item>::callFields) {
+        using Call = typename format::CallKind<typename decltype(type)::Item>::Call;
+        for (const auto& field : format::CallKind<typename decltype(type)::Item>::callFields) {
             if (!known.insert(field.tag).second) {
                 continue;
             }
             if (std::holds_alternative<bool Call::*>(field.member)) {
                 addFlag(field.tag);
             } else {
-                const bool isTime = field.tag == detail::text::TIMEDATE;
+                const bool isTime = field.tag == format::text::TIMEDATE;
                 add(field.tag,
                     isTime ? "YYYY-MM-DD HH:MM:SS, now if absent"
                            : std::visit([](auto member) { return acceptedValues(Call().*member); }, field.member));
@@ -92,10 +93,10 @@ void addCallOptions(CLI::App& app, Json& call) {
         }
     });
     for (const std::string_view element :
-         {detail::text::CALLBACKTYPE, detail::text::CALLBACKSTATE, detail::text::CALLBACKDEVICEID}) {
+         {format::text::CALLBACKTYPE, format::text::CALLBACKSTATE, format::text::CALLBACKDEVICEID}) {
         add(element, "of a call-back");
     }
-    for (const std::string_view element : {detail::text::SURNAME, detail::text::FIRSTNAME, detail::text::PICTURE}) {
+    for (const std::string_view element : {format::text::SURNAME, format::text::FIRSTNAME, format::text::PICTURE}) {
         app.add_option_function<std::string>(
                "--" + optionName(element),
                [&call, element](const std::string& value) { call[std::string(element)] = value; }, "a text")

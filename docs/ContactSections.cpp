@@ -10,6 +10,7 @@
 #include "ColumnTable.h"
 #include "ContactFields.h"
 #include "ContactMapper.h"
+#include "Wording.h"
 
 namespace calljournal {
 

@@ -6,13 +6,13 @@
 #include <vector>
 
 #include "CallBacks.h"
+#include "CallKinds.h"
 #include "CallListDatabaseAdapterHelper.h"
 #include "KindShape.h"
 #include "Kinds.h"
 #include "ManText.h"
 #include "Outline.h"
-#include "detail/CallKinds.h"
-#include "detail/Words.h"
+#include "Words.h"
 
 namespace calljournal {
 
@@ -45,17 +45,17 @@ std::string table(const Row& head, const std::vector<Row>& rows) {
 
 struct Enumeration {
     std::string_view title;
-    detail::Words words;
+    format::Words words;
 };
 
 const Enumeration enumerations[] = {
-    {"log target", detail::wordsOf(detail::targetLogWords)},
-    {"presentation", detail::wordsOf(detail::presentationWords)},
-    {"time format", detail::wordsOf(detail::timeFormatWords)},
-    {"number type", detail::wordsOf(detail::numberTypeWords)},
-    {"transfer type", detail::wordsOf(detail::transferTypeWords)},
-    {"call-back type", detail::wordsOf(detail::callBackTypeWords)},
-    {"call-back state", detail::wordsOf(detail::callBackStateWords)},
+    {"log target", format::wordsOf(format::targetLogWords)},
+    {"presentation", format::wordsOf(format::presentationWords)},
+    {"time format", format::wordsOf(format::timeFormatWords)},
+    {"number type", format::wordsOf(format::numberTypeWords)},
+    {"transfer type", format::wordsOf(format::transferTypeWords)},
+    {"call-back type", format::wordsOf(format::callBackTypeWords)},
+    {"call-back state", format::wordsOf(format::callBackStateWords)},
 };
 
 std::string conversion(const FieldShape& row) {
@@ -116,10 +116,10 @@ std::string readingOrder(const KindShape& kind) {
 /// Names `member` if a call of this kind has it and its table has no row for it.
 template <class Item, class Member>
 void addUnlessCarried(std::string& names, const char* name, Member member) {
-    using Call = typename detail::CallKind<Item>::Call;
+    using Call = typename format::CallKind<Item>::Call;
     if constexpr (std::is_invocable_v<Member, ItemType<Call>>) {
         bool isCarried = false;
-        for (const auto& field : detail::CallKind<Item>::callFields) {
+        for (const auto& field : format::CallKind<Item>::callFields) {
             std::visit(
                 [&](auto carried) {
                     if constexpr (std::is_convertible_v<decltype(member(ItemType<Call>())), decltype(carried)>) {
@@ -175,17 +175,17 @@ std::string wordTables() {
     std::string text;
     for (const Enumeration& enumeration : enumerations) {
         std::vector<Row> rows;
-        for (const detail::Word* word = enumeration.words.begin; word != enumeration.words.end; ++word) {
+        for (const format::Word* word = enumeration.words.begin; word != enumeration.words.end; ++word) {
             if (!word->word.empty()) {
                 rows.push_back({std::to_string(word->value), code(word->word)});
             }
         }
         std::sort(rows.begin(), rows.end());
-        const detail::Word& fallback = *enumeration.words.begin;
+        const format::Word& fallback = *enumeration.words.begin;
         text += (text.empty() ? "" : "\n") + ("**" + std::string(enumeration.title) + "**\n\n") +
                 table({"Value", "Word"}, rows) + "\nAny other value is written as " + code(fallback.word) +
                 ", any other word is read as " + std::to_string(fallback.value) + ".";
-        for (const detail::Word* word = enumeration.words.begin; word != enumeration.words.end; ++word) {
+        for (const format::Word* word = enumeration.words.begin; word != enumeration.words.end; ++word) {
             text += word->word.empty() ? " An empty or absent one is read as " + std::to_string(word->value) + "." : "";
         }
         text += "\n";

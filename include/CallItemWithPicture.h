@@ -7,7 +7,7 @@
 #include "CallJournalExport.h"
 
 namespace calljournal {
-namespace detail {
+namespace format {
 template <class Item>
 struct CallKind;
 }
@@ -41,7 +41,7 @@ public:
     void setPictureClip(const std::string& clip);
 
 private:
-    friend struct calljournal::detail::CallKind<CallItemWithPicture>;
+    friend struct calljournal::format::CallKind<CallItemWithPicture>;
 
     std::string uniqueId_;
     std::string pictureClip_;

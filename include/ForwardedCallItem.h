@@ -61,7 +61,7 @@ public:
 
 private:
     /// Decoding hands a list of calls over without a copy.
-    friend struct calljournal::detail::CallKind<ForwardedCallItem>;
+    friend struct calljournal::format::CallKind<ForwardedCallItem>;
 
     std::list<ForwardedCallInfo> forwardedCallInfoList_;
 };

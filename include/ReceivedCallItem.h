@@ -65,7 +65,7 @@ public:
 
 private:
     /// Decoding hands a list of calls over without a copy.
-    friend struct calljournal::detail::CallKind<ReceivedCallItem>;
+    friend struct calljournal::format::CallKind<ReceivedCallItem>;
 
     std::list<ReceivedCallInfo> receivedCallInfoList_;
 };

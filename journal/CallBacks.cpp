@@ -5,7 +5,7 @@
 #include "CallListDatabaseAdapterHelper.h"
 #include "CarriedText.h"
 #include "ClientUtils.h"
-#include "detail/Words.h"
+#include "Words.h"
 
 namespace calljournal {
 
@@ -19,7 +19,7 @@ std::string written(const std::string& text) {
 
 template <class Enumeration>
 std::string written(Enumeration value) {
-    return std::string(detail::toWord(value));
+    return std::string(format::toWord(value));
 }
 
 void assign(CallBackItem& item, const CallBackText& access, const std::string& text) {
@@ -28,7 +28,7 @@ void assign(CallBackItem& item, const CallBackText& access, const std::string& t
 
 template <class Enumeration>
 void assign(CallBackItem& item, const CallBackAccess<Enumeration>& access, const std::string& word) {
-    std::invoke(access.set, item, detail::fromWord<Enumeration>(word));
+    std::invoke(access.set, item, format::fromWord<Enumeration>(word));
 }
 
 }  // namespace

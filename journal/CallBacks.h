@@ -7,7 +7,7 @@
 #include <variant>
 
 #include "CallBackItem.h"
-#include "detail/Texts.h"
+#include "Texts.h"
 
 namespace calljournal {
 
@@ -38,18 +38,18 @@ struct CallBackField {
 
 /// What is kept of a call-back, in the order in which it is written. Texts are escaped once and left out when empty.
 inline constexpr std::array<CallBackField, 9> callBackFields = {{
-    {detail::text::ENTRYID, CallBackText{&CallItem::getEntryId, &CallItem::setEntryId}},
-    {detail::text::SURNAME, CallBackText{&CallItem::getSurname, &CallItem::setSurname}},
-    {detail::text::FIRSTNAME, CallBackText{&CallItem::getFirstname, &CallItem::setFirstname}},
-    {detail::text::CALLBACKNUMBER, CallBackText{&CallBackItem::getNumber, &CallBackItem::setNumber}},
-    {detail::text::NUMBERTYPE,
+    {format::text::ENTRYID, CallBackText{&CallItem::getEntryId, &CallItem::setEntryId}},
+    {format::text::SURNAME, CallBackText{&CallItem::getSurname, &CallItem::setSurname}},
+    {format::text::FIRSTNAME, CallBackText{&CallItem::getFirstname, &CallItem::setFirstname}},
+    {format::text::CALLBACKNUMBER, CallBackText{&CallBackItem::getNumber, &CallBackItem::setNumber}},
+    {format::text::NUMBERTYPE,
      CallBackAccess<NumberType::NT>{&CallBackItem::getNumberType, &CallBackItem::setNumberType}},
-    {detail::text::TIMEDATE, CallBackText{&CallBackItem::getTimeDate, &CallBackItem::setTimeDate}},
-    {detail::text::CALLBACKTYPE,
+    {format::text::TIMEDATE, CallBackText{&CallBackItem::getTimeDate, &CallBackItem::setTimeDate}},
+    {format::text::CALLBACKTYPE,
      CallBackAccess<CallBackItem::CallBackType>{&CallBackItem::getCallBackType, &CallBackItem::setCallBackType}},
-    {detail::text::CALLBACKSTATE,
+    {format::text::CALLBACKSTATE,
      CallBackAccess<CallBackItem::CallBackState>{&CallBackItem::getCallBackState, &CallBackItem::setCallBackState}},
-    {detail::text::CALLBACKDEVICEID, CallBackText{&CallBackItem::getDeviceId, &CallBackItem::setDeviceId}},
+    {format::text::CALLBACKDEVICEID, CallBackText{&CallBackItem::getDeviceId, &CallBackItem::setDeviceId}},
 }};
 
 /// Returns the body that the store keeps.

@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <variant>
 
-#include "detail/CallKinds.h"
+#include "CallKinds.h"
 
 namespace calljournal {
 
@@ -32,8 +32,8 @@ constexpr int itemTextUnescapes = 1;
 
 /// Calls `visit(text, times)` for each text of `call` that the format carries, as a reference.
 template <class Item, class Visit>
-void visitCallTexts(typename detail::CallKind<Item>::Call& call, Visit visit) {
-    for (const auto& field : detail::CallKind<Item>::callFields) {
+void visitCallTexts(typename format::CallKind<Item>::Call& call, Visit visit) {
+    for (const auto& field : format::CallKind<Item>::callFields) {
         if (const auto* member = std::get_if<0>(&field.member)) {
             visit(call.*(*member), callTextUnescapes);
         }
@@ -43,18 +43,18 @@ void visitCallTexts(typename detail::CallKind<Item>::Call& call, Visit visit) {
 /// Replaces each text of the item but its id by `convert(text)`.
 template <class Item>
 void convertAllTexts(Item& item, std::string (*convert)(const std::string&)) {
-    using Kind = detail::CallKind<Item>;
+    using Kind = format::CallKind<Item>;
     const auto convertFields = [&](auto& party, const auto& fields) {
         using Party = std::remove_reference_t<decltype(party)>;
         for (const auto& field : fields) {
-            const auto* access = std::get_if<detail::TextAccess<Party>>(&field.access);
-            if (access != nullptr && field.readAs != detail::text::UNIQUEID) {
+            const auto* access = std::get_if<format::TextAccess<Party>>(&field.access);
+            if (access != nullptr && field.readAs != format::text::UNIQUEID) {
                 std::invoke(access->set, party, convert(std::invoke(access->get, party)));
             }
         }
     };
     CallItemWithPicture& party = item;
-    convertFields(party, detail::partyFields);
+    convertFields(party, format::partyFields);
     convertFields(item, Kind::itemFields);
     auto calls = std::invoke(Kind::calls, item);
     for (auto& call : calls) {
@@ -67,18 +67,18 @@ void convertAllTexts(Item& item, std::string (*convert)(const std::string&)) {
 /// and ids are the store's.
 template <class Item>
 void convertTexts(Item& item, std::string (*convert)(const std::string&, int)) {
-    using Kind = detail::CallKind<Item>;
+    using Kind = format::CallKind<Item>;
     const auto convertFields = [&](auto& party, const auto& fields) {
         using Party = std::remove_reference_t<decltype(party)>;
         for (const auto& field : fields) {
-            const auto* access = std::get_if<detail::TextAccess<Party>>(&field.access);
-            if (access != nullptr && access->form == detail::Form::asItIs) {
+            const auto* access = std::get_if<format::TextAccess<Party>>(&field.access);
+            if (access != nullptr && access->form == format::Form::asItIs) {
                 std::invoke(access->set, party, convert(std::invoke(access->get, party), itemTextUnescapes));
             }
         }
     };
     CallItemWithPicture& party = item;
-    convertFields(party, detail::partyFields);
+    convertFields(party, format::partyFields);
     convertFields(item, Kind::itemFields);
 
     auto calls = std::invoke(Kind::calls, item);

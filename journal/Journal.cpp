@@ -49,7 +49,7 @@ bool mayBeCarried(const MissedCallItem& item) {
         return true;
     }
     for (const auto& call : item.getMissedCallInfoList()) {
-        for (const auto& field : detail::CallKind<MissedCallItem>::callFields) {
+        for (const auto& field : format::CallKind<MissedCallItem>::callFields) {
             const auto* member = std::get_if<0>(&field.member);
             if (member != nullptr && holds(call.*(*member))) {
                 return true;
@@ -61,8 +61,8 @@ bool mayBeCarried(const MissedCallItem& item) {
 
 template <class Item>
 bool isNewer(const Item& first, const Item& second) {
-    const auto& firstCalls = std::invoke(detail::CallKind<Item>::calls, first);
-    const auto& secondCalls = std::invoke(detail::CallKind<Item>::calls, second);
+    const auto& firstCalls = std::invoke(format::CallKind<Item>::calls, first);
+    const auto& secondCalls = std::invoke(format::CallKind<Item>::calls, second);
     if (firstCalls.empty() || secondCalls.empty()) {
         return !firstCalls.empty();
     }
@@ -151,7 +151,7 @@ std::deque<Item> Journal::entries() {
             }
         }
     } else {
-        reply = readReply(std::string(detail::CallKind<Item>::schema));
+        reply = readReply(std::string(format::CallKind<Item>::schema));
         for (const std::string& body : readEntryBodies(reply)) {
             list.emplace_back();
             KindInterface<Item>::decode(body.c_str(), list.back());
@@ -298,7 +298,7 @@ void Journal::write(std::deque<Item>& list, const std::vector<std::size_t>& chan
         convertTexts(carried, carriedText);
         bodies.push_back(KindInterface<Item>::encode(carried));
     }
-    const std::vector<std::string> ids = send(bodies, std::string(detail::CallKind<Item>::schema));
+    const std::vector<std::string> ids = send(bodies, std::string(format::CallKind<Item>::schema));
     for (std::size_t i = 0; i < changed.size(); ++i) {
         Item& entry = list[changed[i]];
         if (entry.getUniqueId().empty()) {

@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "CallBacks.h"
+#include "CallKinds.h"
 #include "CallListDatabaseAdapter.h"
 #include "DataAccessServiceIfc.h"
 #include "JournalServiceObserverIfc.h"
 #include "ReplyRecorder.h"
-#include "detail/CallKinds.h"
 
 namespace calljournal {
 
@@ -27,7 +27,7 @@ public:
 template <class Item>
 struct NewCall {
     Item party;
-    typename detail::CallKind<Item>::Call call;
+    typename format::CallKind<Item>::Call call;
 };
 
 /// What a phone's journal service does with calls: keeps one entry for each party, newest call first, in the data

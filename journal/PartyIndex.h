@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "detail/CallKinds.h"
+#include "CallKinds.h"
 
 namespace calljournal {
 
@@ -18,7 +18,7 @@ namespace calljournal {
 template <class Item>
 class PartyIndex {
 public:
-    using Kind = detail::CallKind<Item>;
+    using Kind = format::CallKind<Item>;
     using Call = typename Kind::Call;
     using NumberKey = std::function<std::string(const std::string&)>;
 

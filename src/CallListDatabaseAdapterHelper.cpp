@@ -3,13 +3,13 @@
 #include <stdexcept>
 
 #include "detail/Elements.h"
-#include "detail/Texts.h"
+#include "format/Texts.h"
 
 namespace detail = calljournal::detail;
 namespace text = calljournal::detail::text;
 
 #define TEXT(name, literal) const char* const CallListDatabaseAdapterHelper::name = literal;
-#include "detail/Texts.inc"
+#include "format/Texts.inc"
 #undef TEXT
 
 std::string CallListDatabaseAdapterHelper::createXMLBegin(const char* tag) {

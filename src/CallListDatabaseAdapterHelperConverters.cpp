@@ -1,8 +1,8 @@
 #include "CallListDatabaseAdapterHelper.h"
-#include "detail/Words.h"
+#include "format/Words.h"
 
-using calljournal::detail::fromWord;
-using calljournal::detail::toWord;
+using calljournal::format::fromWord;
+using calljournal::format::toWord;
 
 std::string CallListDatabaseAdapterHelper::convertTargetLog(CallLogEntryEvent::_LogTarget value) {
     return std::string(toWord(value));

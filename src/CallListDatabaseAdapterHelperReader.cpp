@@ -10,12 +10,12 @@
 #include "ClientUtils.h"
 #include "XmlParser.h"
 #include "detail/BoundedCallList.h"
-#include "detail/CallKinds.h"
 #include "detail/Elements.h"
 #include "detail/Log.h"
 #include "detail/ParseTags.h"
-#include "detail/Texts.h"
-#include "detail/Words.h"
+#include "format/CallKinds.h"
+#include "format/Texts.h"
+#include "format/Words.h"
 
 namespace detail = calljournal::detail;
 namespace text = calljournal::detail::text;

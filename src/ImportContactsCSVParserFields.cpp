@@ -3,23 +3,23 @@
 #include "ClientUtils.h"
 #include "HardwareVersion.h"
 #include "ImportContactsCSVParser.h"
-#include "detail/ContactColumns.h"
 #include "detail/Log.h"
+#include "format/ContactColumns.h"
 
 namespace {
 
-using calljournal::detail::columnOf;
-using calljournal::detail::defaultDialField;
-using calljournal::detail::derivedDefaultDial;
-using calljournal::detail::dialBusiness1;
-using calljournal::detail::dialMobile1;
-using calljournal::detail::firstNumber;
-using calljournal::detail::joinAddressPart;
-using calljournal::detail::noNumber;
-using calljournal::detail::Number;
-using calljournal::detail::numbers;
-using calljournal::detail::tamberTexts;
-using calljournal::detail::TextMember;
+using calljournal::format::columnOf;
+using calljournal::format::defaultDialField;
+using calljournal::format::derivedDefaultDial;
+using calljournal::format::dialBusiness1;
+using calljournal::format::dialMobile1;
+using calljournal::format::firstNumber;
+using calljournal::format::joinAddressPart;
+using calljournal::format::noNumber;
+using calljournal::format::Number;
+using calljournal::format::numbers;
+using calljournal::format::tamberTexts;
+using calljournal::format::TextMember;
 
 constexpr char module[] = "ImportContactscSVParser";
 constexpr char source[] = "ImportContactsCSVParser";

@@ -6,18 +6,18 @@
 
 #include "ClientUtils.h"
 #include "ImportContactsCSVParser.h"
-#include "detail/Bytes.h"
-#include "detail/ContactColumns.h"
 #include "detail/Log.h"
+#include "format/Bytes.h"
+#include "format/ContactColumns.h"
 
 const int TAMBER_HEADERS_SIZE = 12;
 
 namespace {
 
-using calljournal::detail::columnOf;
-using calljournal::detail::defaultDialField;
-using calljournal::detail::storedLength;
-using calljournal::detail::tamberNames;
+using calljournal::format::columnOf;
+using calljournal::format::defaultDialField;
+using calljournal::format::storedLength;
+using calljournal::format::tamberNames;
 
 constexpr char module[] = "ImportContactscSVParser";
 constexpr char source[] = "ImportContactsCSVParser";
@@ -76,7 +76,7 @@ private:
             return end_;
         }
         const char* const behind = piece_.begin + 1;
-        return isPlain(*piece_.begin) ? calljournal::detail::findAny(behind, end_, ',', ';', '"', '\\') : behind;
+        return isPlain(*piece_.begin) ? calljournal::format::findAny(behind, end_, ',', ';', '"', '\\') : behind;
     }
 
     Piece piece_;
@@ -100,7 +100,7 @@ public:
 
     void operator+=(char c) { *end_++ = c; }
     void operator+=(const Piece& piece) {
-        calljournal::detail::copyBytes(end_, piece.begin, piece.size());
+        calljournal::format::copyBytes(end_, piece.begin, piece.size());
         end_ += piece.size();
     }
 

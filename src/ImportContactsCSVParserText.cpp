@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "ImportContactsCSVParser.h"
-#include "detail/ContactColumns.h"
+#include "format/ContactColumns.h"
 
 namespace {
 
@@ -60,7 +60,7 @@ const unsigned char* nextCharacter(const unsigned char* text) {
 }  // namespace
 
 std::string ImportContactsCSVParser::trimFieldLength(const std::string& field) {
-    return field.substr(0, calljournal::detail::storedLength(field));
+    return field.substr(0, calljournal::format::storedLength(field));
 }
 
 bool ImportContactsCSVParser::is_valid_utf8(const char* text) const {

@@ -12,10 +12,10 @@
 #include <utility>
 #include <variant>
 
-#include "CallKinds.h"
+#include "../format/CallKinds.h"
+#include "../format/Words.h"
 #include "Elements.h"
 #include "LogListCutter.h"
-#include "Words.h"
 
 namespace calljournal {
 namespace detail {

@@ -5,11 +5,13 @@
 #include <string>
 #include <string_view>
 
-#include "Bytes.h"
-#include "Tag.h"
+#include "../format/Bytes.h"
+#include "../format/Tag.h"
 
 namespace calljournal {
 namespace detail {
+
+using namespace format;
 
 /// Bytes that the tags of one element take: "<>" and "</>" around the name, twice.
 constexpr std::size_t tagsLength(std::string_view tag) {

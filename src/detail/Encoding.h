@@ -9,10 +9,10 @@
 #include <type_traits>
 #include <variant>
 
-#include "CallKinds.h"
+#include "../format/CallKinds.h"
+#include "../format/Words.h"
 #include "ClientUtils.h"
 #include "Elements.h"
-#include "Words.h"
 
 namespace calljournal {
 namespace detail {

@@ -6,12 +6,14 @@
 #include <iterator>
 #include <string_view>
 
-#include "Bytes.h"
+#include "../format/Bytes.h"
+#include "../format/Texts.h"
 #include "CallListDatabaseAdapterData.h"
-#include "Texts.h"
 
 namespace calljournal {
 namespace detail {
+
+using namespace format;
 
 /// An element name and its number.
 struct ParseTag {

@@ -69,7 +69,7 @@ TEST(CarriedControls, ComeBackFromEveryText) {
 
 template <class Item>
 void expectEveryTextToComeBack() {
-    using Kind = detail::CallKind<Item>;
+    using Kind = format::CallKind<Item>;
     Item item;
     item.setUniqueId("7");
     item.setEntryId("<e>&lt;");

@@ -47,7 +47,7 @@ protected:
         std::vector<std::string> all;
         for (const Item& entry : journal_.entries<Item>()) {
             all.emplace_back();
-            for (const auto& one : (entry.*detail::CallKind<Item>::calls)()) {
+            for (const auto& one : (entry.*format::CallKind<Item>::calls)()) {
                 all.back() += (all.back().empty() ? "" : " ") + one.number;
             }
         }
@@ -205,7 +205,7 @@ TYPED_TEST(JournalOfEachKind, BringsControlCharactersBack) {
     EXPECT_EQ(read.getFirstname(), controls);
     EXPECT_EQ(read.getPictureClip(), controls);
     EXPECT_EQ(read.getEntryId(), controls);
-    const auto& calls = (read.*detail::CallKind<TypeParam>::calls)();
+    const auto& calls = (read.*format::CallKind<TypeParam>::calls)();
     ASSERT_EQ(calls.size(), 1u);
     EXPECT_EQ(calls.front().number, controls);
     EXPECT_EQ(calls.front().timeDate, controls);
@@ -216,7 +216,7 @@ TYPED_TEST(JournalOfEachKind, DeletesAnEntryAndSaysWhichIsNotThere) {
                                                this->template call<TypeParam>("2", "2"),
                                                this->template call<TypeParam>("3", "3")});
     const TypeParam removed = this->journal_.template remove<TypeParam>("2");
-    EXPECT_EQ((removed.*detail::CallKind<TypeParam>::calls)().front().number, "2");
+    EXPECT_EQ((removed.*format::CallKind<TypeParam>::calls)().front().number, "2");
     EXPECT_THAT(this->template numbers<TypeParam>(), ElementsAre("3", "1"));
     try {
         this->journal_.template remove<TypeParam>("2");
@@ -254,7 +254,7 @@ TYPED_TEST(JournalOfEachKind, GivesAPartyWithoutANumberTheEntryOfItsName) {
     this->journal_.template record<TypeParam>({named("", "Ann"), named("Smith", "Ann"), named("", "")});
     std::vector<std::size_t> counts;
     for (const TypeParam& entry : this->journal_.template entries<TypeParam>()) {
-        counts.push_back((entry.*detail::CallKind<TypeParam>::calls)().size());
+        counts.push_back((entry.*format::CallKind<TypeParam>::calls)().size());
     }
     EXPECT_THAT(counts, ElementsAre(2, 1, 2, 1));
 }

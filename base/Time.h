@@ -1,0 +1,18 @@
+#ifndef CALLJOURNAL_TIME_H
+#define CALLJOURNAL_TIME_H
+
+#include <string>
+
+#include "ValueError.h"
+
+namespace calljournal {
+
+/// Throws ValueError unless `text` is a time as the journal stores it: YYYY-MM-DD HH:MM:SS, in the calendar.
+void checkTime(const std::string& text);
+
+/// Returns the local time now as the journal stores it.
+std::string currentTime();
+
+}  // namespace calljournal
+
+#endif

@@ -1,0 +1,242 @@
+#include "KindShape.h"
+
+#include <deque>
+#include <type_traits>
+
+#include "CallBackJson.h"
+#include "CallListDatabaseAdapterHelper.h"
+#include "CarriedText.h"
+#include "ClientUtils.h"
+#include "Kinds.h"
+#include "XmlParser.h"
+
+namespace calljournal {
+
+namespace {
+
+// Shapes of the rows, by the type of the value.
+
+constexpr format::Words noWords = {nullptr, nullptr, {}};
+
+FieldShape callField(std::string_view tag, const std::string&, bool) {
+    return {tag, tag, ValueType::text, noWords, "as it is", callTextUnescapes};
+}
+
+FieldShape callField(std::string_view tag, bool, bool unescapesFlags) {
+    return {tag, tag, ValueType::flag, noWords, "", unescapesFlags ? callTextUnescapes : 1};
+}
+
+template <class Enumeration>
+FieldShape callField(std::string_view tag, Enumeration value, bool) {
+    return {tag, tag, ValueType::word, format::wordsFor(value), "", callTextUnescapes};
+}
+
+std::string_view idiomOf(format::Form form) {
+    return form == format::Form::asItIs ? "as it is" : form == format::Form::escaped ? "escaped" : "without colons";
+}
+
+template <class Base>
+FieldShape itemField(const format::ItemField<Base>& field) {
+    if (const auto* access = std::get_if<format::TextAccess<Base>>(&field.access)) {
+        return {field.writtenAs, field.readAs, ValueType::text, noWords, idiomOf(access->form), itemTextUnescapes};
+    }
+    return {field.writtenAs, field.readAs, ValueType::flag, noWords, "", 0};
+}
+
+// Values as texts.
+
+std::string shown(const std::string& value) {
+    return value;
+}
+
+std::string shown(bool value) {
+    return std::string(value ? format::text::TRUE : format::text::FALSE);
+}
+
+template <class Enumeration>
+std::string shown(Enumeration value) {
+    return std::string(format::toWord(value));
+}
+
+template <class Item>
+EntryValues valuesOf(const Item& item) {
+    using Kind = format::CallKind<Item>;
+    EntryValues values;
+    const CallItemWithPicture& party = item;
+    const auto add = [&](const auto& base, const auto& fields) {
+        for (const auto& field : fields) {
+            std::visit([&](const auto& access) { values.fields.push_back(shown((base.*access.get)())); }, field.access);
+        }
+    };
+    add(party, format::partyFields);
+    add(item, Kind::itemFields);
+    for (const auto& call : (item.*Kind::calls)()) {
+        values.calls.emplace_back();
+        for (const auto& field : Kind::callFields) {
+            std::visit([&](auto member) { values.calls.back().push_back(shown(call.*member)); }, field.member);
+        }
+    }
+    return values;
+}
+
+template <class Item>
+EntryValues decodeItem(const char* body) {
+    Item item;
+    KindInterface<Item>::decode(body, item);
+    return valuesOf(item);
+}
+
+template <class Item>
+KindShape shapeOf() {
+    using Kind = format::CallKind<Item>;
+    KindShape shape{KindInterface<Item>::name, Kind::schema, Kind::updateMethod, {}, {}, {}, &decodeItem<Item>};
+    for (const auto& field : format::partyFields) {
+        shape.fields.push_back(itemField(field));
+    }
+    for (const auto& field : Kind::itemFields) {
+        shape.fields.push_back(itemField(field));
+    }
+    const typename Kind::Call call;
+    for (const auto& field : Kind::callFields) {
+        std::visit(
+            [&](auto member) { shape.callFields.push_back(callField(field.tag, call.*member, Kind::unescapesFlags)); },
+            field.member);
+        std::size_t rank = 0;
+        while (Kind::readFields[rank].tag != field.tag) {
+            ++rank;
+        }
+        shape.readRanks.push_back(rank);
+    }
+    return shape;
+}
+
+// Call-backs.
+
+EntryValues decodeCallBackBody(const char* body) {
+    const StoredCallBack stored = decodeCallBack(body);
+    EntryValues values;
+    values.fields.push_back(stored.uniqueId);
+    for (const CallBackField& field : callBackFields) {
+        std::visit([&](const auto& access) { values.fields.push_back(shown((stored.item.*access.get)())); },
+                   field.access);
+    }
+    return values;
+}
+
+FieldShape callBackShape(const CallBackField& field) {
+    const CallBackItem item;
+    return std::visit(
+        [&](const auto& access) -> FieldShape {
+            const auto value = (item.*access.get)();
+            if constexpr (std::is_enum_v<std::decay_t<decltype(value)>>) {
+                return {field.tag, field.tag, ValueType::word, format::wordsFor(value), "", 1};
+            } else {
+                return {field.tag, field.tag, ValueType::text, noWords, "escaped", 1};
+            }
+        },
+        field.access);
+}
+
+KindShape shapeOfCallBacks() {
+    KindShape shape{callBackKind, callBackSchema, "", {itemField(format::partyFields[0])}, {}, {}, &decodeCallBackBody};
+    for (const CallBackField& field : callBackFields) {
+        shape.fields.push_back(callBackShape(field));
+    }
+    return shape;
+}
+
+std::vector<KindShape> makeShapes() {
+    std::vector<KindShape> shapes;
+    forEachKind([&](auto type) { shapes.push_back(shapeOf<typename decltype(type)::Item>()); });
+    shapes.push_back(shapeOfCallBacks());
+    return shapes;
+}
+
+template <class Is>
+const KindShape* findKind(Is is) {
+    for (const KindShape& kind : kindShapes()) {
+        if (is(kind)) {
+            return &kind;
+        }
+    }
+    return nullptr;
+}
+
+// Reading of the missed call list.
+
+using Parser = CallListDatabaseAdapterHelper::MissedCallParser;
+
+/// Hands the events on to the list's own reader and looks at what it has after each entry.
+struct ListWatcher {
+    ListWatcher() : parser(items) {}
+
+    std::deque<MissedCallItem> items;
+    Parser parser;
+    std::vector<ListEntry> entries;
+};
+
+void watchBegin(void* watcher, const char* name, const char** attributes) {
+    Parser::parseRemoteXMLTagBegin(&static_cast<ListWatcher*>(watcher)->parser, name, attributes);
+}
+
+void watchData(void* watcher, const char* text, int length) {
+    Parser::parseRemoteXMLData(&static_cast<ListWatcher*>(watcher)->parser, text, length);
+}
+
+/// Undoes the escaping of what the list hands over raw, in the places where the decoder does.
+EntryValues restored(EntryValues values) {
+    const KindShape& kind = kindShapes().front();
+    for (std::size_t i = 0; i < values.fields.size(); ++i) {
+        const bool isRaw = kind.fields[i].idiom == "as it is" && kind.fields[i].type == ValueType::text;
+        values.fields[i] = isRaw ? restoredText(values.fields[i], kind.fields[i].unescapes) : values.fields[i];
+    }
+    for (std::vector<std::string>& call : values.calls) {
+        for (std::size_t i = 0; i < call.size(); ++i) {
+            call[i] = restoredText(call[i], kind.callFields[i].unescapes);
+        }
+    }
+    return values;
+}
+
+void watchEnd(void* userData, const char* name) {
+    ListWatcher& watcher = *static_cast<ListWatcher*>(userData);
+    Parser::parseRemoteXMLTagEnd(&watcher.parser, name);
+    if (format::text::ENTRY != name) {
+        return;
+    }
+    watcher.entries.push_back({std::nullopt, watcher.parser.callLogType});
+    if (!watcher.items.empty()) {
+        watcher.entries.back().values = restored(valuesOf(watcher.items.back()));
+        watcher.items.clear();
+    }
+}
+
+}  // namespace
+
+const std::vector<KindShape>& kindShapes() {
+    static const std::vector<KindShape> shapes = makeShapes();
+    return shapes;
+}
+
+const KindShape* kindNamed(std::string_view name) {
+    return findKind([&](const KindShape& kind) { return kind.name == name; });
+}
+
+const KindShape* kindOfSchema(std::string_view schema) {
+    return findKind([&](const KindShape& kind) { return kind.schema == schema; });
+}
+
+const KindShape* kindOfMethod(std::string_view method) {
+    return findKind([&](const KindShape& kind) { return !method.empty() && kind.updateMethod == method; });
+}
+
+std::vector<ListEntry> readMissedList(const std::string& reply) {
+    CallListDatabaseAdapterHelper::init();
+    ListWatcher watcher;
+    XmlParser xml(&watcher, &watchBegin, &watchEnd, &watchData);
+    const std::string fixed = ClientUtils::fixSpecialXMLCharactersToQuote(reply);
+    xml.parseMessage(fixed.c_str(), static_cast<int>(std::min(fixed.size(), reply.size())));
+    return std::move(watcher.entries);
+}
+
+}  // namespace calljournal

@@ -1,0 +1,239 @@
+#include "Outline.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+
+#include "PrintableText.h"
+#include "WellFormed.h"
+
+namespace calljournal {
+
+namespace {
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+/// One tag of a text.
+struct Tag {
+    std::string_view name;
+    std::string_view attribute;
+    std::size_t end;  ///< Behind the ">".
+    bool isEnd = false;
+    bool isEmpty = false;  ///< "<Name/>"
+    bool isPlain = true;   ///< Nothing but its name between the brackets.
+};
+
+/// Reads one tag.
+class TagReader {
+public:
+    TagReader(std::string_view text, std::size_t at) : text_(text), at_(at) {}
+
+    std::optional<Tag> read() {
+        Tag tag{};
+        tag.isEnd = text_.substr(at_, 2) == "</";
+        at_ += tag.isEnd ? 2 : 1;
+        tag.name = takeName();
+        if (tag.name.empty()) {
+            return std::nullopt;
+        }
+        tag.isPlain = at_ < text_.size() && text_[at_] == '>';
+        if (!tag.isEnd && !takeAttributes(tag)) {
+            return std::nullopt;
+        }
+        if (!tag.isEnd && at_ < text_.size() && text_[at_] == '/') {
+            tag.isEmpty = true;
+            ++at_;
+        }
+        skipBlanks();
+        if (at_ >= text_.size() || text_[at_] != '>') {
+            return std::nullopt;
+        }
+        tag.end = at_ + 1;
+        return tag;
+    }
+
+private:
+    std::string_view takeName() {
+        const std::size_t begin = at_;
+        while (at_ < text_.size() && (at_ == begin ? isNameStart(text_[at_]) : isNamePart(text_[at_]))) {
+            ++at_;
+        }
+        return text_.substr(begin, at_ - begin);
+    }
+
+    void skipBlanks() {
+        while (at_ < text_.size() && isBlank(text_[at_])) {
+            ++at_;
+        }
+    }
+
+    /// False if what follows the name is neither attributes nor the end of the tag.
+    bool takeAttributes(Tag& tag) {
+        bool isFirst = true;
+        while (at_ < text_.size() && isBlank(text_[at_])) {
+            skipBlanks();
+            if (takeName().empty()) {
+                break;
+            }
+            std::string_view value;
+            if (!takeValue(value)) {
+                return false;
+            }
+            tag.attribute = isFirst ? value : tag.attribute;
+            isFirst = false;
+        }
+        return true;
+    }
+
+    bool takeValue(std::string_view& value) {
+        skipBlanks();
+        if (at_ >= text_.size() || text_[at_] != '=') {
+            return false;
+        }
+        ++at_;
+        skipBlanks();
+        if (at_ >= text_.size() || (text_[at_] != '"' && text_[at_] != '\'')) {
+            return false;
+        }
+        const std::size_t end = text_.find_first_of(text_[at_] == '"' ? "\"<" : "'<", at_ + 1);
+        if (end == std::string_view::npos || text_[end] == '<') {
+            return false;
+        }
+        value = text_.substr(at_ + 1, end - at_ - 1);
+        at_ = end + 1;
+        return true;
+    }
+
+    std::string_view text_;
+    std::size_t at_;
+};
+
+/// One walk over a text that keeps the open elements.
+class Walk {
+public:
+    explicit Walk(std::string_view text) { outline_.text = text; }
+
+    Outline outline() {
+        const std::string_view text = outline_.text;
+        const std::size_t declarationEnd = text.substr(0, 6) == "<?xml " ? text.find("?>") : std::string_view::npos;
+        at_ = outline_.begin = declarationEnd == std::string_view::npos ? 0 : declarationEnd + 2;
+        while (at_ < text.size()) {
+            if (text[at_] == '<') {
+                takeTag();
+            } else {
+                takeByte();
+            }
+        }
+        closeDownTo(0, text.size());
+        return std::move(outline_);
+    }
+
+private:
+    void slip(std::size_t at, std::string what) {
+        outline_.slips.push_back({at, open_.empty() ? noElement : open_.back(), std::move(what)});
+    }
+
+    void takeByte() {
+        const char c = outline_.text[at_];
+        const std::size_t length = c == '&' ? entityLength(outline_.text, at_) : 1;
+        if (length == 0) {
+            slip(at_, "raw \"&\", which an XML text holds as &amp;");
+        } else if (isForbidden(c)) {
+            slip(at_, "the byte " + printable(outline_.text.substr(at_, 1)) + ", which XML forbids");
+        }
+        at_ += std::max<std::size_t>(length, 1);
+    }
+
+    void takeTag() {
+        const std::optional<Tag> tag = TagReader(outline_.text, at_).read();
+        if (!tag) {
+            const std::size_t from = at_ + (outline_.text.substr(at_, 2) == "</" ? 2 : 1);
+            const bool isCut = outline_.text.find_first_of("<>", from) == std::string_view::npos;
+            slip(at_, isCut ? "\"<\" begins a tag that never ends: the text is cut here, or the sign is raw"
+                            : "raw \"<\", which an XML text holds as &lt;");
+            ++at_;
+            return;
+        }
+        if (tag->isEnd) {
+            close(*tag);
+        } else {
+            open(*tag);
+        }
+        at_ = tag->end;
+    }
+
+    void open(const Tag& tag) {
+        if (!tag.isPlain && tag.name != "Schema") {
+            slip(at_, "the tag of " + std::string(tag.name) + " holds more than its name, so that a search for <" +
+                          std::string(tag.name) + "> does not find it");
+        }
+        const std::size_t index = outline_.elements.size();
+        const std::size_t parent = open_.empty() ? noElement : open_.back();
+        outline_.elements.push_back({tag.name, tag.attribute, at_, tag.end, tag.end, tag.end, parent, {}, tag.isEmpty});
+        (parent == noElement ? outline_.top : outline_.elements[parent].children).push_back(index);
+        if (!tag.isEmpty) {
+            open_.push_back(index);
+            ++openOfName_[tag.name];
+        }
+    }
+
+    void close(const Tag& tag) {
+        const auto count = openOfName_.find(tag.name);
+        if (count == openOfName_.end() || count->second == 0) {
+            slip(at_, "</" + std::string(tag.name) + "> closes nothing");
+            return;
+        }
+        std::size_t depth = open_.size();
+        while (outline_.elements[open_[depth - 1]].name != tag.name) {
+            --depth;
+        }
+        closeDownTo(depth, at_);
+        Element& element = outline_.elements[open_.back()];
+        element.textEnd = at_;
+        element.end = tag.end;
+        element.isClosed = true;
+        pop();
+    }
+
+    void pop() {
+        --openOfName_[outline_.elements[open_.back()].name];
+        open_.pop_back();
+    }
+
+    /// Ends the elements above `depth` at `end`, as never closed.
+    void closeDownTo(std::size_t depth, std::size_t end) {
+        while (open_.size() > depth) {
+            Element& element = outline_.elements[open_.back()];
+            element.textEnd = end;
+            element.end = end;
+            outline_.slips.push_back(
+                {element.begin, element.parent, "<" + std::string(element.name) + "> is never closed"});
+            pop();
+        }
+    }
+
+    Outline outline_;
+    std::size_t at_ = 0;
+    std::vector<std::size_t> open_;
+    std::map<std::string_view, std::size_t> openOfName_;
+};
+
+}  // namespace
+
+Outline outlineOf(std::string_view text) {
+    return Walk(text).outline();
+}
+
+bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::size_t firstNamed(const Outline& outline, const std::vector<std::size_t>& elements, std::string_view name) {
+    const auto found = std::find_if(elements.begin(), elements.end(),
+                                    [&](std::size_t element) { return outline.elements[element].name == name; });
+    return found == elements.end() ? noElement : *found;
+}
+
+}  // namespace calljournal

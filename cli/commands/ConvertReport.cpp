@@ -1,0 +1,273 @@
+#include "ConvertReport.h"
+
+#include <algorithm>
+
+#include "ContactFields.h"
+#include "ImportReplay.h"
+#include "JsonText.h"
+#include "PrintableText.h"
+#include "Utf8.h"
+#include "Wording.h"
+
+namespace calljournal {
+
+namespace {
+
+/// So many columns are told of one by one where texts were left out; a file may have any number.
+constexpr std::size_t mostColumnsTold = 200;
+
+const char* nameOf(RecordResult result) {
+    constexpr const char* names[] = {"taken", "duplicate", "empty", "broken"};
+    return names[static_cast<int>(result)];
+}
+
+std::string linesOf(std::uint64_t first, std::uint64_t last) {
+    return first == last ? "line " + std::to_string(first)
+                         : "lines " + std::to_string(first) + " to " + std::to_string(last);
+}
+
+std::string placeOf(const std::string& file, std::uint64_t record, std::uint64_t first, std::uint64_t last) {
+    return printable(file) + ": record " + std::to_string(record) + " (" + linesOf(first, last) + ')';
+}
+
+std::string nameOf(const Contact& contact) {
+    const std::string name = fullName(contact);
+    return printable(name.empty() ? contact.company1 : name);
+}
+
+std::string shortened(const std::string& name) {
+    constexpr std::size_t longest = 60;
+    const std::size_t length = wholeCharacters(name, longest);
+    return printable(name.substr(0, length)) + (length < name.size() ? "..." : "");
+}
+
+std::vector<std::string> unknownColumns(const Recognition& recognition) {
+    std::vector<std::string> names;
+    for (const RecognisedColumn& column : recognition.columns) {
+        if (!column.isKnown && !column.name.empty()) {
+            names.push_back(column.name);
+        }
+    }
+    return names;
+}
+
+/// What the user may want to say about a header that was read: texts of columns that are not known are lost.
+std::string columnHints(const Recognition& recognition) {
+    constexpr std::size_t mostShown = 10;
+    std::string hints;
+    for (const std::string& name : recognition.unusedMappings) {
+        hints += "--map \"" + shortened(name) + "\" fits no column\n";
+    }
+    const std::vector<std::string> names = unknownColumns(recognition);
+    if (names.empty()) {
+        return hints;
+    }
+    hints += "not recognised: ";
+    for (std::size_t i = 0; i < std::min(names.size(), mostShown); ++i) {
+        hints += (i == 0 ? "" : ", ") + shortened(names[i]);
+    }
+    hints += names.size() > mostShown ? " and " + std::to_string(names.size() - mostShown) + " more" : "";
+    return hints + "; say what a column means with --map \"" + shortened(names[0]) + "=Mobile1\"\n";
+}
+
+}  // namespace
+
+std::string ConvertReport::place(const ContactOrigin& contact) const {
+    return placeOf(files_[contact.file], contact.record, contact.firstLine, contact.lastLine);
+}
+
+void ConvertReport::book(std::size_t file, const Recognition& recognition) {
+    std::size_t known = 0;
+    for (const RecognisedColumn& column : recognition.columns) {
+        known += column.isKnown ? 1 : 0;
+    }
+    if (detail_ == json) {
+        Json line;
+        line["file"] = files_[file];
+        line["charset"] = recognition.charset;
+        line["program"] = recognition.program;
+        line["language"] = recognition.language;
+        line["columns"] = recognition.columns.size();
+        line["known"] = known;
+        line["unknownColumns"] = unknownColumns(recognition);
+        line["unusedMappings"] = recognition.unusedMappings;
+        out_ << jsonText(line, false) << '\n';
+        return;
+    }
+    out_ << printable(files_[file]) << ": " << recognition.charset << " (" << recognition.charsetWhy << "), ";
+    if (recognition.format == BookFormat::vCard) {
+        out_ << "vCard\n";
+        return;
+    }
+    const char* const delimiter = recognition.delimiter == ';'    ? "semicolons"
+                                  : recognition.delimiter == '\t' ? "tabs"
+                                                                  : "commas";
+    out_ << "columns separated by " << delimiter << ", " << known << " of " << recognition.columns.size()
+         << " known by name";
+    if (!recognition.program.empty()) {
+        out_ << ", like " << recognition.program << " (" << recognition.language << ')';
+    }
+    out_ << '\n' << columnHints(recognition);
+}
+
+void ConvertReport::countRemarks(const MappedContact& mapped) {
+    for (const Remark& remark : mapped.remarks) {
+        counts_.changed += remark.kind == Remark::changed ? 1 : 0;
+        counts_.doubtful += remark.kind == Remark::doubtful ? 1 : 0;
+        if (remark.kind == Remark::leftOut) {
+            ++counts_.leftOut;
+            const auto known = leftOut_.find(remark.source);
+            if (known != leftOut_.end()) {
+                ++known->second;
+            } else if (leftOut_.size() < mostColumnsTold) {
+                leftOut_.emplace(remark.source, 1);
+            }
+        }
+    }
+}
+
+void ConvertReport::record(std::size_t file, const AddressRecord& record, const MappedContact& mapped,
+                           RecordResult result, const SpooledContact* earlier) {
+    ++counts_.records;
+    counts_.duplicates += result == RecordResult::duplicate ? 1 : 0;
+    counts_.empty += result == RecordResult::empty ? 1 : 0;
+    counts_.broken += result == RecordResult::broken ? 1 : 0;
+    countRemarks(mapped);
+    if (detail_ == json) {
+        jsonRecord(file, record, mapped, result, earlier);
+    } else {
+        textRecord(file, record, mapped, result, earlier);
+    }
+}
+
+void ConvertReport::textRecord(std::size_t file, const AddressRecord& record, const MappedContact& mapped,
+                               RecordResult result, const SpooledContact* earlier) {
+    std::string lines;
+    if (detail_ == text && result == RecordResult::taken) {
+        for (const TakenField& field : mapped.taken) {
+            lines += "  " + std::string(field.field) + " from " + printable(field.source) + '\n';
+        }
+    }
+    for (const Problem& problem : record.problems) {
+        lines += "  line " + std::to_string(problem.line) +
+                 (problem.column.empty() ? "" : ", " + printable(problem.column)) + ": " + printable(problem.text) +
+                 '\n';
+    }
+    for (const Remark& remark : mapped.remarks) {
+        // What has no place in a contact is counted by columns at the end; here it would hide the rest.
+        if (detail_ == text || remark.kind != Remark::leftOut) {
+            lines += "  " + printable(remark.source) + ": " +
+                     (remark.kind == Remark::leftOut ? "left out, the contact has no place for it"
+                                                     : printable(remark.reason)) +
+                     '\n';
+        }
+    }
+    if (detail_ == remarkable && result == RecordResult::taken && lines.empty()) {
+        return;
+    }
+    out_ << placeOf(files_[file], record.number, record.firstLine, record.lastLine) << ": ";
+    switch (result) {
+        case RecordResult::taken:
+            out_ << nameOf(mapped.contact);
+            break;
+        case RecordResult::duplicate:
+            out_ << nameOf(mapped.contact) << ", left out: the same as " << place(*earlier);
+            break;
+        case RecordResult::empty:
+            out_ << "left out: it has nothing that a contact has a place for";
+            break;
+        case RecordResult::broken:
+            out_ << "skipped: " << printable(record.fault);
+            break;
+    }
+    out_ << '\n' << lines;
+}
+
+void ConvertReport::jsonRecord(std::size_t file, const AddressRecord& record, const MappedContact& mapped,
+                               RecordResult result, const SpooledContact* earlier) {
+    Json line = {{"file", files_[file]},
+                 {"record", record.number},
+                 {"firstLine", record.firstLine},
+                 {"lastLine", record.lastLine},
+                 {"result", nameOf(result)}};
+    if (earlier != nullptr) {
+        line["sameAs"] = {{"file", files_[earlier->file]}, {"record", earlier->record}};
+    }
+    if (!record.fault.empty()) {
+        line["fault"] = record.fault;
+    }
+    for (const TakenField& field : mapped.taken) {
+        line["taken"][std::string(field.field)].push_back(std::string(field.source));
+    }
+    constexpr const char* kinds[] = {"changed", "leftOut", "doubtful"};
+    for (const Remark& remark : mapped.remarks) {
+        Json entry = {{"source", std::string(remark.source)}};
+        if (!remark.reason.empty()) {
+            entry["reason"] = remark.reason;
+        }
+        line[kinds[remark.kind]].push_back(std::move(entry));
+    }
+    for (const Problem& problem : record.problems) {
+        line["problems"].push_back({{"line", problem.line}, {"column", problem.column}, {"text", problem.text}});
+    }
+    out_ << jsonText(line, false) << '\n';
+}
+
+void ConvertReport::near(const SpooledContact& earlier, const SpooledContact& later, const std::string& shared,
+                         const std::string& outcome, bool isMerged) {
+    ++counts_.near;
+    counts_.merged += isMerged ? 1 : 0;
+    if (detail_ == json) {
+        const Json line = {{"near",
+                            {{{"file", files_[earlier.file]}, {"record", earlier.record}},
+                             {{"file", files_[later.file]}, {"record", later.record}}}},
+                           {"shared", shared},
+                           {"merged", isMerged},
+                           {"outcome", outcome}};
+        out_ << jsonText(line, false) << '\n';
+    } else {
+        out_ << place(earlier) << " and " << place(later) << " share " << printable(shared) << ": " << outcome << '\n';
+    }
+}
+
+void ConvertReport::say(const std::string& sentence) {
+    if (detail_ == json) {
+        out_ << jsonText(Json{{"note", sentence}}, false) << '\n';
+    } else {
+        out_ << printable(sentence) << '\n';
+    }
+}
+
+void ConvertReport::finish(std::uint64_t contacts, const std::vector<std::string>& written) {
+    counts_.contacts = contacts;
+    const ConvertCounts& c = counts_;
+    if (detail_ == json) {
+        const Json line = {{"counts",
+                            {{"records", c.records},
+                             {"contacts", c.contacts},
+                             {"duplicates", c.duplicates},
+                             {"near", c.near},
+                             {"merged", c.merged},
+                             {"empty", c.empty},
+                             {"broken", c.broken},
+                             {"changed", c.changed},
+                             {"doubtful", c.doubtful},
+                             {"leftOut", c.leftOut}}},
+                           {"leftOutOf", leftOut_},
+                           {"files", written}};
+        out_ << jsonText(line, false) << '\n';
+        return;
+    }
+    for (const auto& [column, count] : leftOut_) {
+        out_ << "left out of " << printable(column) << ": " << counted(count, "text") << '\n';
+    }
+    out_ << counted(c.records, "record") << ": " << counted(c.contacts, "contact") << ", "
+         << counted(c.duplicates, "duplicate") << ", " << c.near << " near (" << c.merged << " merged), " << c.empty
+         << " empty, " << c.broken << " broken; " << counted(c.changed, "text") << " changed, " << c.doubtful
+         << " doubtful, " << c.leftOut << " left out\n";
+    for (const std::string& file : written) {
+        out_ << "written: " << printable(file) << '\n';
+    }
+}
+
+}  // namespace calljournal

@@ -1,0 +1,241 @@
+#include "ImportCommand.h"
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <ostream>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+#include "ContactJson.h"
+#include "ContactViews.h"
+#include "ConvertCommand.h"
+#include "ExitCode.h"
+#include "HostPlatform.h"
+#include "ImportCheck.h"
+#include "ImportContactsCSVParser.h"
+#include "ImportReplay.h"
+#include "Interruption.h"
+#include "PrintableText.h"
+#include "PrivateCopy.h"
+#include "ProgressBar.h"
+#include "Storage.h"
+#include "TemporaryFolder.h"
+#include "Terminal.h"
+#include "VCard.h"
+#include "Wording.h"
+
+namespace calljournal {
+
+namespace {
+
+constexpr const char* outcomeNames[] = {"CSV_NO_CAPACITY",
+                                        "CSV_INVALID_DELIMITERS",
+                                        "CSV_TOO_MANY_HEADERS",
+                                        "CSV_INVALID_HEADERS",
+                                        "CSV_INVALID_DEFAULT_DIAL",
+                                        "CSV_COLUMN_MISMATCH",
+                                        "CSV_FILE_ERROR",
+                                        "CSV_TAMBER",
+                                        "CSV_OUTLOOK"};
+static_assert(sizeof outcomeNames / sizeof *outcomeNames == CSV_OUTLOOK + 1, "a name for each outcome");
+
+bool isSuccess(int outcome) {
+    return outcome == CSV_TAMBER || outcome == CSV_OUTLOOK;
+}
+
+/// Keeps the log off while the object lives.
+class QuietLog {
+public:
+    explicit QuietLog(int level) : level_(level) { setLogLevel(0); }
+    QuietLog(const QuietLog&) = delete;
+    QuietLog& operator=(const QuietLog&) = delete;
+    ~QuietLog() { setLogLevel(level_); }
+
+private:
+    int level_;
+};
+
+/// The sentence of a refused file: what ended the import, and what was wrong before.
+std::string refusal(const ImportReplay& replay, int outcome, const std::string& folder) {
+    const auto& faults = replay.faults();
+    if (faults.empty() || faults.back().outcome != outcome) {
+        return outcome == CSV_NO_CAPACITY ? "too little free space in " + folder : "the file cannot be read";
+    }
+    std::string sentence = faults.back().sentence;
+    for (std::size_t earlier = 0; earlier + 1 < faults.size(); ++earlier) {
+        sentence += "; and before that, " + faults[earlier].sentence;
+    }
+    return sentence;
+}
+
+void playHardware(const std::string& name) {
+    constexpr int tq2Variant = 1;
+    setHardware(name == "nq", name == "tq2" ? tq2Variant : 0);
+}
+
+/// The import of one file.
+class FileImport {
+public:
+    FileImport(const std::string& file, const ImportOptions& options, std::ostream& out, std::ostream& err)
+        : file_(file), shownName_(printable(file)), options_(options), out_(out), err_(err), bar_(terminalDrawing()) {}
+
+    /// Returns whether the file was, or would be, imported.
+    bool run() {
+        if (options_.files.size() > 1 && isForPeople()) {
+            out_ << "== " << shownName_ << '\n';
+        }
+        const TemporaryFolder folder("import");
+        const std::string source = options_.convert ? (folder.path() / "converted.csv").string() : file_;
+        if (options_.convert && !convertTo(source)) {
+            return false;
+        }
+        playHardware(options_.hardware);
+        setDataDirectory(folder.path());
+        const std::string copy = folder.path() / "contacts.csv";
+        const CopyResult copied = copyFile(source, copy);
+        if (copied.state == CopyResult::stopped) {
+            tell(copied.problem);
+            return false;
+        }
+        return importCopy(copy, folder.path() / "contacts-again.csv", copied);
+    }
+
+private:
+    bool isForPeople() const { return options_.check || options_.format == "table"; }
+
+    /// Converts the file for the phone that is played, as far as its contacts fit.
+    bool convertTo(const std::string& target) {
+        ConvertOptions converting;
+        converting.files = {file_};
+        converting.out = target;
+        converting.region = options_.region;
+        converting.fromCharset = options_.fromLatin1 ? "ISO-8859-1" : "";
+        converting.cut = true;
+        converting.isPassedOn = true;
+        converting.limit = options_.hardware == "nq" ? 1000 : 100;
+        converting.existing = options_.existing;
+        return convertBooks(converting, err_, err_) == exitDone;
+    }
+
+    CopyResult copyFile(const std::string& source, const std::string& copy) {
+        auto position = std::make_shared<SharedPosition>();
+        bar_.start("copying " + file_, [position] { return position->get(); });
+        CopyOptions copying;
+        copying.fromLatin1 = options_.fromLatin1 && !options_.convert;
+        copying.progress = [position](std::uint64_t done, std::uint64_t total) { position->set(done, total); };
+        return copyPrivately(source, copy, copying);
+    }
+
+    bool importCopy(const std::string& copy, const std::string& again, const CopyResult& copied) {
+        // The importer deletes what it has read; by another name the same bytes stay for a second look.
+        const bool isThere = ::link(copy.c_str(), again.c_str()) == 0;
+        const std::uint64_t size = isThere ? std::filesystem::file_size(copy) : 0;
+        bar_.start("importing " + file_, [copy, size] { return ProgressBar::Position{readPosition(copy), size}; });
+        const ImportContactsCSVParser import(copy, options_.existing);
+        const int outcome = import.getCSVType();
+        const std::vector<Contact> contacts = import.getContacts();
+        if (options_.consume) {
+            consume();
+        }
+        if (copied.hadByteOrderMark) {
+            tell("the byte-order mark in front was left out");
+        }
+        std::string sentence;
+        if (!isThere) {
+            sentence = copied.problem;
+        } else if (options_.check || !isSuccess(outcome)) {
+            sentence = lookAgain(again, size, outcome);
+        }
+        if (isSuccess(outcome)) {
+            if (!options_.check) {
+                show(contacts, outcome);
+            }
+            sentence = counted(contacts.size(), "contact") + (options_.check ? " would be" : "") + " imported";
+        }
+        if (copied.isUtf16) {
+            sentence += "; the file is UTF-16 and has to be saved as UTF-8";
+        }
+        tell(std::string(outcomeNames[outcome]) + " (" + std::to_string(outcome) + "): " + sentence);
+        return isSuccess(outcome);
+    }
+
+    /// Deletes ordinary files only: a link such as /dev/stdin is not the user's to give away.
+    void consume() {
+        std::error_code error;
+        const std::filesystem::file_status status = std::filesystem::symlink_status(file_, error);
+        if (std::filesystem::is_regular_file(status)) {
+            Storage::deleteFile_noEx(file_);
+        }
+        if (std::filesystem::exists(std::filesystem::symlink_status(file_, error))) {
+            err_ << "calljournal: " << shownName_ << ": cannot be deleted\n";
+        }
+    }
+
+    /// Finds what is wrong with a refused file, and what a check has to tell. Returns the sentence of a refused file.
+    std::string lookAgain(const std::string& again, std::uint64_t size, int outcome) {
+        const QuietLog quiet(options_.log);
+        auto position = std::make_shared<SharedPosition>();
+        bar_.start("looking at " + file_, [position] { return position->get(); });
+        const auto progress = [&](std::uint64_t done) { position->set(done, size); };
+        const std::string folder = std::filesystem::path(again).parent_path();
+        if (!options_.check) {
+            ImportReplay replay(options_.existing);
+            replay.replay(again, progress);
+            return refusal(replay, outcome, folder);
+        }
+        ImportCheck check(options_.existing);
+        check.replay(again, progress);
+        check.report(out_);
+        return refusal(check, outcome, folder);
+    }
+
+    void show(const std::vector<Contact>& contacts, int layout) {
+        if (options_.format == "table") {
+            if (!contacts.empty()) {
+                printContactTable(contacts, out_, terminalWidth());
+            }
+            return;
+        }
+        for (const Contact& contact : contacts) {
+            out_ << (options_.format == "vcard" ? toVCard(contact, layout) : contactJson(contact) + '\n');
+        }
+    }
+
+    /// Says something about the file: to people below its contacts, else beside the data.
+    void tell(const std::string& sentence) { (isForPeople() ? out_ : err_) << shownName_ << ": " << sentence << '\n'; }
+
+    /// Where a work is, told on one thread and read on another.
+    struct SharedPosition {
+        std::atomic<std::uint64_t> done{0};
+        std::atomic<std::uint64_t> total{0};
+
+        void set(std::uint64_t newDone, std::uint64_t newTotal) {
+            done = newDone;
+            total = newTotal;
+        }
+        ProgressBar::Position get() const { return {done, total}; }
+    };
+
+    const std::string& file_;
+    const std::string shownName_;
+    const ImportOptions& options_;
+    std::ostream& out_;
+    std::ostream& err_;
+    ProgressBar bar_;
+};
+
+}  // namespace
+
+int importFiles(const ImportOptions& options, std::ostream& out, std::ostream& err) {
+    const Interruption interruption;
+    bool isAllImported = true;
+    for (const std::string& file : options.files) {
+        isAllImported = FileImport(file, options, out, err).run() && isAllImported;
+    }
+    return isAllImported ? exitDone : exitRefused;
+}
+
+}  // namespace calljournal

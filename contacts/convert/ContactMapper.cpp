@@ -1,0 +1,328 @@
+#include "ContactMapper.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "ContactColumns.h"
+#include "ContactFields.h"
+#include "PhoneFile.h"
+
+namespace calljournal {
+
+namespace {
+
+using format::TextMember;
+
+constexpr std::size_t fieldCount = std::size(contactTexts);
+
+/// Returns which of contactTexts a member is.
+constexpr std::size_t fieldOf(TextMember member) {
+    std::size_t field = 0;
+    while (contactTexts[field].member != member) {
+        ++field;
+    }
+    return field;
+}
+
+constexpr std::size_t address1 = fieldOf(&Contact::address1);
+constexpr std::size_t address2 = fieldOf(&Contact::address2);
+
+bool isNumber(std::size_t field) {
+    return std::any_of(std::begin(format::numbers), std::end(format::numbers),
+                       [field](const format::Number& number) { return number.member == contactTexts[field].member; });
+}
+
+bool isAddress(std::size_t field) {
+    return field == address1 || field == address2;
+}
+
+/// A field and one source that may fill it if it is still empty. The rows are tried in order.
+struct Choice {
+    constexpr Choice(TextMember member, Meaning from) : field(fieldOf(member)), meaning(from) {}
+
+    std::size_t field;
+    Meaning meaning;
+};
+
+/// The importer's own choices, in its order ...
+constexpr Choice importersChoices[] = {
+    {&Contact::lastName, Meaning::family},      {&Contact::firstName, Meaning::given},
+    {&Contact::business1, Meaning::workPhone},  {&Contact::business1, Meaning::primaryPhone},
+    {&Contact::business2, Meaning::workPhone2}, {&Contact::mobile1, Meaning::mobile},
+    {&Contact::mobile1, Meaning::carPhone},     {&Contact::private1, Meaning::homePhone},
+    {&Contact::company1, Meaning::company},     {&Contact::position, Meaning::jobTitle},
+    {&Contact::email1, Meaning::email1},
+};
+
+/// ... and what else fills a place that they leave empty, so that it is not lost.
+constexpr Choice furtherChoices[] = {
+    {&Contact::business2, Meaning::workPhone},     {&Contact::business1, Meaning::workPhone2},
+    {&Contact::business1, Meaning::companyPhone},  {&Contact::business2, Meaning::companyPhone},
+    {&Contact::mobile1, Meaning::mobile},          {&Contact::mobile1, Meaning::radioPhone},
+    {&Contact::private1, Meaning::homePhone2},     {&Contact::private1, Meaning::homePhone},
+    {&Contact::business2, Meaning::primaryPhone},  {&Contact::private1, Meaning::primaryPhone},
+    {&Contact::private1, Meaning::otherPhone},     {&Contact::business2, Meaning::otherPhone},
+    {&Contact::business2, Meaning::callbackPhone}, {&Contact::business2, Meaning::isdn},
+    {&Contact::private1, Meaning::mobile},         {&Contact::private1, Meaning::carPhone},
+    {&Contact::email1, Meaning::email2},           {&Contact::email1, Meaning::email3},
+    {&Contact::email1, Meaning::email4},           {&Contact::firstName, Meaning::middle},
+};
+
+/// What a contact without any name is called by.
+constexpr Choice nameChoices[] = {{&Contact::lastName, Meaning::displayName}, {&Contact::lastName, Meaning::nickname}};
+
+/// The address in the phone's own form.
+constexpr Choice ownAddress[] = {{&Contact::address1, Meaning::addressLine1},
+                                 {&Contact::address2, Meaning::addressLine2}};
+
+/// One of the addresses that a record may have; the first that there is becomes the contact's.
+struct Address {
+    Meaning streets[3];
+    Meaning poBox;
+    Meaning whole;
+    Meaning line[3];  ///< City, postal code, country: what the importer joins.
+};
+
+constexpr Address addresses[] = {
+    {{Meaning::workStreet, Meaning::workStreet2, Meaning::workStreet3},
+     Meaning::workPoBox,
+     Meaning::workAddress,
+     {Meaning::workCity, Meaning::workPostcode, Meaning::workCountry}},
+    {{Meaning::homeStreet, Meaning::homeStreet2, Meaning::homeStreet3},
+     Meaning::homePoBox,
+     Meaning::homeAddress,
+     {Meaning::homeCity, Meaning::homePostcode, Meaning::homeCountry}},
+    {{Meaning::otherStreet, Meaning::otherStreet2, Meaning::otherStreet3},
+     Meaning::otherPoBox,
+     Meaning::otherAddress,
+     {Meaning::otherCity, Meaning::otherPostcode, Meaning::otherCountry}},
+};
+
+bool isLineEnd(char c) {
+    return c == '\n' || c == '\r';
+}
+
+bool hasLineEnd(const std::string& text) {
+    return std::any_of(text.begin(), text.end(), isLineEnd);
+}
+
+/// Puts `separator` where lines end, and nothing at either end; a comma that was there already counts.
+std::string inOneLine(const std::string& text, std::string_view separator) {
+    std::string line;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (!isLineEnd(text[i])) {
+            line += text[i];
+        } else if (!line.empty() && i + 1 < text.size() && !isLineEnd(text[i + 1])) {
+            line += line.back() == ',' ? std::string_view(" ") : separator;
+        }
+    }
+    return line;
+}
+
+/// The work on one record.
+class Mapping {
+public:
+    Mapping(const AddressRecord& record, const NumberWriter& numbers, MappedContact& mapped)
+        : record_(record), numbers_(numbers), mapped_(mapped) {
+        for (const ContactText& text : contactTexts) {
+            (mapped_.contact.*text.member).clear();
+        }
+        mapped_.contact.source = static_cast<Contact::eOrderedContactSource>(3);
+        mapped_.isJoinedAddress = false;
+        mapped_.taken.clear();
+        mapped_.remarks.clear();
+        mapped_.isUsed.assign(record.values.size(), false);
+        findFirst();
+    }
+
+    void map() {
+        choose(std::begin(importersChoices), std::end(importersChoices));
+        choose(std::begin(furtherChoices), std::end(furtherChoices));
+        if (mapped_.contact.lastName.empty() && mapped_.contact.firstName.empty()) {
+            choose(std::begin(nameChoices), std::end(nameChoices));
+        }
+        chooseAddress();
+        for (std::size_t field = 0; field < fieldCount; ++field) {
+            cut(field);
+        }
+        deriveDefault();
+        noteLeftOut();
+    }
+
+private:
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+    /// Most records have each meaning once, or not at all; looking for one is then a look into a table.
+    void findFirst() {
+        first_.fill(none);
+        for (std::size_t i = record_.values.size(); i-- != 0;) {
+            first_[static_cast<std::size_t>(record_.values[i].meaning)] = i;
+        }
+    }
+
+    /// The first value of that meaning that nothing has taken yet and that has a text.
+    std::size_t find(Meaning meaning) const {
+        std::size_t i = first_[static_cast<std::size_t>(meaning)];
+        if (i == none) {
+            return none;
+        }
+        for (; i < record_.values.size(); ++i) {
+            const AddressValue& value = record_.values[i];
+            if (value.meaning == meaning && !mapped_.isUsed[i] &&
+                !std::all_of(value.text.begin(), value.text.end(), isLineEnd)) {
+                return i;
+            }
+        }
+        return none;
+    }
+
+    std::string& textOf(std::size_t field) { return mapped_.contact.*contactTexts[field].member; }
+
+    void choose(const Choice* choice, const Choice* end) {
+        for (; choice != end; ++choice) {
+            std::string& target = textOf(choice->field);
+            const std::size_t found = target.empty() ? find(choice->meaning) : none;
+            if (found != none) {
+                take(found, choice->field, target);
+            }
+        }
+    }
+
+    /// Marks a value as taken for a field, and sets `text` to its text in the form that the field has.
+    void take(std::size_t index, std::size_t field, std::string& text) {
+        const AddressValue& value = record_.values[index];
+        mapped_.isUsed[index] = true;
+        mapped_.taken.push_back({contactTexts[field].name, value.source});
+        sources_[field] = value.source;
+        text.assign(value.text);
+        if (hasLineEnd(text)) {
+            text = inOneLine(text, isAddress(field) ? ", " : " ");
+            remark(Remark::changed, value.source, "its lines were joined into one");
+        }
+        if (isNumber(field)) {
+            writeNumber(text, value.source);
+        }
+    }
+
+    void writeNumber(std::string& text, std::string_view source) {
+        WrittenNumber written = numbers_(text);
+        if (!written.problem.empty()) {
+            remark(Remark::doubtful, source, '"' + text + "\" " + written.problem);
+        }
+        if (written.text != text) {
+            remark(Remark::changed, source, '"' + text + "\" was written as \"" + written.text + '"');
+            text = std::move(written.text);
+        }
+    }
+
+    void chooseAddress() {
+        choose(std::begin(ownAddress), std::end(ownAddress));
+        if (!mapped_.contact.address1.empty() || !mapped_.contact.address2.empty()) {
+            return;
+        }
+        const auto* address = std::find_if(std::begin(addresses), std::end(addresses),
+                                           [this](const Address& candidate) { return hasAny(candidate); });
+        if (address != std::end(addresses)) {
+            takeAddress(*address);
+        }
+    }
+
+    bool hasAny(const Address& address) const {
+        const auto isThere = [this](Meaning meaning) { return find(meaning) != none; };
+        return std::any_of(std::begin(address.streets), std::end(address.streets), isThere) ||
+               std::any_of(std::begin(address.line), std::end(address.line), isThere) || isThere(address.whole) ||
+               isThere(address.poBox);
+    }
+
+    void takeAddress(const Address& address) {
+        std::string& street = mapped_.contact.address1;
+        for (const Meaning meaning : address.streets) {
+            addStreet(street, meaning);
+        }
+        if (street.empty()) {
+            addStreet(street, address.poBox);
+        }
+        joinLine(address);
+        if (street.empty() && mapped_.contact.address2.empty()) {
+            addStreet(street, address.whole);
+        }
+    }
+
+    void addStreet(std::string& street, Meaning meaning) {
+        const std::size_t found = find(meaning);
+        if (found != none) {
+            std::string text;
+            take(found, address1, text);
+            street += (street.empty() ? "" : ", ") + text;
+        }
+    }
+
+    void joinLine(const Address& address) {
+        std::array<std::size_t, 3> parts;
+        std::transform(std::begin(address.line), std::end(address.line), parts.begin(),
+                       [this](Meaning meaning) { return find(meaning); });
+        if (std::all_of(parts.begin(), parts.end(), [](std::size_t part) { return part == none; })) {
+            return;
+        }
+        mapped_.isJoinedAddress = true;
+        for (const std::size_t part : parts) {
+            std::string text;
+            if (part != none) {
+                take(part, address2, text);
+            }
+            format::joinAddressPart(mapped_.contact.address2, text);
+        }
+    }
+
+    void cut(std::size_t field) {
+        std::string& text = textOf(field);
+        const std::size_t length = storableLength(text);
+        if (length < text.size()) {
+            remark(Remark::changed, sources_[field],
+                   "was cut to " + std::to_string(length) + " of " + std::to_string(text.size()) + " bytes");
+            text.resize(length);
+        }
+    }
+
+    void deriveDefault() {
+        mapped_.contact.defaultDial = format::derivedDefaultDial(mapped_.contact);
+        const std::size_t told = find(Meaning::defaultDial);
+        if (told == none) {
+            return;
+        }
+        mapped_.isUsed[told] = true;
+        const AddressValue& value = record_.values[told];
+        const std::string derived = std::to_string(mapped_.contact.defaultDial);
+        if (value.text != derived) {
+            remark(Remark::changed, value.source,
+                   '"' + value.text + "\" became " + derived + ": the first number is the default one");
+        }
+    }
+
+    void noteLeftOut() {
+        for (std::size_t i = 0; i < record_.values.size(); ++i) {
+            if (!mapped_.isUsed[i]) {
+                remark(Remark::leftOut, record_.values[i].source, std::string());
+            }
+        }
+    }
+
+    void remark(Remark::Kind kind, std::string_view source, std::string reason) {
+        mapped_.remarks.push_back({kind, source, std::move(reason)});
+    }
+
+    const AddressRecord& record_;
+    const NumberWriter& numbers_;
+    MappedContact& mapped_;
+    std::array<std::size_t, meaningCount> first_;
+    std::array<std::string_view, fieldCount> sources_;  ///< Of each field's text.
+};
+
+}  // namespace
+
+void ContactMapper::map(const AddressRecord& record, MappedContact& mapped) const {
+    Mapping(record, numbers_, mapped).map();
+}
+
+}  // namespace calljournal

@@ -1,0 +1,367 @@
+#include "ImportReplay.h"
+
+#include <algorithm>
+#include <array>
+#include <boost/tokenizer.hpp>
+#include <exception>
+#include <iterator>
+
+#include "CSVType.h"
+#include "ClientUtils.h"
+#include "ContactColumns.h"
+#include "HardwareVersion.h"
+#include "PrintableText.h"
+#include "Wording.h"
+
+namespace calljournal {
+
+namespace {
+
+constexpr std::size_t outlookColumnCount = 92;
+constexpr std::size_t longestShown = 40;
+constexpr char loneQuote[] = "\"";
+
+/// Programs whose exports are often offered, by the columns of their header.
+struct KnownHeader {
+    std::size_t count;
+    const char* origin;
+};
+constexpr KnownHeader knownHeaders[] = {
+    {81, "Google Contacts wrote 81 and more"},
+    {89, "an Outlook export lost some on its way, or it is another program's"},
+    {95, "Outlook 2003, and any with phonetic names, writes 95"},
+};
+
+const char* const convertHint = "\"calljournal convert\" turns other exports into a file that fits";
+
+std::uint64_t positionIn(std::ifstream& file) {
+    // Unlike tellg, the buffer answers at the end of the file, too.
+    const std::streamoff position = file.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in);
+    return position < 0 ? 0 : static_cast<std::uint64_t>(position);
+}
+
+/// The first character of `text`, whole if it is UTF-8.
+std::string firstCharacter(const std::string& text) {
+    std::size_t length = 1;
+    while (length < text.size() && length < 4 && (static_cast<unsigned char>(text[length]) & 0xc0u) == 0x80u) {
+        ++length;
+    }
+    return text.substr(0, length);
+}
+
+}  // namespace
+
+std::string shownText(const std::string& text) {
+    return '"' + fitted(printable(text.substr(0, 4 * longestShown)), longestShown) + '"';
+}
+
+std::size_t PhysicalLines::between(std::uint64_t begin, std::uint64_t end) {
+    if (begin >= end) {
+        return 0;
+    }
+    std::size_t count = 0;
+    char last = '\n';
+    std::array<char, 8192> buffer;
+    file_.clear();
+    file_.seekg(static_cast<std::streamoff>(begin));
+    while (begin < end) {
+        const std::uint64_t wanted = std::min<std::uint64_t>(end - begin, buffer.size());
+        file_.read(buffer.data(), static_cast<std::streamsize>(wanted));
+        const std::streamsize got = file_.gcount();
+        if (got <= 0) {
+            break;
+        }
+        count += static_cast<std::size_t>(std::count(buffer.data(), buffer.data() + got, '\n'));
+        last = buffer[static_cast<std::size_t>(got) - 1];
+        begin += static_cast<std::uint64_t>(got);
+    }
+    return count + (last == '\n' ? 0 : 1);
+}
+
+// A file without a name cannot be opened, so the base class imports nothing and stands at the start.
+ImportReplay::ImportReplay(unsigned existingContacts)
+    : ImportContactsCSVParser(std::string(), existingContacts), existingContacts_(existingContacts) {
+    csvType = CSV_FILE_ERROR;
+    headerPending = true;
+}
+
+unsigned ImportReplay::contactLimit() {
+    return HardwareVersion::is_NQ() ? 1000 : 100;
+}
+
+void ImportReplay::replay(const std::string& path, const std::function<void(std::uint64_t)>& progress) {
+    PhysicalLines physical(path);
+    file.open(path);
+    std::uint64_t end = 0;
+    bool goesOn = true;
+    while (goesOn && readLine()) {
+        if (isOnlyCounted()) {
+            ++records_;
+            continue;
+        }
+        const std::uint64_t begin = positionIn(file);
+        goesOn = takeLine();
+        end = positionIn(file);
+        lastLine_ += physical.between(begin, end);
+        settle();
+        if (progress) {
+            progress(end);
+        }
+    }
+    file.close();
+    if (firstLine_ == 0 && faults_.empty()) {
+        faults_.push_back({CSV_FILE_ERROR, "the file is empty"});
+    }
+    settleLimit();
+}
+
+bool ImportReplay::readLine() try {
+    if (!std::getline(file, line)) {
+        return false;
+    }
+    firstLine_ = ++lastLine_;
+    ClientUtils::handleCRatEnd(line);
+    firstLength_ = line.size();
+    return true;
+} catch (const std::exception& failure) {
+    // Only a line beyond all bounds comes here: there is no memory for it.
+    addFault(CSV_FILE_ERROR, "line " + std::to_string(lastLine_ + 1) + ": cannot be read: " + failure.what());
+    return false;
+}
+
+/// Beyond the limit lines are only counted; but Outlook's records may have several.
+bool ImportReplay::isOnlyCounted() const {
+    return limitLine_ != 0 && csvType != CSV_OUTLOOK;
+}
+
+bool ImportReplay::takeLine() try {
+    isHeader_ = headerPending;
+    exception_.clear();
+    layout_ = csvType;
+    if (isHeader_) {
+        headerLineParser();
+        headers_ = tokens;
+        std::for_each(headers_.begin(), headers_.end(), [this](std::string& name) { makeUtf8(name); });
+    } else {
+        ++records_;
+    }
+    // The contacts that the phonebook has count as lines, too.
+    if (limitLine_ == 0 && existingContacts_ + records_ > contactLimit()) {
+        limitLine_ = firstLine_;
+    }
+    if (!isHeader_ && !isOnlyCounted()) {
+        contacts.clear();
+        lineContentParser();
+    }
+    return true;
+} catch (const std::exception& failure) {
+    exception_ = failure.what();
+    return false;
+}
+
+void ImportReplay::settle() {
+    if (limitLine_ != 0) {
+        csvType = isHeader_ ? csvType : layout_;
+        return;
+    }
+    if (!exception_.empty()) {
+        const std::string place = describeEscapeFault();
+        addFault(CSV_FILE_ERROR, !place.empty() ? place : lines() + ": cannot be read: " + exception_);
+    } else if (isHeader_ && csvType != CSV_TAMBER && csvType != CSV_OUTLOOK) {
+        addFault(csvType, describeHeaderFault());
+    } else if (csvType == CSV_TAMBER || csvType == CSV_OUTLOOK) {
+        recordTaken(contacts.empty() ? nullptr : &contacts.back());
+    } else if (csvType != layout_) {
+        addFault(csvType, csvType == CSV_COLUMN_MISMATCH ? describeColumnFault() : describeDefaultDialFault());
+    }
+}
+
+void ImportReplay::settleLimit() {
+    if (limitLine_ == 0) {
+        return;
+    }
+    const std::size_t limit = contactLimit();
+    std::string sentence = "the phonebook takes " + counted(limit, "contact");
+    if (existingContacts_ > limit) {
+        sentence += " and is full with " + std::to_string(existingContacts_);
+    } else {
+        const std::size_t tooMany = existingContacts_ + records_ - limit;
+        sentence += ": " + std::to_string(existingContacts_) + " used, " + (exception_.empty() ? "" : "at least ") +
+                    std::to_string(records_) + " in the file, " + std::to_string(tooMany) +
+                    " too many; the first that does not fit is on line " + std::to_string(limitLine_);
+    }
+    faults_.push_back({CSV_NO_CAPACITY, sentence});
+}
+
+void ImportReplay::addFault(int outcome, const std::string& sentence) {
+    faults_.push_back({outcome, sentence});
+}
+
+void ImportReplay::recordTaken(const Contact*) {}
+
+std::string ImportReplay::lines() const {
+    return firstLine_ == lastLine_ ? "line " + std::to_string(firstLine_)
+                                   : "lines " + std::to_string(firstLine_) + " to " + std::to_string(lastLine_);
+}
+
+std::string ImportReplay::columnName(std::size_t index) const {
+    const std::string name = index < headers_.size() ? headers_[index] : std::string();
+    return "column " + std::to_string(index + 1) + (name.empty() ? "" : ' ' + fitted(printable(name), longestShown));
+}
+
+/// Names are read as the importer reads texts: what is not UTF-8 is ISO 8859-1.
+void ImportReplay::makeUtf8(std::string& name) const {
+    if (!is_valid_utf8(name.c_str())) {
+        name = convertUnicodeANSIToUTF8(reinterpret_cast<unsigned char*>(name.data()), static_cast<int>(name.size()));
+    }
+}
+
+bool ImportReplay::isCommaSeparated() {
+    return countColumns("a,b") == 2;
+}
+
+std::size_t ImportReplay::countColumns(const std::string& text) {
+    const std::vector<std::string> kept = tokens;
+    tokenizeLine(text);
+    const std::size_t count = tokens.size();
+    tokens = kept;
+    return count;
+}
+
+bool ImportReplay::endsInsideQuotes(const std::string& text) {
+    return !text.empty() && countColumns(text + (isCommaSeparated() ? ',' : ';')) == countColumns(text);
+}
+
+std::string ImportReplay::describeHeaderFault() {
+    const std::size_t count = tokens.size();
+    switch (csvType) {
+        case CSV_INVALID_DELIMITERS:
+            return "line 1: one column, " + shownText(line) +
+                   "; the names of a header are separated by semicolons or commas" +
+                   (line.find('\t') == std::string::npos ? "" : ", not by tabs");
+        case CSV_TOO_MANY_HEADERS:
+            return "line 1: " + counted(count, "column") + "; a header has at most 100";
+        default:
+            return count == 0 ? "line 1: is empty where the names of the columns are expected"
+                   : count == std::size(format::tamberNames) ? describeHeaderNames()
+                                                             : describeHeaderCount();
+    }
+}
+
+std::string ImportReplay::describeHeaderNames() {
+    // The check fills this map up to the first name that differs.
+    const auto differing =
+        static_cast<std::size_t>(std::find(columnMap.begin(), columnMap.end(), -1) - columnMap.begin());
+    std::vector<std::string> sorted(tokens);
+    std::vector<std::string> expected(std::begin(format::tamberNames), std::end(format::tamberNames));
+    std::sort(sorted.begin(), sorted.end());
+    std::sort(expected.begin(), expected.end());
+    return "line 1, column " + std::to_string(differing + 1) + ": " + shownText(tokens[differing]) +
+           " where the Tamber layout has " + shownText(format::tamberNames[differing]) +
+           (sorted == expected ? "; the names are right, but their order is fixed" : "");
+}
+
+std::string ImportReplay::describeHeaderCount() {
+    std::string sentence = "line 1: " + counted(tokens.size(), "column") + "; an Outlook export needs " +
+                           std::to_string(outlookColumnCount) + ", the Tamber layout " +
+                           std::to_string(std::size(format::tamberNames));
+    for (const KnownHeader& known : knownHeaders) {
+        if (known.count == tokens.size()) {
+            sentence += std::string(" (") + known.origin + ')';
+        }
+    }
+    return sentence + "; " + convertHint;
+}
+
+std::string ImportReplay::describeDefaultDialFault() {
+    return lines() + ", " + columnName(format::defaultDialField) + ": " + shownText(tokens[format::defaultDialField]) +
+           " is not a number from 0 to 4" +
+           (tokens[format::defaultDialField] == loneQuote ? "; the format reads an empty quoted field that way" : "");
+}
+
+std::string ImportReplay::columnsFound(std::size_t count) const {
+    return counted(count, "column") + " where the header has " + std::to_string(headerCount);
+}
+
+std::string ImportReplay::describeColumnFault() {
+    if (line.empty()) {
+        return lines() + ": is empty; take it out";
+    }
+    if (layout_ == CSV_TAMBER) {
+        return lines() + ": " + columnsFound(tokens.size()) +
+               (endsInsideQuotes(line) ? "; a quoted text is not closed, and here it cannot go on in the next line"
+                                       : "");
+    }
+    const bool isJoined = lastLine_ > firstLine_;
+    const std::string first = line.substr(0, firstLength_);
+    if (isJoined && !endsInsideQuotes(first)) {
+        return "line " + std::to_string(firstLine_) + ": " + columnsFound(countColumns(first)) +
+               "; it ends in a text without quotes, so line " + std::to_string(firstLine_ + 1) +
+               " was taken for its continuation";
+    }
+    if (tokens.size() > headerCount) {
+        return lines() + ": together " + columnsFound(tokens.size());
+    }
+    const std::size_t quote = isJoined ? nextLine.find('"') : std::string::npos;
+    if (quote != std::string::npos && nextLine.compare(quote, 2, "\",") != 0) {
+        return "line " + std::to_string(lastLine_) + ": a double quote inside the text that line " +
+               std::to_string(firstLine_) + " began; the quote that ends such a text has a comma behind it";
+    }
+    return describeShortRecord(first, isJoined);
+}
+
+std::string ImportReplay::describeShortRecord(const std::string& first, bool isJoined) {
+    // The importer tried to fill the record up with commas; what stood before that tells more.
+    const std::string sentence = lines() + ": " + columnsFound(isJoined ? tokens.size() : countColumns(first));
+    if (!endsInsideQuotes(line)) {
+        return sentence + "; a row that is short is filled up only where commas separate the columns";
+    }
+    return sentence + (!isJoined && !first.empty() && first.back() == ','
+                           ? "; it ends in a comma inside a quoted text, which is not carried on to the next line"
+                           : "; a quoted text is not closed before the file ends");
+}
+
+std::string ImportReplay::describeEscapeFault() {
+    const std::size_t start = startOfRefusedColumn();
+    const std::string text = line.substr(start);
+    const std::string place =
+        isHeader_ ? "line 1" : "line " + std::to_string(lastLine_) + ", " + columnName(refusedColumn_);
+    // A backslash takes the character behind it, wherever it stands; which ones it may take, the splitter says.
+    for (std::size_t at = text.find('\\'); at != std::string::npos; at = text.find('\\', at + 2)) {
+        if (!isRefused(text.substr(at, 2))) {
+            continue;
+        }
+        return place + (at + 1 == text.size()
+                            ? ": the backslash at the end of the line has nothing to escape; write two for one"
+                            : ": the backslash before " + shownText(firstCharacter(text.substr(at + 1, 4))) +
+                                  " is not an escape the format knows; write two backslashes for one");
+    }
+    return std::string();
+}
+
+std::size_t ImportReplay::startOfRefusedColumn() {
+    std::size_t start = 0;
+    refusedColumn_ = 0;
+    try {
+        const boost::tokenizer<Separator> pieces(line, separator);
+        const auto end = pieces.end();
+        for (auto piece = pieces.begin(); piece != end; ++piece) {
+            start = static_cast<std::size_t>(piece.base() - line.cbegin());
+            ++refusedColumn_;
+        }
+    } catch (const std::exception&) {
+        // The column behind the last one that came through.
+    }
+    return start;
+}
+
+bool ImportReplay::isRefused(const std::string& text) {
+    try {
+        tokenizeLine(text);
+        return false;
+    } catch (const boost::escaped_list_error&) {
+        return true;
+    }
+}
+
+}  // namespace calljournal

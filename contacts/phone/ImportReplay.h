@@ -1,0 +1,111 @@
+#ifndef CALLJOURNAL_IMPORTREPLAY_H
+#define CALLJOURNAL_IMPORTREPLAY_H
+
+#include <cstddef>
+#include <cstdint>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ImportContactsCSVParser.h"
+
+namespace calljournal {
+
+/// Counts the physical lines of a file between two places that are asked for in ascending order.
+class PhysicalLines {
+public:
+    explicit PhysicalLines(const std::string& path) : file_(path, std::ios::binary) {}
+
+    /// Returns how many lines begin in the bytes from `begin` up to `end`.
+    std::size_t between(std::uint64_t begin, std::uint64_t end);
+
+private:
+    std::ifstream file_;
+};
+
+/// Takes the importer's own steps over a file once more, to say where and why they refuse it.
+///
+/// The importer tells an outcome and no place. Here its steps run line by line, unchanged, and what they leave in its
+/// members is looked at after each; so a place found is one that the import stumbles over, whatever the rules are.
+/// The file stays. The log should be off, or it hears everything twice.
+class ImportReplay : public ImportContactsCSVParser {
+public:
+    /// Where an import went wrong, and why, in words for people.
+    struct Fault {
+        int outcome;  ///< A CSVType.
+        std::string sentence;
+    };
+
+    explicit ImportReplay(unsigned existingContacts);
+
+    /// Replays the import of the file. Tells `progress`, if given, how many bytes are behind it.
+    void replay(const std::string& path, const std::function<void(std::uint64_t)>& progress = {});
+
+    /// What the import stumbles over, in the order of the file. At most two: a line that is refused does not keep a
+    /// later one from ending the import. Empty for a file that is imported.
+    const std::vector<Fault>& faults() const { return faults_; }
+
+    /// The most contacts that the phonebook holds.
+    static unsigned contactLimit();
+
+protected:
+    /// Called after the header (of an accepted layout) and after each record that was taken without fault. `contact` is
+    /// null for the header and for a record that gives none.
+    virtual void recordTaken(const Contact* contact);
+
+    /// The physical lines of the current record: "line 4" or "lines 4 to 6".
+    std::string lines() const;
+    bool isHeader() const { return isHeader_; }
+
+    /// "column 12 DefaultDial"; columns count from 1.
+    std::string columnName(std::size_t index) const;
+
+    /// Whether the comma separates columns, rather than the semicolon.
+    bool isCommaSeparated();
+
+    const std::vector<std::string>& headers() const { return headers_; }
+
+private:
+    bool readLine();
+    bool isOnlyCounted() const;
+    bool takeLine();
+    void settle();
+    void settleLimit();
+    void addFault(int outcome, const std::string& sentence);
+
+    void makeUtf8(std::string& name) const;
+    std::size_t countColumns(const std::string& text);
+    bool endsInsideQuotes(const std::string& text);
+    bool isRefused(const std::string& text);
+    std::size_t startOfRefusedColumn();
+
+    std::string describeHeaderFault();
+    std::string describeHeaderNames();
+    std::string describeHeaderCount();
+    std::string describeDefaultDialFault();
+    std::string describeColumnFault();
+    std::string describeShortRecord(const std::string& first, bool isJoined);
+    std::string describeEscapeFault();
+    std::string columnsFound(std::size_t count) const;
+
+    std::vector<Fault> faults_;
+    std::vector<std::string> headers_;
+    unsigned existingContacts_;
+    std::size_t records_ = 0;    ///< Records behind the header, those beyond the limit included.
+    std::size_t limitLine_ = 0;  ///< The first line beyond the contact limit; 0 if there is none.
+    std::size_t firstLine_ = 0;  ///< The physical lines of the current record, the first line of the file being 1.
+    std::size_t lastLine_ = 0;
+    std::size_t firstLength_ = 0;    ///< How much of `line` the record's first physical line was.
+    std::size_t refusedColumn_ = 0;  ///< The column that the splitter refused.
+    int layout_ = 0;                 ///< `csvType` before the current line.
+    bool isHeader_ = false;          ///< The current line is the header.
+    std::string exception_;          ///< What the current line threw.
+};
+
+/// The text in quotes, as far as a sentence bears it.
+std::string shownText(const std::string& text);
+
+}  // namespace calljournal
+
+#endif

@@ -1,0 +1,66 @@
+#include "PhoneFile.h"
+
+#include "ContactColumns.h"
+#include "Utf8.h"
+
+namespace calljournal {
+
+namespace {
+
+constexpr char separator = ';';
+
+bool needsEscape(char c) {
+    return c == '\\' || c == '"' || c == '\n';
+}
+
+void appendEscaped(std::string& line, const std::string& text) {
+    for (const char c : text) {
+        if (needsEscape(c) || c == separator) {
+            line += '\\';
+        }
+        line += c == '\n' ? 'n' : c;
+    }
+}
+
+/// The importer turns two quotes side by side into an escaped one before it looks at anything else. So quotes around a
+/// column are for those without a quote inside, as other programs like them; any other column escapes what it holds.
+void appendColumn(std::string& line, const std::string& text) {
+    bool hasSeparator = false;
+    for (const char c : text) {
+        if (needsEscape(c)) {
+            appendEscaped(line, text);
+            return;
+        }
+        hasSeparator = hasSeparator || c == separator;
+    }
+    if (hasSeparator) {
+        line.append(1, '"').append(text).append(1, '"');
+    } else {
+        line += text;
+    }
+}
+
+}  // namespace
+
+std::string phoneFileHeader() {
+    std::string header;
+    for (const char* name : format::tamberNames) {
+        header.append(header.empty() ? "" : ";").append(name);
+    }
+    return header + '\n';
+}
+
+void appendPhoneLine(std::string& file, const Contact& contact) {
+    for (const format::TextMember member : format::tamberTexts) {
+        appendColumn(file, contact.*member);
+        file += separator;
+    }
+    file += std::to_string(contact.defaultDial);
+    file += '\n';
+}
+
+std::size_t storableLength(std::string_view text) {
+    return wholeCharacters(text, format::storedLength(text));
+}
+
+}  // namespace calljournal
