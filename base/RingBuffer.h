@@ -1,5 +1,5 @@
-#ifndef CALLJOURNAL_HANDOVER_H
-#define CALLJOURNAL_HANDOVER_H
+#ifndef CALLJOURNAL_RINGBUFFER_H
+#define CALLJOURNAL_RINGBUFFER_H
 
 #include <condition_variable>
 #include <cstddef>
@@ -18,9 +18,9 @@ namespace calljournal {
 ///
 /// Either thread may end this by close().
 template <class Item>
-class HandOver {
+class RingBuffer {
 public:
-    explicit HandOver(std::size_t count) : items_(count) {}
+    explicit RingBuffer(std::size_t count) : items_(count) {}
 
     /// Waits for an item to fill. Returns null after close().
     Item* toFill() {

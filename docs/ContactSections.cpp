@@ -16,22 +16,22 @@ namespace calljournal {
 
 namespace {
 
-/// The field of a contact that a value of that meaning gets if it is the only one; empty if it is not taken over.
-std::string_view fieldOf(Meaning meaning) {
+/// The field of a contact that a value of that kind gets if it is the only one; empty if it is not taken over.
+std::string_view fieldOf(FieldKind kind) {
     static const ContactMapper mapper(NumberStyle::keep, "DE");
     AddressRecord record;
-    record.values.add() = {meaning, "1", "column"};
+    record.values.add() = {kind, "1", "column"};
     MappedContact mapped;
     mapper.map(record, mapped);
     return mapped.taken.empty() ? std::string_view() : mapped.taken[0].field;
 }
 
 /// Columns whose kind another cell tells, with what they can become.
-std::string_view typedField(Meaning meaning) {
-    const bool isPhone = meaning >= Meaning::phone1 && meaning <= Meaning::phone7;
-    const bool isAddress = meaning >= Meaning::formattedAddress1 && meaning != Meaning::address1Type &&
-                           meaning != Meaning::address2Type && meaning != Meaning::address1State &&
-                           meaning != Meaning::address2State;
+std::string_view typedField(FieldKind kind) {
+    const bool isPhone = kind >= FieldKind::phone1 && kind <= FieldKind::phone7;
+    const bool isAddress = kind >= FieldKind::formattedAddress1 && kind != FieldKind::address1Type &&
+                           kind != FieldKind::address2Type && kind != FieldKind::address1State &&
+                           kind != FieldKind::address2State;
     return isPhone ? "by kind" : isAddress ? "address by kind" : std::string_view();
 }
 
@@ -110,19 +110,19 @@ std::string programTable() {
 }
 
 /// What becomes of a column: a field, or a field that the cell beside it tells. Empty if it is not taken over.
-std::string_view targetOf(Meaning meaning) {
-    if (meaning == Meaning::other) {
+std::string_view targetOf(FieldKind kind) {
+    if (kind == FieldKind::other) {
         return {};
     }
-    return meaning > Meaning::other ? typedField(meaning) : fieldOf(meaning);
+    return kind > FieldKind::other ? typedField(kind) : fieldOf(kind);
 }
 
 /// The columns of a program that go to one field, in its order.
 std::vector<std::string> namesFor(const Program& program, std::string_view target) {
     std::vector<std::string> names;
     for (const KnownHeader* const header : program.shown) {
-        for (const NamedMeaning& column : header->columns) {
-            if (targetOf(column.meaning) == target && !contains(names, column.name)) {
+        for (const NamedKind& column : header->columns) {
+            if (targetOf(column.kind) == target && !contains(names, column.name)) {
                 names.push_back(column.name);
             }
         }

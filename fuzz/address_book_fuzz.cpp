@@ -29,7 +29,7 @@ void checkRecord(const AddressRecord& record, std::size_t lineBefore) {
     FUZZ_CHECK(record.firstLine > lineBefore && record.lastLine >= record.firstLine);
     FUZZ_CHECK(record.fault.empty() || record.values.empty());
     for (const AddressValue& value : record.values) {
-        FUZZ_CHECK(value.meaning <= calljournal::Meaning::other);
+        FUZZ_CHECK(value.kind <= calljournal::FieldKind::other);
         FUZZ_CHECK(isText(value.text));
     }
 }
@@ -63,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     calljournal::ReadingOptions options;
     options.charset = charsets[input.byte() % 8];
-    options.mappings = {{"x", calljournal::Meaning::mobile}};
+    options.mappings = {{"x", calljournal::FieldKind::mobile}};
     const std::string bytes = input.rest();
     FUZZ_CHECK(readAll(bytes, options) == readAll(bytes, options));
     return 0;

@@ -15,14 +15,14 @@
 #include "ContactMapper.h"
 #include "ContactSpool.h"
 #include "ConvertReport.h"
+#include "DuplicateFinder.h"
 #include "ExitCode.h"
 #include "ImportReplay.h"
 #include "Interruption.h"
-#include "NearContacts.h"
 #include "NumberMatcher.h"
 #include "PrintableText.h"
 #include "ProgressBar.h"
-#include "RecordsAhead.h"
+#include "ReadAhead.h"
 #include "TemporaryFolder.h"
 #include "Wording.h"
 
@@ -113,7 +113,7 @@ private:
         bar_.start("reading " + name, [done, total] { return ProgressBar::Position{*done, total}; });
         const ContactMapper mapper(styleOf(options_.numbers), region_);
         MappedContact mapped;
-        RecordsAhead records(*book);
+        ReadAhead records(*book);
         while (const AddressRecord* record = records.next()) {
             mapper.map(*record, mapped);
             take(file, *record, mapped);
@@ -271,7 +271,7 @@ private:
     const unsigned limit_;
     ContactSpool spool_;
     std::unique_ptr<IdentityTable> table_;
-    NearContacts near_;
+    DuplicateFinder near_;
     std::map<std::uint64_t, std::uint64_t> mergedInto_;  ///< Contacts that are part of an earlier one.
     std::map<std::uint64_t, std::uint64_t> current_;     ///< Where the text of a contact stands that grew.
     std::uint64_t firstPass_ = 0;                        ///< The end of the contacts as they were read.

@@ -39,64 +39,65 @@ bool isAddress(std::size_t field) {
 
 /// A field and one source that may fill it if it is still empty. The rows are tried in order.
 struct Choice {
-    constexpr Choice(TextMember member, Meaning from) : field(fieldOf(member)), meaning(from) {}
+    constexpr Choice(TextMember member, FieldKind from) : field(fieldOf(member)), kind(from) {}
 
     std::size_t field;
-    Meaning meaning;
+    FieldKind kind;
 };
 
 /// The importer's own choices, in its order ...
 constexpr Choice importersChoices[] = {
-    {&Contact::lastName, Meaning::family},      {&Contact::firstName, Meaning::given},
-    {&Contact::business1, Meaning::workPhone},  {&Contact::business1, Meaning::primaryPhone},
-    {&Contact::business2, Meaning::workPhone2}, {&Contact::mobile1, Meaning::mobile},
-    {&Contact::mobile1, Meaning::carPhone},     {&Contact::private1, Meaning::homePhone},
-    {&Contact::company1, Meaning::company},     {&Contact::position, Meaning::jobTitle},
-    {&Contact::email1, Meaning::email1},
+    {&Contact::lastName, FieldKind::family},      {&Contact::firstName, FieldKind::given},
+    {&Contact::business1, FieldKind::workPhone},  {&Contact::business1, FieldKind::primaryPhone},
+    {&Contact::business2, FieldKind::workPhone2}, {&Contact::mobile1, FieldKind::mobile},
+    {&Contact::mobile1, FieldKind::carPhone},     {&Contact::private1, FieldKind::homePhone},
+    {&Contact::company1, FieldKind::company},     {&Contact::position, FieldKind::jobTitle},
+    {&Contact::email1, FieldKind::email1},
 };
 
 /// ... and what else fills a place that they leave empty, so that it is not lost.
 constexpr Choice furtherChoices[] = {
-    {&Contact::business2, Meaning::workPhone},     {&Contact::business1, Meaning::workPhone2},
-    {&Contact::business1, Meaning::companyPhone},  {&Contact::business2, Meaning::companyPhone},
-    {&Contact::mobile1, Meaning::mobile},          {&Contact::mobile1, Meaning::radioPhone},
-    {&Contact::private1, Meaning::homePhone2},     {&Contact::private1, Meaning::homePhone},
-    {&Contact::business2, Meaning::primaryPhone},  {&Contact::private1, Meaning::primaryPhone},
-    {&Contact::private1, Meaning::otherPhone},     {&Contact::business2, Meaning::otherPhone},
-    {&Contact::business2, Meaning::callbackPhone}, {&Contact::business2, Meaning::isdn},
-    {&Contact::private1, Meaning::mobile},         {&Contact::private1, Meaning::carPhone},
-    {&Contact::email1, Meaning::email2},           {&Contact::email1, Meaning::email3},
-    {&Contact::email1, Meaning::email4},           {&Contact::firstName, Meaning::middle},
+    {&Contact::business2, FieldKind::workPhone},     {&Contact::business1, FieldKind::workPhone2},
+    {&Contact::business1, FieldKind::companyPhone},  {&Contact::business2, FieldKind::companyPhone},
+    {&Contact::mobile1, FieldKind::mobile},          {&Contact::mobile1, FieldKind::radioPhone},
+    {&Contact::private1, FieldKind::homePhone2},     {&Contact::private1, FieldKind::homePhone},
+    {&Contact::business2, FieldKind::primaryPhone},  {&Contact::private1, FieldKind::primaryPhone},
+    {&Contact::private1, FieldKind::otherPhone},     {&Contact::business2, FieldKind::otherPhone},
+    {&Contact::business2, FieldKind::callbackPhone}, {&Contact::business2, FieldKind::isdn},
+    {&Contact::private1, FieldKind::mobile},         {&Contact::private1, FieldKind::carPhone},
+    {&Contact::email1, FieldKind::email2},           {&Contact::email1, FieldKind::email3},
+    {&Contact::email1, FieldKind::email4},           {&Contact::firstName, FieldKind::middle},
 };
 
 /// What a contact without any name is called by.
-constexpr Choice nameChoices[] = {{&Contact::lastName, Meaning::displayName}, {&Contact::lastName, Meaning::nickname}};
+constexpr Choice nameChoices[] = {{&Contact::lastName, FieldKind::displayName},
+                                  {&Contact::lastName, FieldKind::nickname}};
 
 /// The address in the phone's own form.
-constexpr Choice ownAddress[] = {{&Contact::address1, Meaning::addressLine1},
-                                 {&Contact::address2, Meaning::addressLine2}};
+constexpr Choice ownAddress[] = {{&Contact::address1, FieldKind::addressLine1},
+                                 {&Contact::address2, FieldKind::addressLine2}};
 
 /// One of the addresses that a record may have; the first that there is becomes the contact's.
 struct Address {
-    Meaning streets[3];
-    Meaning poBox;
-    Meaning whole;
-    Meaning line[3];  ///< City, postal code, country: what the importer joins.
+    FieldKind streets[3];
+    FieldKind poBox;
+    FieldKind whole;
+    FieldKind line[3];  ///< City, postal code, country: what the importer joins.
 };
 
 constexpr Address addresses[] = {
-    {{Meaning::workStreet, Meaning::workStreet2, Meaning::workStreet3},
-     Meaning::workPoBox,
-     Meaning::workAddress,
-     {Meaning::workCity, Meaning::workPostcode, Meaning::workCountry}},
-    {{Meaning::homeStreet, Meaning::homeStreet2, Meaning::homeStreet3},
-     Meaning::homePoBox,
-     Meaning::homeAddress,
-     {Meaning::homeCity, Meaning::homePostcode, Meaning::homeCountry}},
-    {{Meaning::otherStreet, Meaning::otherStreet2, Meaning::otherStreet3},
-     Meaning::otherPoBox,
-     Meaning::otherAddress,
-     {Meaning::otherCity, Meaning::otherPostcode, Meaning::otherCountry}},
+    {{FieldKind::workStreet, FieldKind::workStreet2, FieldKind::workStreet3},
+     FieldKind::workPoBox,
+     FieldKind::workAddress,
+     {FieldKind::workCity, FieldKind::workPostcode, FieldKind::workCountry}},
+    {{FieldKind::homeStreet, FieldKind::homeStreet2, FieldKind::homeStreet3},
+     FieldKind::homePoBox,
+     FieldKind::homeAddress,
+     {FieldKind::homeCity, FieldKind::homePostcode, FieldKind::homeCountry}},
+    {{FieldKind::otherStreet, FieldKind::otherStreet2, FieldKind::otherStreet3},
+     FieldKind::otherPoBox,
+     FieldKind::otherAddress,
+     {FieldKind::otherCity, FieldKind::otherPostcode, FieldKind::otherCountry}},
 };
 
 bool isLineEnd(char c) {
@@ -153,23 +154,23 @@ public:
 private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
-    /// Most records have each meaning once, or not at all; looking for one is then a look into a table.
+    /// Most records have each kind once, or not at all; looking for one is then a look into a table.
     void findFirst() {
         first_.fill(none);
         for (std::size_t i = record_.values.size(); i-- != 0;) {
-            first_[static_cast<std::size_t>(record_.values[i].meaning)] = i;
+            first_[static_cast<std::size_t>(record_.values[i].kind)] = i;
         }
     }
 
-    /// The first value of that meaning that nothing has taken yet and that has a text.
-    std::size_t find(Meaning meaning) const {
-        std::size_t i = first_[static_cast<std::size_t>(meaning)];
+    /// The first value of that kind that nothing has taken yet and that has a text.
+    std::size_t find(FieldKind kind) const {
+        std::size_t i = first_[static_cast<std::size_t>(kind)];
         if (i == none) {
             return none;
         }
         for (; i < record_.values.size(); ++i) {
             const AddressValue& value = record_.values[i];
-            if (value.meaning == meaning && !mapped_.isUsed[i] &&
+            if (value.kind == kind && !mapped_.isUsed[i] &&
                 !std::all_of(value.text.begin(), value.text.end(), isLineEnd)) {
                 return i;
             }
@@ -182,7 +183,7 @@ private:
     void choose(const Choice* choice, const Choice* end) {
         for (; choice != end; ++choice) {
             std::string& target = textOf(choice->field);
-            const std::size_t found = target.empty() ? find(choice->meaning) : none;
+            const std::size_t found = target.empty() ? find(choice->kind) : none;
             if (found != none) {
                 take(found, choice->field, target);
             }
@@ -229,7 +230,7 @@ private:
     }
 
     bool hasAny(const Address& address) const {
-        const auto isThere = [this](Meaning meaning) { return find(meaning) != none; };
+        const auto isThere = [this](FieldKind kind) { return find(kind) != none; };
         return std::any_of(std::begin(address.streets), std::end(address.streets), isThere) ||
                std::any_of(std::begin(address.line), std::end(address.line), isThere) || isThere(address.whole) ||
                isThere(address.poBox);
@@ -237,8 +238,8 @@ private:
 
     void takeAddress(const Address& address) {
         std::string& street = mapped_.contact.address1;
-        for (const Meaning meaning : address.streets) {
-            addStreet(street, meaning);
+        for (const FieldKind kind : address.streets) {
+            addStreet(street, kind);
         }
         if (street.empty()) {
             addStreet(street, address.poBox);
@@ -249,8 +250,8 @@ private:
         }
     }
 
-    void addStreet(std::string& street, Meaning meaning) {
-        const std::size_t found = find(meaning);
+    void addStreet(std::string& street, FieldKind kind) {
+        const std::size_t found = find(kind);
         if (found != none) {
             std::string text;
             take(found, address1, text);
@@ -261,7 +262,7 @@ private:
     void joinLine(const Address& address) {
         std::array<std::size_t, 3> parts;
         std::transform(std::begin(address.line), std::end(address.line), parts.begin(),
-                       [this](Meaning meaning) { return find(meaning); });
+                       [this](FieldKind kind) { return find(kind); });
         if (std::all_of(parts.begin(), parts.end(), [](std::size_t part) { return part == none; })) {
             return;
         }
@@ -287,7 +288,7 @@ private:
 
     void deriveDefault() {
         mapped_.contact.defaultDial = format::derivedDefaultDial(mapped_.contact);
-        const std::size_t told = find(Meaning::defaultDial);
+        const std::size_t told = find(FieldKind::defaultDial);
         if (told == none) {
             return;
         }
@@ -315,7 +316,7 @@ private:
     const AddressRecord& record_;
     const NumberWriter& numbers_;
     MappedContact& mapped_;
-    std::array<std::size_t, meaningCount> first_;
+    std::array<std::size_t, fieldKindCount> first_;
     std::array<std::string_view, fieldCount> sources_;  ///< Of each field's text.
 };
 

@@ -103,9 +103,9 @@ private:
     bool read(std::string_view& bytes) {
         for (;;) {
             pollfd wait = {source_, POLLIN, 0};
-            const int ready = ::poll(&wait, 1, options_.patience);
+            const int ready = ::poll(&wait, 1, options_.timeout);
             if (ready == 0) {
-                result_.problem = fmt::format("nothing came for {:g} seconds", options_.patience / 1000.0);
+                result_.problem = fmt::format("nothing came for {:g} seconds", options_.timeout / 1000.0);
                 return false;
             }
             const ssize_t count = ready < 0 ? -1 : ::read(source_, buffer_.data(), buffer_.size());

@@ -11,7 +11,7 @@ namespace calljournal {
 struct CopyOptions {
     bool fromLatin1 = false;                                     ///< Turn ISO 8859-1 into UTF-8 on the way.
     std::uint64_t mostBytes = std::uint64_t{256} * 1024 * 1024;  ///< A file may have so many bytes.
-    int patience = 30000;                                        ///< Milliseconds to wait for the next bytes of a pipe.
+    int timeout = 30000;                                         ///< Milliseconds to wait for the next bytes of a pipe.
     std::function<void(std::uint64_t done, std::uint64_t total)> progress;  ///< Told in bytes; total 0: not known.
 };
 
@@ -29,7 +29,7 @@ struct CopyResult {
 };
 
 /// Copies what `source` holds, be it a file or a pipe, to the new file `target`, which only this user may read. Never
-/// reads on after `mostBytes`, never waits longer than `patience` for a byte.
+/// reads on after `mostBytes`, never waits longer than `timeout` for a byte.
 CopyResult copyPrivately(const std::string& source, const std::string& target, const CopyOptions& options);
 
 }  // namespace calljournal

@@ -57,14 +57,14 @@ std::size_t characters(const std::string& text) {
         text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0u) != 0x80u; }));
 }
 
-std::string meaningText(const RecognisedColumn& column) {
+std::string kindText(const RecognisedColumn& column) {
     if (!column.isKnown) {
         return "not recognised";
     }
-    if (column.meaning == Meaning::other) {
+    if (column.kind == FieldKind::other) {
         return "known, not taken over";
     }
-    return std::string(meaningName(column.meaning)) + (column.isMapped ? " (--map)" : "");
+    return std::string(fieldKindName(column.kind)) + (column.isMapped ? " (--map)" : "");
 }
 
 /// A name for a table: in one line, and not all of it if it is long.
@@ -93,7 +93,7 @@ std::string columnLines(const std::vector<RecognisedColumn>& columns) {
         const std::string name = shownName(columns[i].name);
         const std::size_t length = characters(name);
         lines +=
-            "  " + name + std::string(length < width ? width - length : 0, ' ') + "  " + meaningText(columns[i]) + '\n';
+            "  " + name + std::string(length < width ? width - length : 0, ' ') + "  " + kindText(columns[i]) + '\n';
     }
     return count < columns.size() ? lines + "  and " + std::to_string(columns.size() - count) + " more\n" : lines;
 }
@@ -106,7 +106,7 @@ std::string columnTable(const Recognition& recognition) {
         return "the file has no line with the names of its columns";
     }
     const auto useful = std::count_if(columns.begin(), columns.end(),
-                                      [](const RecognisedColumn& c) { return c.meaning != Meaning::other; });
+                                      [](const RecognisedColumn& c) { return c.kind != FieldKind::other; });
     std::string table = std::to_string(useful) + " of " + std::to_string(columns.size()) +
                         " columns mean something:\n" + columnLines(columns);
     const auto unknown =
@@ -122,11 +122,11 @@ std::string columnTable(const Recognition& recognition) {
 ColumnMapping columnMapping(std::string_view pair) {
     const std::size_t sign = pair.rfind('=');
     const std::string_view word = sign == std::string_view::npos ? "" : pair.substr(sign + 1);
-    const std::optional<Meaning> meaning = word == "-" ? Meaning::other : meaningOf(word);
-    if (!meaning || sign == 0) {
+    const std::optional<FieldKind> kind = word == "-" ? FieldKind::other : fieldKindOf(word);
+    if (!kind || sign == 0) {
         std::string words;
-        for (std::size_t i = 0; i < static_cast<std::size_t>(Meaning::other); ++i) {
-            words += (i == 0 ? "" : ", ") + std::string(meaningName(static_cast<Meaning>(i)));
+        for (std::size_t i = 0; i < static_cast<std::size_t>(FieldKind::other); ++i) {
+            words += (i == 0 ? "" : ", ") + std::string(fieldKindName(static_cast<FieldKind>(i)));
         }
         throw AddressBookError(
             AddressBookError::Reason::option,
@@ -135,7 +135,7 @@ ColumnMapping columnMapping(std::string_view pair) {
                 "one of " +
                 words);
     }
-    return {std::string(pair.substr(0, sign)), *meaning};
+    return {std::string(pair.substr(0, sign)), *kind};
 }
 
 std::unique_ptr<AddressReader> openAddressBook(std::istream& bytes, const ReadingOptions& options) {

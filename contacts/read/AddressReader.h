@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "AddressRecord.h"
-#include "Meaning.h"
+#include "FieldKind.h"
 
 namespace calljournal {
 
@@ -18,8 +18,8 @@ enum class BookFormat { csv, vCard };
 
 /// A column of the header, in the order of the file.
 struct RecognisedColumn {
-    std::string name;  ///< As it stands in the file, UTF-8.
-    Meaning meaning = Meaning::other;
+    std::string name;  ///< As it is in the file, UTF-8.
+    FieldKind kind = FieldKind::other;
     bool isKnown = false;   ///< Its name is in the columns file, or the user mapped it.
     bool isMapped = false;  ///< The user mapped it.
 };
@@ -37,7 +37,7 @@ struct Recognition {
     std::vector<std::string> unusedMappings;  ///< The names of the user's mappings that fit no column of this file.
 };
 
-/// Returns the table that tells a user which columns were recognised as what and how to map the rest.
+/// Returns the table that shows a user which columns were recognised as what and how to map the rest.
 std::string columnTable(const Recognition& recognition);
 
 /// Reads one address book, record by record, with memory for one record. A record longer than longestRecord bytes is
@@ -50,8 +50,8 @@ public:
     virtual ~AddressReader() = default;
 
     /// Replaces `record` by the next one and returns true, or returns false at the end. A record that cannot be used
-    /// comes as well, with its `fault`, and the reading goes on behind it. Columns of a CSV file without a meaning are
-    /// not in the records, recognition() tells them once; properties of a vCard without one come as Meaning::other.
+    /// comes as well, with its `fault`, and the reading goes on behind it. Columns of a CSV file without a field kind are
+    /// not in the records, recognition() names them once; properties of a vCard without one come as FieldKind::other.
     /// Throws AddressBookError if the file cannot be read on.
     virtual bool next(AddressRecord& record) = 0;
 
@@ -70,10 +70,10 @@ protected:
 /// The longest record in UTF-8. A picture in a vCard does not count: its lines are skipped as they come.
 constexpr std::size_t longestRecord = std::size_t{1} << 20;
 
-/// A column that the user gave a meaning: `--map "Handy=Mobile1"`.
+/// A column whose field kind the user stated: `--map "Handy=Mobile1"`.
 struct ColumnMapping {
     std::string name;  ///< Compared as the names of the columns file are.
-    Meaning meaning;   ///< Meaning::other leaves the column out.
+    FieldKind kind;    ///< FieldKind::other leaves the column out.
 };
 
 /// What the user says about an address book.
@@ -84,7 +84,7 @@ struct ReadingOptions {
     std::vector<ColumnMapping> mappings;
 };
 
-/// Returns the mapping that `NAME=MEANING` describes. MEANING is a word of Meaning, a column of the phone's own file,
+/// Returns the mapping that `NAME=MEANING` describes. MEANING is a word of FieldKind, a column of the phone's own file,
 /// or "-" for a column that is to be left out. Throws AddressBookError for anything else, with the words that there
 /// are.
 ColumnMapping columnMapping(std::string_view pair);
@@ -95,7 +95,7 @@ class AddressBookError : public std::runtime_error {
 public:
     enum class Reason {
         file,     ///< It cannot be opened or read.
-        charset,  ///< Nothing tells in which character set it is, or the one asked for is not known.
+        charset,  ///< Nothing shows in which character set it is, or the one asked for is not known.
         header,   ///< No column that the phone could use was recognised. The text has the table of columns.
         option,   ///< A mapping or the columns file is wrong.
     };

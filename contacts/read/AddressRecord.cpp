@@ -19,10 +19,10 @@ std::size_t AddressValues::memory() const {
     return bytes;
 }
 
-const std::string& firstText(const AddressRecord& record, Meaning meaning) {
+const std::string& firstText(const AddressRecord& record, FieldKind kind) {
     static const std::string none;
     const auto found = std::find_if(record.values.begin(), record.values.end(),
-                                    [=](const AddressValue& value) { return value.meaning == meaning; });
+                                    [=](const AddressValue& value) { return value.kind == kind; });
     return found == record.values.end() ? none : found->text;
 }
 

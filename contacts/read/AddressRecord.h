@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "Meaning.h"
+#include "FieldKind.h"
 
 namespace calljournal {
 
 /// One text of a record and where it stood.
 struct AddressValue {
-    Meaning meaning;
+    FieldKind kind;
     std::string text;    ///< UTF-8, not empty, without blanks around it. It may hold line breaks, which are "\n".
     std::string source;  ///< The name of the column or property: "Telefon geschäftlich", "TEL;TYPE=CELL".
 };
@@ -52,15 +52,15 @@ struct AddressRecord {
     std::size_t number = 0;  ///< Counted from 1, those that cannot be used included.
     std::size_t firstLine = 0;
     std::size_t lastLine = 0;
-    /// In the order of the file. A meaning may occur more than once: the earlier value is the preferred one.
+    /// In the order of the file. A kind may occur more than once: the earlier value is the preferred one.
     AddressValues values;
     std::vector<Problem> problems;
     /// Why the record cannot be used; it has no values then. Empty for all others.
     std::string fault;
 };
 
-/// Returns the first text of that meaning, or an empty one. The text belongs to the record.
-const std::string& firstText(const AddressRecord& record, Meaning meaning);
+/// Returns the first text of that kind, or an empty one. The text belongs to the record.
+const std::string& firstText(const AddressRecord& record, FieldKind kind);
 
 }  // namespace calljournal
 

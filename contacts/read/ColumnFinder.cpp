@@ -24,15 +24,15 @@ std::string readColumnsFile(const std::string& path) {
     return text;
 }
 
-void addWords(std::unordered_map<std::string, Meaning>& words, const std::vector<NamedMeaning>& rows) {
-    for (const NamedMeaning& row : rows) {
-        words.emplace(row.key, row.meaning);
+void addWords(std::unordered_map<std::string, FieldKind>& words, const std::vector<NamedKind>& rows) {
+    for (const NamedKind& row : rows) {
+        words.emplace(row.key, row.kind);
     }
 }
 
-std::optional<Meaning> meaningIn(const std::unordered_map<std::string, Meaning>& words, std::string_view word) {
+std::optional<FieldKind> kindIn(const std::unordered_map<std::string, FieldKind>& words, std::string_view word) {
     const auto found = words.find(nameKey(word));
-    return found == words.end() ? std::nullopt : std::optional<Meaning>(found->second);
+    return found == words.end() ? std::nullopt : std::optional<FieldKind>(found->second);
 }
 
 /// That of the built-in table, which is made once.
@@ -89,12 +89,12 @@ const ColumnIndex::Places* ColumnIndex::placesOf(const std::string& name) const 
     return found == places_.end() ? nullptr : &found->second;
 }
 
-std::optional<Meaning> ColumnIndex::phoneType(std::string_view word) const {
-    return meaningIn(phoneTypes_, word);
+std::optional<FieldKind> ColumnIndex::phoneType(std::string_view word) const {
+    return kindIn(phoneTypes_, word);
 }
 
-std::optional<Meaning> ColumnIndex::addressType(std::string_view word) const {
-    return meaningIn(addressTypes_, word);
+std::optional<FieldKind> ColumnIndex::addressType(std::string_view word) const {
+    return kindIn(addressTypes_, word);
 }
 
 ColumnFinder::ColumnFinder(const ReadingOptions& options) : index_(&builtInIndex()) {
@@ -105,7 +105,7 @@ ColumnFinder::ColumnFinder(const ReadingOptions& options) : index_(&builtInIndex
         index_ = &ownIndex_;
     }
     for (const ColumnMapping& mapping : options.mappings) {
-        mappings_.insert({nameKey(mapping.name), {mapping.name, mapping.meaning}});
+        mappings_.insert({nameKey(mapping.name), {mapping.name, mapping.kind}});
     }
 }
 
@@ -169,7 +169,7 @@ FoundColumns ColumnFinder::find(const std::vector<std::string>& names) const {
         if (places[i] != nullptr) {
             const std::size_t header = bestHeader(*places[i], rank);
             const std::size_t place = walks[header].choose(placesIn(header, *places[i]));
-            column.meaning = headers[header]->columns[place].meaning;
+            column.kind = headers[header]->columns[place].kind;
             column.isKnown = true;
         }
         found.columns.push_back(std::move(column));
@@ -177,7 +177,7 @@ FoundColumns ColumnFinder::find(const std::vector<std::string>& names) const {
     applyMappings(found);
     for (const RecognisedColumn& column : found.columns) {
         found.known += column.isKnown ? 1 : 0;
-        found.useful += column.meaning != Meaning::other ? 1 : 0;
+        found.useful += column.kind != FieldKind::other ? 1 : 0;
     }
     return found;
 }
@@ -204,7 +204,7 @@ void ColumnFinder::applyMappings(FoundColumns& found) const {
     for (RecognisedColumn& column : found.columns) {
         const auto mapping = mappings_.find(nameKey(column.name));
         if (mapping != mappings_.end()) {
-            column.meaning = mapping->second.meaning;
+            column.kind = mapping->second.kind;
             column.isKnown = column.isMapped = true;
             used.insert(mapping->first);
         }

@@ -42,14 +42,14 @@ public:
     /// Returns all columns of that name, or null.
     const Places* placesOf(const std::string& name) const;
 
-    std::optional<Meaning> phoneType(std::string_view word) const;
-    std::optional<Meaning> addressType(std::string_view word) const;
+    std::optional<FieldKind> phoneType(std::string_view word) const;
+    std::optional<FieldKind> addressType(std::string_view word) const;
 
 private:
     std::vector<const KnownHeader*> headers_;
     std::unordered_map<std::string, Places> places_;
-    std::unordered_map<std::string, Meaning> phoneTypes_;
-    std::unordered_map<std::string, Meaning> addressTypes_;
+    std::unordered_map<std::string, FieldKind> phoneTypes_;
+    std::unordered_map<std::string, FieldKind> addressTypes_;
 };
 
 /// Finds out what the columns of a header mean: by what the user says about them, then by the user's file, then by the
@@ -64,8 +64,8 @@ public:
     FoundColumns find(const std::vector<std::string>& names) const;
 
     /// What a phone or an address of that kind is: "* Mobil" is mobile. Nothing for unknown words.
-    std::optional<Meaning> phoneType(std::string_view word) const { return index_->phoneType(word); }
-    std::optional<Meaning> addressType(std::string_view word) const { return index_->addressType(word); }
+    std::optional<FieldKind> phoneType(std::string_view word) const { return index_->phoneType(word); }
+    std::optional<FieldKind> addressType(std::string_view word) const { return index_->addressType(word); }
 
 private:
     using Place = ColumnIndex::Place;
@@ -85,7 +85,7 @@ private:
     const ColumnIndex* index_;
     struct Mapping {
         std::string name;
-        Meaning meaning;
+        FieldKind kind;
     };
     std::map<std::string, Mapping> mappings_;  ///< By the key of the name.
 };

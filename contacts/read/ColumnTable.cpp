@@ -92,8 +92,8 @@ private:
     }
 
     void readRow(const std::vector<std::string_view>& parts) {
-        const std::optional<Meaning> meaning = meaningOf(parts[0]);
-        if (!meaning) {
+        const std::optional<FieldKind> kind = fieldKindOf(parts[0]);
+        if (!kind) {
             refuse('"' + std::string(parts[0]) + "\" is no meaning; it is a word such as mobile, or Mobile1");
         }
         const std::string name = partOr(parts, 1, "");
@@ -104,12 +104,12 @@ private:
         if (rows_ == nullptr) {
             startHeader({});
         }
-        rows_->push_back({name, std::move(key), *meaning});
+        rows_->push_back({name, std::move(key), *kind});
     }
 
     std::string origin_;
     ColumnTable table_;
-    std::vector<NamedMeaning>* rows_ = nullptr;
+    std::vector<NamedKind>* rows_ = nullptr;
     std::size_t number_ = 0;
 };
 

@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "Meaning.h"
+#include "FieldKind.h"
 
 namespace calljournal {
 
@@ -16,10 +16,10 @@ namespace calljournal {
 std::string nameKey(std::string_view name);
 
 /// A name and what it means.
-struct NamedMeaning {
+struct NamedKind {
     std::string name;
     std::string key;
-    Meaning meaning;
+    FieldKind kind;
 };
 
 /// The columns that one version of one program writes in some languages, in its order.
@@ -29,14 +29,14 @@ struct KnownHeader {
     std::string languages;  ///< BCP 47, with ", " between them.
     int priority;           ///< Of equally good headers the smallest counts.
     std::string evidence;   ///< "export", "texts" or "table": see columns.tsv.
-    std::vector<NamedMeaning> columns;
+    std::vector<NamedKind> columns;
 };
 
 /// What columns.tsv, or a user's file of that kind, says.
 struct ColumnTable {
     std::vector<KnownHeader> headers;
-    std::vector<NamedMeaning> phoneTypes;    ///< "Mobil" is mobile.
-    std::vector<NamedMeaning> addressTypes;  ///< "Privat" is homeAddress.
+    std::vector<NamedKind> phoneTypes;    ///< "Mobil" is mobile.
+    std::vector<NamedKind> addressTypes;  ///< "Privat" is homeAddress.
 };
 
 /// Reads such a file. `origin` is what it is called in the AddressBookError that a bad line throws.

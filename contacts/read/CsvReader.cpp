@@ -47,15 +47,15 @@ std::optional<char> namedDelimiter(std::string_view line) {
     return {};
 }
 
-std::size_t offset(Meaning meaning, Meaning first) {
-    return static_cast<std::size_t>(meaning) - static_cast<std::size_t>(first);
+std::size_t offset(FieldKind kind, FieldKind first) {
+    return static_cast<std::size_t>(kind) - static_cast<std::size_t>(first);
 }
 
-bool isBetween(Meaning meaning, Meaning first, Meaning last) {
-    return meaning >= first && meaning <= last;
+bool isBetween(FieldKind kind, FieldKind first, FieldKind last) {
+    return kind >= first && kind <= last;
 }
 
-/// The parts of formattedAddress1 and formattedAddress2, in the order of the meanings; the second is the kind.
+/// The parts of formattedAddress1 and formattedAddress2, in the order of their field kinds; the second is the type.
 constexpr AddressPart typedParts[] = {AddressPart::whole,    AddressPart::whole,   AddressPart::street,
                                       AddressPart::street2,  AddressPart::city,    AddressPart::state,
                                       AddressPart::postcode, AddressPart::country, AddressPart::poBox};
@@ -74,8 +74,8 @@ void forEachPart(std::string_view cell, const Take& take) {
     take(cell);
 }
 
-std::string sourceWithKind(const std::string& name, std::string_view kind) {
-    return kind.empty() ? name : name + " (" + std::string(kind) + ')';
+std::string sourceWithType(const std::string& name, std::string_view type) {
+    return type.empty() ? name : name + " (" + std::string(type) + ')';
 }
 
 }  // namespace
@@ -128,27 +128,27 @@ void CsvReader::readHeader(bool hasSeparatorLine) {
 void CsvReader::planColumns() {
     const std::vector<RecognisedColumn>& columns = recognition_.columns;
     for (std::size_t column = 0; column < columns.size(); ++column) {
-        const Meaning meaning = columns[column].meaning;
-        const bool isValue = meaning < Meaning::other;
+        const FieldKind kind = columns[column].kind;
+        const bool isValue = kind < FieldKind::other;
         if (isValue) {
-            plain_.push_back({column, meaning, isBetween(meaning, Meaning::email1, Meaning::email4)});
+            plain_.push_back({column, kind, isBetween(kind, FieldKind::email1, FieldKind::email4)});
         } else {
-            planTyped(column, meaning);
+            planTyped(column, kind);
         }
     }
     std::stable_partition(plain_.begin(), plain_.end(),
                           [&](const PlainColumn& plain) { return columns[plain.column].isMapped; });
 }
 
-void CsvReader::planTyped(std::size_t column, Meaning meaning) {
-    if (isBetween(meaning, Meaning::phone1, Meaning::phone7)) {
-        phones_[offset(meaning, Meaning::phone1)].value = column;
-    } else if (isBetween(meaning, Meaning::phoneType1, Meaning::phoneType7)) {
-        phones_[offset(meaning, Meaning::phoneType1)].type = column;
-    } else if (meaning == Meaning::address1Type || meaning == Meaning::address2Type) {
-        addressTypes_[meaning == Meaning::address1Type ? 0 : 1] = column;
-    } else if (meaning >= Meaning::formattedAddress1) {
-        const std::size_t place = offset(meaning, Meaning::formattedAddress1);
+void CsvReader::planTyped(std::size_t column, FieldKind kind) {
+    if (isBetween(kind, FieldKind::phone1, FieldKind::phone7)) {
+        phones_[offset(kind, FieldKind::phone1)].value = column;
+    } else if (isBetween(kind, FieldKind::phoneType1, FieldKind::phoneType7)) {
+        phones_[offset(kind, FieldKind::phoneType1)].type = column;
+    } else if (kind == FieldKind::address1Type || kind == FieldKind::address2Type) {
+        addressTypes_[kind == FieldKind::address1Type ? 0 : 1] = column;
+    } else if (kind >= FieldKind::formattedAddress1) {
+        const std::size_t place = offset(kind, FieldKind::formattedAddress1);
         addressParts_.push_back({column, place / std::size(typedParts), typedParts[place % std::size(typedParts)]});
     }
 }
@@ -210,9 +210,9 @@ void CsvReader::noteLost(AddressRecord& record, std::string_view text, const std
 void CsvReader::addPlain(AddressRecord& record, const PlainColumn& plain, std::string_view text) const {
     const std::string& source = nameOf(plain.column);
     if (plain.isList) {
-        forEachPart(text, [&](std::string_view part) { addValue(record, plain.meaning, part, source); });
+        forEachPart(text, [&](std::string_view part) { addValue(record, plain.kind, part, source); });
     } else {
-        addValue(record, plain.meaning, text, source);
+        addValue(record, plain.kind, text, source);
     }
     noteLost(record, text, source);
 }
@@ -224,11 +224,11 @@ void CsvReader::addPhones(AddressRecord& record) const {
         if (text.empty()) {
             continue;
         }
-        const std::string_view kind = withoutStar(cell(phone.type));
-        const Meaning meaning =
-            kind.empty() ? Meaning::primaryPhone : finder_->phoneType(kind).value_or(Meaning::otherPhone);
-        const std::string source = sourceWithKind(nameOf(phone.value), kind);
-        forEachPart(text, [&](std::string_view part) { addValue(record, places.place(meaning), part, source); });
+        const std::string_view type = withoutStar(cell(phone.type));
+        const FieldKind kind =
+            type.empty() ? FieldKind::primaryPhone : finder_->phoneType(type).value_or(FieldKind::otherPhone);
+        const std::string source = sourceWithType(nameOf(phone.value), type);
+        forEachPart(text, [&](std::string_view part) { addValue(record, places.place(kind), part, source); });
         noteLost(record, text, source);
     }
 }
@@ -239,9 +239,9 @@ void CsvReader::addAddresses(AddressRecord& record) const {
         if (text.empty()) {
             continue;
         }
-        const std::string_view kind = withoutStar(cell(addressTypes_[part.address]));
-        const Meaning address = finder_->addressType(kind).value_or(Meaning::otherAddress);
-        const std::string source = sourceWithKind(nameOf(part.column), kind);
+        const std::string_view type = withoutStar(cell(addressTypes_[part.address]));
+        const FieldKind address = finder_->addressType(type).value_or(FieldKind::otherAddress);
+        const std::string source = sourceWithType(nameOf(part.column), type);
         addValue(record, addressPart(address, part.part), text, source);
         noteLost(record, text, source);
     }

@@ -43,15 +43,15 @@ private:
     /// A column whose texts are values as they are.
     struct PlainColumn {
         std::size_t column;
-        Meaning meaning;
+        FieldKind kind;
         bool isList;  ///< A cell may hold several values.
     };
-    /// A phone whose kind stands in another column.
+    /// A phone whose type is in another column.
     struct TypedPhone {
         std::size_t value = nowhere;
         std::size_t type = nowhere;
     };
-    /// A column of an address whose kind stands in another column.
+    /// A column of an address whose type is in another column.
     struct TypedPart {
         std::size_t column;
         std::size_t address;
@@ -60,7 +60,7 @@ private:
 
     void readHeader(bool hasSeparatorLine);
     void planColumns();
-    void planTyped(std::size_t column, Meaning meaning);
+    void planTyped(std::size_t column, FieldKind kind);
     bool hasExcess() const;
     void noteLost(AddressRecord& record, std::string_view text, const std::string& source) const;
     void addPlain(AddressRecord& record, const PlainColumn& plain, std::string_view text) const;

@@ -14,18 +14,18 @@ namespace {
 /// Properties with one text. What stands in neither table is not taken over.
 struct TextProperty {
     std::string_view name;
-    Meaning meaning;
+    FieldKind kind;
 };
 constexpr TextProperty textProperties[] = {
-    {"FN", Meaning::displayName},
-    {"NICKNAME", Meaning::nickname},
-    {"TITLE", Meaning::jobTitle},
-    {"NOTE", Meaning::notes},
-    {"BDAY", Meaning::birthDate},
-    {"ANNIVERSARY", Meaning::anniversary},
-    {"URL", Meaning::web},
-    {"X-ANNIVERSARY", Meaning::anniversary},
-    {"CATEGORIES", Meaning::categories},
+    {"FN", FieldKind::displayName},
+    {"NICKNAME", FieldKind::nickname},
+    {"TITLE", FieldKind::jobTitle},
+    {"NOTE", FieldKind::notes},
+    {"BDAY", FieldKind::birthDate},
+    {"ANNIVERSARY", FieldKind::anniversary},
+    {"URL", FieldKind::web},
+    {"X-ANNIVERSARY", FieldKind::anniversary},
+    {"CATEGORIES", FieldKind::categories},
 };
 
 /// Properties about the card and not about the person.
@@ -34,30 +34,31 @@ constexpr std::string_view cardProperties[] = {"PRODID", "UID", "REV", "PROFILE"
 /// Types of telephones; the first that a number has counts.
 struct PhoneType {
     std::string_view type;
-    Meaning meaning;
+    FieldKind kind;
 };
 constexpr PhoneType phoneTypes[] = {
-    {"PAGER", Meaning::pager},
-    {"CELL", Meaning::mobile},
-    {"IPHONE", Meaning::mobile},
-    {"CAR", Meaning::carPhone},
-    {"ISDN", Meaning::isdn},
-    {"TEXTPHONE", Meaning::ttyTdd},
-    {"X-EVOLUTION-TTYTDD", Meaning::ttyTdd},
-    {"TLX", Meaning::telex},
-    {"X-EVOLUTION-TELEX", Meaning::telex},
-    {"X-EVOLUTION-ASSISTANT", Meaning::assistantPhone},
-    {"X-EVOLUTION-CALLBACK", Meaning::callbackPhone},
-    {"X-EVOLUTION-RADIO", Meaning::radioPhone},
-    {"X-EVOLUTION-COMPANY", Meaning::companyPhone},
-    {"WORK", Meaning::workPhone},
-    {"HOME", Meaning::homePhone},
-    {"MAIN", Meaning::primaryPhone},
-    {"OTHER", Meaning::otherPhone},
+    {"PAGER", FieldKind::pager},
+    {"CELL", FieldKind::mobile},
+    {"IPHONE", FieldKind::mobile},
+    {"CAR", FieldKind::carPhone},
+    {"ISDN", FieldKind::isdn},
+    {"TEXTPHONE", FieldKind::ttyTdd},
+    {"X-EVOLUTION-TTYTDD", FieldKind::ttyTdd},
+    {"TLX", FieldKind::telex},
+    {"X-EVOLUTION-TELEX", FieldKind::telex},
+    {"X-EVOLUTION-ASSISTANT", FieldKind::assistantPhone},
+    {"X-EVOLUTION-CALLBACK", FieldKind::callbackPhone},
+    {"X-EVOLUTION-RADIO", FieldKind::radioPhone},
+    {"X-EVOLUTION-COMPANY", FieldKind::companyPhone},
+    {"WORK", FieldKind::workPhone},
+    {"HOME", FieldKind::homePhone},
+    {"MAIN", FieldKind::primaryPhone},
+    {"OTHER", FieldKind::otherPhone},
 };
 
 /// In the order of the value.
-constexpr Meaning nameParts[] = {Meaning::family, Meaning::given, Meaning::middle, Meaning::title, Meaning::suffix};
+constexpr FieldKind nameParts[] = {FieldKind::family, FieldKind::given, FieldKind::middle, FieldKind::title,
+                                   FieldKind::suffix};
 constexpr AddressPart addressParts[] = {AddressPart::poBox,  AddressPart::street2, AddressPart::street,
                                         AddressPart::city,   AddressPart::state,   AddressPart::postcode,
                                         AddressPart::country};
@@ -235,9 +236,8 @@ void VCardReader::addProperty(AddressRecord& record) {
     }
 }
 
-void VCardReader::addText(AddressRecord& record, const VCardProperty& property, Meaning meaning,
-                          std::string_view text) {
-    addValue(record, meaning, text, property.source);
+void VCardReader::addText(AddressRecord& record, const VCardProperty& property, FieldKind kind, std::string_view text) {
+    addValue(record, kind, text, property.source);
     noteLostCharacters(record, property.line, text, property.source);
 }
 
@@ -245,15 +245,15 @@ void VCardReader::addOther(AddressRecord& record) {
     const auto* const known = std::find_if(std::begin(textProperties), std::end(textProperties),
                                            [&](const TextProperty& p) { return p.name == property_.name; });
     if (known != std::end(textProperties)) {
-        const bool isHomePage = known->meaning == Meaning::web && property_.hasType("HOME");
-        addText(record, property_, isHomePage ? Meaning::webHome : known->meaning,
+        const bool isHomePage = known->kind == FieldKind::web && property_.hasType("HOME");
+        addText(record, property_, isHomePage ? FieldKind::webHome : known->kind,
                 unescaped(property_.value, isOldVersion_));
         return;
     }
     const bool isAboutCard =
         std::find(std::begin(cardProperties), std::end(cardProperties), property_.name) != std::end(cardProperties);
     if (!isAboutCard) {
-        addValue(record, Meaning::other, property_.isBinary ? "(binary)" : property_.value, property_.source);
+        addValue(record, FieldKind::other, property_.isBinary ? "(binary)" : property_.value, property_.source);
     }
 }
 
@@ -266,9 +266,9 @@ void VCardReader::addName(AddressRecord& record) {
 
 void VCardReader::addOrganization(AddressRecord& record) {
     const std::vector<std::string_view> parts = splitValue(property_.value, ';');
-    addText(record, property_, Meaning::company, unescaped(parts[0], isOldVersion_));
+    addText(record, property_, FieldKind::company, unescaped(parts[0], isOldVersion_));
     for (std::size_t i = 1; i < parts.size(); ++i) {
-        addText(record, property_, Meaning::department, unescaped(parts[i], isOldVersion_));
+        addText(record, property_, FieldKind::department, unescaped(parts[i], isOldVersion_));
     }
 }
 
@@ -292,13 +292,13 @@ void VCardReader::addPhones(AddressRecord& record) {
     for (const VCardProperty& phone : phones_) {
         const std::string number = valueText(withoutScheme(unescaped(phone.value, isOldVersion_), "TEL:"));
         if (!number.empty()) {
-            addText(record, phone, places.place(phoneMeaning(phone)), number);
+            addText(record, phone, places.place(phoneKind(phone)), number);
         }
     }
 }
 
 void VCardReader::addMails(AddressRecord& record) {
-    constexpr Meaning places[] = {Meaning::email1, Meaning::email2, Meaning::email3, Meaning::email4};
+    constexpr FieldKind places[] = {FieldKind::email1, FieldKind::email2, FieldKind::email3, FieldKind::email4};
     sortByPreference(mails_);
     std::size_t place = 0;
     for (const VCardProperty& mail : mails_) {
@@ -308,7 +308,7 @@ void VCardReader::addMails(AddressRecord& record) {
 }
 
 void VCardReader::addAddress(AddressRecord& record, const VCardProperty& property) {
-    const Meaning kind = addressMeaning(property);
+    const FieldKind kind = addressKind(property);
     const std::vector<std::string_view> parts = splitValue(property.value, ';');
     for (std::size_t i = 0; i < std::min(parts.size(), std::size(addressParts)); ++i) {
         addText(record, property, addressPart(kind, addressParts[i]), joinedList(parts[i], ", ", isOldVersion_));
@@ -327,31 +327,31 @@ std::string VCardReader::labelOf(const VCardProperty& property) const {
     return label;
 }
 
-Meaning VCardReader::phoneMeaning(const VCardProperty& property) const {
+FieldKind VCardReader::phoneKind(const VCardProperty& property) const {
     if (property.hasType("FAX")) {
-        return property.hasType("WORK")   ? Meaning::workFax
-               : property.hasType("HOME") ? Meaning::homeFax
-                                          : Meaning::otherFax;
+        return property.hasType("WORK")   ? FieldKind::workFax
+               : property.hasType("HOME") ? FieldKind::homeFax
+                                          : FieldKind::otherFax;
     }
     const auto* const type = std::find_if(std::begin(phoneTypes), std::end(phoneTypes),
                                           [&](const PhoneType& t) { return property.hasType(t.type); });
     if (type != std::end(phoneTypes)) {
-        return type->meaning;
+        return type->kind;
     }
     const std::string label = labelOf(property);
-    return label.empty() ? Meaning::primaryPhone : finder_->phoneType(label).value_or(Meaning::otherPhone);
+    return label.empty() ? FieldKind::primaryPhone : finder_->phoneType(label).value_or(FieldKind::otherPhone);
 }
 
 /// An address without a word about it is one at work, as old versions of the format have it.
-Meaning VCardReader::addressMeaning(const VCardProperty& property) const {
+FieldKind VCardReader::addressKind(const VCardProperty& property) const {
     if (property.hasType("WORK")) {
-        return Meaning::workAddress;
+        return FieldKind::workAddress;
     }
     if (property.hasType("HOME")) {
-        return Meaning::homeAddress;
+        return FieldKind::homeAddress;
     }
     const std::string label = labelOf(property);
-    return label.empty() ? Meaning::workAddress : finder_->addressType(label).value_or(Meaning::otherAddress);
+    return label.empty() ? FieldKind::workAddress : finder_->addressType(label).value_or(FieldKind::otherAddress);
 }
 
 }  // namespace calljournal

@@ -31,7 +31,7 @@ private:
     void readCard(AddressRecord& record);
     void skipNested(AddressRecord& record);
     void addProperty(AddressRecord& record);
-    void addText(AddressRecord& record, const VCardProperty& property, Meaning meaning, std::string_view text);
+    void addText(AddressRecord& record, const VCardProperty& property, FieldKind kind, std::string_view text);
     void addOther(AddressRecord& record);
     void addName(AddressRecord& record);
     void addOrganization(AddressRecord& record);
@@ -39,8 +39,8 @@ private:
     void addPhones(AddressRecord& record);
     void addMails(AddressRecord& record);
     void addAddress(AddressRecord& record, const VCardProperty& property);
-    Meaning phoneMeaning(const VCardProperty& property) const;
-    Meaning addressMeaning(const VCardProperty& property) const;
+    FieldKind phoneKind(const VCardProperty& property) const;
+    FieldKind addressKind(const VCardProperty& property) const;
     std::string labelOf(const VCardProperty& property) const;
 
     VCardLines lines_;

@@ -42,18 +42,19 @@ std::string_view trimmed(std::string_view text) {
 
 }  // namespace
 
-Meaning addressPart(Meaning kind, AddressPart part) {
-    static_assert(static_cast<int>(Meaning::workAddress) - static_cast<int>(Meaning::workStreet) ==
+FieldKind addressPart(FieldKind kind, AddressPart part) {
+    static_assert(static_cast<int>(FieldKind::workAddress) - static_cast<int>(FieldKind::workStreet) ==
                   static_cast<int>(AddressPart::whole));
-    return static_cast<Meaning>(static_cast<int>(kind) - static_cast<int>(AddressPart::whole) + static_cast<int>(part));
+    return static_cast<FieldKind>(static_cast<int>(kind) - static_cast<int>(AddressPart::whole) +
+                                  static_cast<int>(part));
 }
 
-Meaning PhonePlaces::place(Meaning phone) {
-    if (phone == Meaning::workPhone) {
-        return std::exchange(hasWork_, true) ? Meaning::workPhone2 : phone;
+FieldKind PhonePlaces::place(FieldKind phone) {
+    if (phone == FieldKind::workPhone) {
+        return std::exchange(hasWork_, true) ? FieldKind::workPhone2 : phone;
     }
-    if (phone == Meaning::homePhone) {
-        return std::exchange(hasHome_, true) ? Meaning::homePhone2 : phone;
+    if (phone == FieldKind::homePhone) {
+        return std::exchange(hasHome_, true) ? FieldKind::homePhone2 : phone;
     }
     return phone;
 }
@@ -83,14 +84,14 @@ void assignValueText(std::string& value, std::string_view text) {
     value = std::string(trimmed(value));
 }
 
-void addValue(AddressRecord& record, Meaning meaning, std::string_view text, std::string_view source) {
+void addValue(AddressRecord& record, FieldKind kind, std::string_view text, std::string_view source) {
     AddressValue& value = record.values.add();
     assignValueText(value.text, text);
     if (value.text.empty()) {
         record.values.dropLast();
         return;
     }
-    value.meaning = meaning;
+    value.kind = kind;
     value.source.assign(source);
 }
 

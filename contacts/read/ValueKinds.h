@@ -6,20 +6,20 @@
 #include <string_view>
 
 #include "AddressRecord.h"
-#include "Meaning.h"
+#include "FieldKind.h"
 
 namespace calljournal {
 
-/// The parts of an address, in the order in which Meaning has them for each kind of address.
+/// The parts of an address, in the order in which FieldKind has them for each kind of address.
 enum class AddressPart : unsigned char { street, street2, street3, city, state, postcode, country, poBox, whole };
 
 /// Returns the part of an address of the kind that workAddress, homeAddress or otherAddress names.
-Meaning addressPart(Meaning kind, AddressPart part);
+FieldKind addressPart(FieldKind kind, AddressPart part);
 
-/// Gives the telephones of one record their meanings: the second one at work is workPhone2.
+/// Gives the telephones of one record their kinds: the second one at work is workPhone2.
 class PhonePlaces {
 public:
-    Meaning place(Meaning phone);
+    FieldKind place(FieldKind phone);
 
 private:
     bool hasWork_ = false;
@@ -31,7 +31,7 @@ std::string valueText(std::string_view text);
 void assignValueText(std::string& value, std::string_view text);
 
 /// Adds a value, unless nothing is left of its text.
-void addValue(AddressRecord& record, Meaning meaning, std::string_view text, std::string_view source);
+void addValue(AddressRecord& record, FieldKind kind, std::string_view text, std::string_view source);
 
 /// Turns a text with characters that could not be read into a problem of the record.
 void noteLostCharacters(AddressRecord& record, std::size_t line, std::string_view text, const std::string& source);

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "ContactSpool.h"
-#include "FileProver.h"
+#include "RoundTripCheck.h"
 
 namespace calljournal {
 
@@ -74,7 +74,7 @@ private:
     ContactFilesOptions options_;
     const mode_t mode_;  ///< What the files may be read and written by.
     std::vector<std::string> temporary_;
-    std::optional<FileProver> prover_;  ///< Of files for a phone.
+    std::optional<RoundTripCheck> prover_;  ///< Of files for a phone.
     // Of the current file.
     unsigned count_ = 0;
     int descriptor_ = -1;

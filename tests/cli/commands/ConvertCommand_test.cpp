@@ -299,7 +299,7 @@ TEST_F(ConvertCommand, TellsOfBrokenRecords) {
         << asJson.out;
 }
 
-TEST_F(ConvertCommand, TellsProgramsOfNearContactsAndTheLimit) {
+TEST_F(ConvertCommand, TellsProgramsOfDuplicateFinderAndTheLimit) {
     const std::string book = folder_.write("book.csv", nearPeople);
     const Finished finished =
         convert({book, "-o", out_, "--region", "DE", "--report", "json", "--existing", "97", "--cut"});

@@ -11,15 +11,15 @@ namespace calljournal {
 namespace {
 
 struct Value {
-    Meaning meaning;
+    FieldKind kind;
     const char* text;
 };
 
-/// A record whose sources are the names of the meanings.
+/// A record whose sources are the names of the kinds.
 AddressRecord recordOf(std::initializer_list<Value> values) {
     AddressRecord record;
     for (const Value& value : values) {
-        record.values.add() = {value.meaning, value.text, std::string(meaningName(value.meaning))};
+        record.values.add() = {value.kind, value.text, std::string(fieldKindName(value.kind))};
     }
     return record;
 }
@@ -54,19 +54,19 @@ std::string shown(const MappedContact& mapped) {
 }
 
 TEST(ContactMapper, TakesEachFieldFromItsMeaning) {
-    const auto mapped = mappedFrom({{Meaning::given, "Anna"},
-                                    {Meaning::family, "Schmidt"},
-                                    {Meaning::company, "Schmidt & Co"},
-                                    {Meaning::jobTitle, "Head"},
-                                    {Meaning::workPhone, "+49 30 2345671"},
-                                    {Meaning::workPhone2, "+49 30 2345672"},
-                                    {Meaning::mobile, "+49 170 2345673"},
-                                    {Meaning::homePhone, "+49 30 2345674"},
-                                    {Meaning::email1, "anna@example.com"},
-                                    {Meaning::workStreet, "Lindenweg 1"},
-                                    {Meaning::workCity, "Berlin"},
-                                    {Meaning::workPostcode, "10969"},
-                                    {Meaning::workCountry, "Germany"}});
+    const auto mapped = mappedFrom({{FieldKind::given, "Anna"},
+                                    {FieldKind::family, "Schmidt"},
+                                    {FieldKind::company, "Schmidt & Co"},
+                                    {FieldKind::jobTitle, "Head"},
+                                    {FieldKind::workPhone, "+49 30 2345671"},
+                                    {FieldKind::workPhone2, "+49 30 2345672"},
+                                    {FieldKind::mobile, "+49 170 2345673"},
+                                    {FieldKind::homePhone, "+49 30 2345674"},
+                                    {FieldKind::email1, "anna@example.com"},
+                                    {FieldKind::workStreet, "Lindenweg 1"},
+                                    {FieldKind::workCity, "Berlin"},
+                                    {FieldKind::workPostcode, "10969"},
+                                    {FieldKind::workCountry, "Germany"}});
     EXPECT_EQ(shown(*mapped),
               "firstName=Anna\n"
               "lastName=Schmidt\n"
@@ -88,88 +88,91 @@ TEST(ContactMapper, TakesEachFieldFromItsMeaning) {
 }
 
 TEST(ContactMapper, PrefersWhatTheImporterPrefers) {
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::primaryPhone, "4711"}, {Meaning::workPhone, "4712"}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::primaryPhone, "4711"}, {FieldKind::workPhone, "4712"}})),
               "business1=4712\nbusiness2=4711\ndial 2\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::primaryPhone, "4711"}})), "business1=4711\ndial 2\n");
-    EXPECT_EQ(
-        shown(*mappedFrom({{Meaning::carPhone, "4711"}, {Meaning::mobile, "4712"}, {Meaning::homePhone, "4713"}})),
-        "mobile1=4712\nprivate1=4713\ndial 4\nleft out carPhone\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::carPhone, "4711"}})), "mobile1=4711\ndial 4\n");
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::primaryPhone, "4711"}})), "business1=4711\ndial 2\n");
+    EXPECT_EQ(shown(*mappedFrom(
+                  {{FieldKind::carPhone, "4711"}, {FieldKind::mobile, "4712"}, {FieldKind::homePhone, "4713"}})),
+              "mobile1=4712\nprivate1=4713\ndial 4\nleft out carPhone\n");
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::carPhone, "4711"}})), "mobile1=4711\ndial 4\n");
 }
 
 TEST(ContactMapper, FillsEmptyPlacesWithNumbersThatWouldBeLost) {
-    EXPECT_EQ(
-        shown(*mappedFrom({{Meaning::workPhone, "4711"}, {Meaning::workPhone, "4712"}, {Meaning::workPhone, "4713"}})),
-        "business1=4711\nbusiness2=4712\ndial 2\nleft out workPhone\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::otherPhone, "4711"}})), "private1=4711\ndial 1\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::mobile, "4711"}, {Meaning::mobile, "4712"}})),
+    EXPECT_EQ(shown(*mappedFrom(
+                  {{FieldKind::workPhone, "4711"}, {FieldKind::workPhone, "4712"}, {FieldKind::workPhone, "4713"}})),
+              "business1=4711\nbusiness2=4712\ndial 2\nleft out workPhone\n");
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::otherPhone, "4711"}})), "private1=4711\ndial 1\n");
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::mobile, "4711"}, {FieldKind::mobile, "4712"}})),
               "mobile1=4711\nprivate1=4712\ndial 4\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::email2, "a@b"}})), "email1=a@b\ndial 0\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::workFax, "4711"}, {Meaning::pager, "4712"}, {Meaning::family, "A"}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::email2, "a@b"}})), "email1=a@b\ndial 0\n");
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::workFax, "4711"}, {FieldKind::pager, "4712"}, {FieldKind::family, "A"}})),
               "lastName=A\ndial 0\nleft out workFax\nleft out pager\n");
 }
 
 TEST(ContactMapper, NamesAContactByWhatThereIs) {
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::displayName, "Anna S."}, {Meaning::nickname, "Anni"}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::displayName, "Anna S."}, {FieldKind::nickname, "Anni"}})),
               "lastName=Anna S.\ndial 0\nleft out nickname\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::nickname, "Anni"}})), "lastName=Anni\ndial 0\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::displayName, "Anna S."}, {Meaning::given, "Anna"}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::nickname, "Anni"}})), "lastName=Anni\ndial 0\n");
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::displayName, "Anna S."}, {FieldKind::given, "Anna"}})),
               "firstName=Anna\ndial 0\nleft out displayName\n");
 }
 
 TEST(ContactMapper, TakesOneAddressAsAWhole) {
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::homeStreet, "At home 1"},
-                                 {Meaning::homeCity, "Town"},
-                                 {Meaning::workCity, "City"},
-                                 {Meaning::workCountry, "Land"}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::homeStreet, "At home 1"},
+                                 {FieldKind::homeCity, "Town"},
+                                 {FieldKind::workCity, "City"},
+                                 {FieldKind::workCountry, "Land"}})),
               "address2=City::Land\ndial 0\nleft out homeStreet\nleft out homeCity\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::homeStreet, "At home 1"}, {Meaning::homeStreet2, "Floor 2"}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::homeStreet, "At home 1"}, {FieldKind::homeStreet2, "Floor 2"}})),
               "address1=At home 1, Floor 2\ndial 0\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::otherCountry, "Land"}})), "address2=Land\ndial 0\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::workPoBox, "PO 5"}, {Meaning::workPostcode, "123"}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::otherCountry, "Land"}})), "address2=Land\ndial 0\n");
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::workPoBox, "PO 5"}, {FieldKind::workPostcode, "123"}})),
               "address1=PO 5\naddress2=123:\ndial 0\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::homeAddress, "Way 1\r\nTown\nLand\n"}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::homeAddress, "Way 1\r\nTown\nLand\n"}})),
               "address1=Way 1, Town, Land\ndial 0\nchanged homeAddress: its lines were joined into one\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::workStreet, "Way 1"}, {Meaning::workAddress, "Way 1\nTown"}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::workStreet, "Way 1"}, {FieldKind::workAddress, "Way 1\nTown"}})),
               "address1=Way 1\ndial 0\nleft out workAddress\n");
-    const auto own =
-        mappedFrom({{Meaning::workStreet, "Way 1"}, {Meaning::addressLine2, "a:b"}, {Meaning::addressLine1, "c"}});
+    const auto own = mappedFrom(
+        {{FieldKind::workStreet, "Way 1"}, {FieldKind::addressLine2, "a:b"}, {FieldKind::addressLine1, "c"}});
     EXPECT_EQ(shown(*own), "address1=c\naddress2=a:b\ndial 0\nleft out workStreet\n");
     EXPECT_FALSE(own->isJoinedAddress);
 }
 
 TEST(ContactMapper, WritesLinesSideBySide) {
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::workStreet, "\n\nFloor 2,\r\n\r\nWay 1\r\n"}, {Meaning::given, "An\nna"}})),
-              "firstName=An na\naddress1=Floor 2, Way 1\ndial 0\n"
-              "changed given: its lines were joined into one\nchanged workStreet: its lines were joined into one\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::workStreet, "\r\n"}, {Meaning::given, "\n"}, {Meaning::given, "Anna"}})),
-              "firstName=Anna\ndial 0\nleft out workStreet\nleft out given\n");
+    EXPECT_EQ(
+        shown(*mappedFrom({{FieldKind::workStreet, "\n\nFloor 2,\r\n\r\nWay 1\r\n"}, {FieldKind::given, "An\nna"}})),
+        "firstName=An na\naddress1=Floor 2, Way 1\ndial 0\n"
+        "changed given: its lines were joined into one\nchanged workStreet: its lines were joined into one\n");
+    EXPECT_EQ(
+        shown(*mappedFrom({{FieldKind::workStreet, "\r\n"}, {FieldKind::given, "\n"}, {FieldKind::given, "Anna"}})),
+        "firstName=Anna\ndial 0\nleft out workStreet\nleft out given\n");
 }
 
 TEST(ContactMapper, CutsWhereTheImporterWouldAndSaysSo) {
     const std::string longName = std::string(248, 'a') + "ü";
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::given, longName.c_str()}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::given, longName.c_str()}})),
               "firstName=" + std::string(248, 'a') + "\ndial 0\nchanged given: was cut to 248 of 250 bytes\n");
 }
 
 TEST(ContactMapper, WritesNumbersInTheStyleAskedFor) {
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::workPhone, "030 2345678"}}, NumberStyle::international)),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::workPhone, "030 2345678"}}, NumberStyle::international)),
               "business1=+49 30 2345678\ndial 2\n"
               "changed workPhone: \"030 2345678\" was written as \"+49 30 2345678\"\n");
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::mobile, "none"}})),
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::mobile, "none"}})),
               "mobile1=none\ndial 4\ndoubtful mobile: \"none\" is no number\n");
 }
 
 TEST(ContactMapper, DerivesTheDefaultNumberWhateverTheFileSays) {
-    EXPECT_EQ(shown(*mappedFrom({{Meaning::mobile, "4711"}, {Meaning::defaultDial, "4"}})), "mobile1=4711\ndial 4\n");
-    EXPECT_EQ(
-        shown(*mappedFrom({{Meaning::workPhone, "4711"}, {Meaning::mobile, "4712"}, {Meaning::defaultDial, "4"}})),
-        "business1=4711\nmobile1=4712\ndial 2\n"
-        "changed defaultDial: \"4\" became 2: the first number is the default one\n");
+    EXPECT_EQ(shown(*mappedFrom({{FieldKind::mobile, "4711"}, {FieldKind::defaultDial, "4"}})),
+              "mobile1=4711\ndial 4\n");
+    EXPECT_EQ(shown(*mappedFrom(
+                  {{FieldKind::workPhone, "4711"}, {FieldKind::mobile, "4712"}, {FieldKind::defaultDial, "4"}})),
+              "business1=4711\nmobile1=4712\ndial 2\n"
+              "changed defaultDial: \"4\" became 2: the first number is the default one\n");
 }
 
 TEST(ContactMapper, ForgetsTheRecordBefore) {
-    const auto mapped = mappedFrom({{Meaning::workCity, "City"}, {Meaning::notes, "x"}});
+    const auto mapped = mappedFrom({{FieldKind::workCity, "City"}, {FieldKind::notes, "x"}});
     ContactMapper(NumberStyle::keep, "ZZ").map(AddressRecord(), *mapped);
     EXPECT_EQ(shown(*mapped), "dial 0\n");
     EXPECT_FALSE(mapped->isJoinedAddress);

@@ -131,7 +131,7 @@ TEST_F(PrivateCopy, StopsWhereAPipeDoesNotEnd) {
 }
 
 TEST_F(PrivateCopy, DoesNotWaitForeverForAPipe) {
-    options_.patience = 50;
+    options_.timeout = 50;
     ASSERT_EQ(::mkfifo(folder_.file("pipe").c_str(), 0600), 0);
     const CopyResult result = copy(folder_.file("pipe"));
     EXPECT_EQ(result.state, CopyResult::stopped);

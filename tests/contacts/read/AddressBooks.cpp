@@ -16,7 +16,7 @@ std::string asText(const AddressRecord& record) {
     text << record.number << " (" << record.firstLine << '-' << record.lastLine << ')'
          << (record.fault.empty() ? "" : " " + record.fault) << '\n';
     for (const AddressValue& value : record.values) {
-        text << "  " << meaningName(value.meaning) << ' ' << value.text << inBrackets(value.source) << '\n';
+        text << "  " << fieldKindName(value.kind) << ' ' << value.text << inBrackets(value.source) << '\n';
     }
     for (const Problem& problem : record.problems) {
         text << "  ! " << problem.line << inBrackets(problem.column) << ' ' << problem.text << '\n';

@@ -59,8 +59,8 @@ TEST(AddressReader, TellsWhichMappingsFitNoColumn) {
 
 TEST(AddressReader, TakesAColumnAndAMeaningForAMapping) {
     EXPECT_EQ(columnMapping("a=b=workPhone").name, "a=b");
-    EXPECT_EQ(columnMapping("a=WORKPHONE").meaning, Meaning::workPhone);
-    EXPECT_EQ(columnMapping("a=-").meaning, Meaning::other);
+    EXPECT_EQ(columnMapping("a=WORKPHONE").kind, FieldKind::workPhone);
+    EXPECT_EQ(columnMapping("a=-").kind, FieldKind::other);
     for (const char* const wrong : {"Handy", "Handy=", "=Mobile1", "Handy=Phone", ""}) {
         try {
             columnMapping(wrong);
@@ -83,7 +83,7 @@ TEST(AddressReader, ReadsAFile) {
     EXPECT_EQ(book->recognition().headerLine, 1u);
     AddressRecord record;
     ASSERT_TRUE(book->next(record));
-    EXPECT_EQ(firstText(record, Meaning::family), "B");
+    EXPECT_EQ(firstText(record, FieldKind::family), "B");
     EXPECT_FALSE(book->next(record));
     EXPECT_EQ(book->bytesRead(), text.size() - 3);
     std::ofstream(path, std::ios::binary) << "x\n";

@@ -37,12 +37,12 @@ private:
 };
 
 /// One person, as every program that has these columns would write her.
-const std::map<Meaning, std::string>& anna() {
-    static const std::map<Meaning, std::string> texts = [] {
-        std::map<Meaning, std::string> all;
-        for (std::size_t i = 0; i < meaningCount; ++i) {
-            const auto meaning = static_cast<Meaning>(i);
-            all[meaning] = "her " + std::string(meaningName(meaning));
+const std::map<FieldKind, std::string>& anna() {
+    static const std::map<FieldKind, std::string> texts = [] {
+        std::map<FieldKind, std::string> all;
+        for (std::size_t i = 0; i < fieldKindCount; ++i) {
+            const auto kind = static_cast<FieldKind>(i);
+            all[kind] = "her " + std::string(fieldKindName(kind));
         }
         return all;
     }();
@@ -53,15 +53,15 @@ const std::map<Meaning, std::string>& anna() {
 std::string exportOf(const KnownHeader& header) {
     std::string names;
     std::string cells;
-    for (const NamedMeaning& column : header.columns) {
+    for (const NamedKind& column : header.columns) {
         names += (names.empty() ? "" : ",") + ('"' + column.name + '"');
-        cells += (cells.empty() ? "" : ",") + ('"' + anna().at(column.meaning) + '"');
+        cells += (cells.empty() ? "" : ",") + ('"' + anna().at(column.kind) + '"');
     }
     return names + "\r\n" + cells + "\r\n";
 }
 
-bool isHandedOut(Meaning meaning) {
-    return meaning < Meaning::other;
+bool isHandedOut(FieldKind kind) {
+    return kind < FieldKind::other;
 }
 
 std::string titleOf(const KnownHeader& header) {
@@ -70,24 +70,24 @@ std::string titleOf(const KnownHeader& header) {
 
 bool isUseful(const KnownHeader& header) {
     return std::any_of(header.columns.begin(), header.columns.end(),
-                       [](const NamedMeaning& column) { return column.meaning != Meaning::other; });
+                       [](const NamedKind& column) { return column.kind != FieldKind::other; });
 }
 
 std::vector<std::string> expectedOf(const KnownHeader& header) {
     std::vector<std::string> expected;
-    for (const NamedMeaning& column : header.columns) {
-        if (isHandedOut(column.meaning)) {
-            expected.push_back(anna().at(column.meaning));
+    for (const NamedKind& column : header.columns) {
+        if (isHandedOut(column.kind)) {
+            expected.push_back(anna().at(column.kind));
         }
     }
     return expected;
 }
 
-/// The texts that came with the meaning that they were written for.
+/// The texts that came with the kind that they were written for.
 std::vector<std::string> rightTexts(const AddressRecord& record) {
     std::vector<std::string> texts;
     for (const AddressValue& value : record.values) {
-        if (value.text == anna().at(value.meaning)) {
+        if (value.text == anna().at(value.kind)) {
             texts.push_back(value.text);
         }
     }
@@ -209,13 +209,13 @@ TEST(Columns, OfAUsersFileAreReadWithCare) {
 }
 
 TEST(Columns, HaveMeaningsThatAreWords) {
-    for (std::size_t i = 0; i < meaningCount; ++i) {
-        const auto meaning = static_cast<Meaning>(i);
-        EXPECT_EQ(meaningOf(meaningName(meaning)), meaning) << i;
+    for (std::size_t i = 0; i < fieldKindCount; ++i) {
+        const auto kind = static_cast<FieldKind>(i);
+        EXPECT_EQ(fieldKindOf(fieldKindName(kind)), kind) << i;
     }
-    EXPECT_EQ(meaningOf("MOBILE1"), Meaning::mobile);
-    EXPECT_EQ(meaningOf("Address1"), Meaning::addressLine1);
-    EXPECT_EQ(meaningOf("Handy"), std::nullopt);
+    EXPECT_EQ(fieldKindOf("MOBILE1"), FieldKind::mobile);
+    EXPECT_EQ(fieldKindOf("Address1"), FieldKind::addressLine1);
+    EXPECT_EQ(fieldKindOf("Handy"), std::nullopt);
 }
 
 }  // namespace

@@ -92,7 +92,7 @@ TEST(VCardReader, JoinsFoldedLinesAndDropsTheirBlank) {
 
 struct TypeCase {
     const char* property;
-    const char* meaning;
+    const char* kind;
 };
 
 class PhoneTypes : public testing::TestWithParam<TypeCase> {};
@@ -101,7 +101,7 @@ TEST_P(PhoneTypes, SayWhatANumberIs) {
     const std::vector<AddressRecord> records = recordsOf(card(std::string(GetParam().property) + ":1\r\n"));
     ASSERT_THAT(records, SizeIs(1));
     ASSERT_THAT(records[0].values, SizeIs(1));
-    EXPECT_EQ(meaningName(records[0].values[0].meaning), GetParam().meaning) << GetParam().property;
+    EXPECT_EQ(fieldKindName(records[0].values[0].kind), GetParam().kind) << GetParam().property;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -241,8 +241,8 @@ TEST(VCardReader, GivesUpOnACardThatIsTooLongAndReadsTheNext) {
     ASSERT_THAT(records, SizeIs(2));
     EXPECT_EQ(records[0].fault, "it is longer than 1048576 bytes");
     EXPECT_THAT(records[0].values, SizeIs(0));
-    EXPECT_EQ(firstText(records[1], Meaning::displayName), "Anna");
-    EXPECT_EQ(firstText(records[1], Meaning::family), "");
+    EXPECT_EQ(firstText(records[1], FieldKind::displayName), "Anna");
+    EXPECT_EQ(firstText(records[1], FieldKind::family), "");
 }
 
 TEST(VCardReader, IsRecognisedBehindEmptyLinesInAnyCase) {

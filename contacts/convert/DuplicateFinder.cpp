@@ -1,4 +1,4 @@
-#include "NearContacts.h"
+#include "DuplicateFinder.h"
 
 #include <algorithm>
 #include <array>
@@ -123,7 +123,7 @@ bool areNamesCompatible(const Contact& one, const Contact& other) {
     return areNamesCompatible(foldedName(one), foldedName(other));
 }
 
-void NearContacts::add(const Contact& contact, std::uint64_t place) {
+void DuplicateFinder::add(const Contact& contact, std::uint64_t place) {
     for (const format::Number& number : format::numbers) {
         const std::string coarse = coarseNumber(contact.*number.member);
         if (!coarse.empty()) {
@@ -135,13 +135,13 @@ void NearContacts::add(const Contact& contact, std::uint64_t place) {
     }
 }
 
-void NearContacts::note(std::uint64_t hash, std::uint64_t place) {
+void DuplicateFinder::note(std::uint64_t hash, std::uint64_t place) {
     const Key entry = {hash, place};
     repeated_.note(hash);
     keys_.add({reinterpret_cast<const char*>(&entry), sizeof entry});
 }
 
-std::vector<NearContacts::Sharable> NearContacts::sharableOf(const Contact& contact) const {
+std::vector<DuplicateFinder::Sharable> DuplicateFinder::sharableOf(const Contact& contact) const {
     std::vector<Sharable> all;
     for (const format::Number& number : format::numbers) {
         const std::string coarse = coarseNumber(contact.*number.member);
@@ -160,7 +160,7 @@ std::vector<NearContacts::Sharable> NearContacts::sharableOf(const Contact& cont
     return all;
 }
 
-std::vector<NearContacts::Key> NearContacts::keysOfPart(std::size_t part, std::size_t parts) {
+std::vector<DuplicateFinder::Key> DuplicateFinder::keysOfPart(std::size_t part, std::size_t parts) {
     std::vector<Key> keys;
     for (std::uint64_t at = 0; at != keys_.size(); at += sizeof(Key)) {
         Key key;
@@ -178,7 +178,8 @@ std::vector<NearContacts::Key> NearContacts::keysOfPart(std::size_t part, std::s
     return keys;
 }
 
-void NearContacts::find(ContactSpool& spool, const std::function<void(const NearPair&)>& tell, std::size_t partSize) {
+void DuplicateFinder::find(ContactSpool& spool, const std::function<void(const NearPair&)>& tell,
+                           std::size_t partSize) {
     const std::size_t parts = static_cast<std::size_t>(keys_.size() / partSize) + 1;
     for (std::size_t part = 0; part < parts; ++part) {
         const std::vector<Key> keys = keysOfPart(part, parts);
@@ -196,7 +197,7 @@ void NearContacts::find(ContactSpool& spool, const std::function<void(const Near
     }
 }
 
-std::vector<NearContacts::Member> NearContacts::membersOf(ContactSpool& spool, const Key* begin, const Key* end) {
+std::vector<DuplicateFinder::Member> DuplicateFinder::membersOf(ContactSpool& spool, const Key* begin, const Key* end) {
     std::vector<Member> members(static_cast<std::size_t>(end - begin));
     for (Member& member : members) {
         member.place = begin[&member - members.data()].place;
@@ -207,7 +208,7 @@ std::vector<NearContacts::Member> NearContacts::membersOf(ContactSpool& spool, c
     return members;
 }
 
-void NearContacts::lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Tell& tell) const {
+void DuplicateFinder::lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Tell& tell) const {
     struct Candidate {
         const std::string* shared;
         const Member* member;
@@ -256,7 +257,7 @@ void NearContacts::lookAt(ContactSpool& spool, const Key* begin, const Key* end,
     }
 }
 
-std::optional<Contact> NearContacts::merged(const Contact& one, const Contact& other, std::string& conflict) const {
+std::optional<Contact> DuplicateFinder::merged(const Contact& one, const Contact& other, std::string& conflict) const {
     Contact both = one;
     for (const ContactText& text : contactTexts) {
         std::string& own = both.*text.member;
@@ -278,7 +279,7 @@ std::optional<Contact> NearContacts::merged(const Contact& one, const Contact& o
     return both;
 }
 
-bool NearContacts::addNumber(Contact& contact, std::string Contact::*member, const std::string& number) const {
+bool DuplicateFinder::addNumber(Contact& contact, std::string Contact::*member, const std::string& number) const {
     const std::string dialled = dialable_(number).text;
     const bool isThere = std::any_of(std::begin(format::numbers), std::end(format::numbers),
                                      [&](const auto& own) { return dialable_(contact.*own.member).text == dialled; });

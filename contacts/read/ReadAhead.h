@@ -1,5 +1,5 @@
-#ifndef CALLJOURNAL_RECORDSAHEAD_H
-#define CALLJOURNAL_RECORDSAHEAD_H
+#ifndef CALLJOURNAL_READAHEAD_H
+#define CALLJOURNAL_READAHEAD_H
 
 #include <cstddef>
 #include <exception>
@@ -13,19 +13,19 @@ namespace calljournal {
 
 /// Reads an address book in a thread of its own, some records ahead of whoever takes them.
 ///
-///     RecordsAhead records(*book);
+///     ReadAhead records(*book);
 ///     while (const AddressRecord* record = records.next()) { ... }
 ///
 /// The reader belongs to that thread while the object lives. Memory: that of some hundred usual records and a few of
 /// the longest ones, whatever the book holds.
-class RecordsAhead {
+class ReadAhead {
 public:
     /// Throws std::system_error if there can be no thread.
-    explicit RecordsAhead(AddressReader& reader);
-    RecordsAhead(const RecordsAhead&) = delete;
-    RecordsAhead& operator=(const RecordsAhead&) = delete;
+    explicit ReadAhead(AddressReader& reader);
+    ReadAhead(const ReadAhead&) = delete;
+    ReadAhead& operator=(const ReadAhead&) = delete;
     /// Stops reading, wherever it is.
-    ~RecordsAhead();
+    ~ReadAhead();
 
     /// Returns the next record, which lasts until the next call, or null at the end. What the reader throws is thrown
     /// here, behind the records before it.
@@ -52,7 +52,7 @@ private:
     bool readInto(Batch& batch, std::size_t place);
 
     AddressReader& reader_;
-    HandOver<Batch> batches_;
+    RingBuffer<Batch> batches_;
     Batch* batch_ = nullptr;  ///< That is being taken from.
     std::size_t place_ = 0;   ///< Of the next record in it.
     std::thread thread_;

@@ -1,5 +1,5 @@
-#ifndef CALLJOURNAL_MEANING_H
-#define CALLJOURNAL_MEANING_H
+#ifndef CALLJOURNAL_FIELDKIND_H
+#define CALLJOURNAL_FIELDKIND_H
 
 #include <cstddef>
 #include <optional>
@@ -7,12 +7,12 @@
 
 namespace calljournal {
 
-/// What a column of an address book, or a property of a vCard, says about a person. The words of meaningName() stand in
-/// the columns file and in `--map`, so they stay.
+/// What a column of an address book, or a property of a vCard, says about a person. The words of fieldKindName()
+/// are those of the columns file and of `--map`, so they stay.
 ///
-/// An address has parts and, where a program puts all in one cell, a meaning for the whole. The phone's own two address
-/// lines have meanings of their own, since they are already joined the way it does it.
-enum class Meaning : unsigned char {
+/// An address has parts and, where a program puts all in one cell, a kind for the whole. The phone's own two address
+/// lines have kinds of their own, since they are already joined the way the phone does it.
+enum class FieldKind : unsigned char {
     // The person.
     title,
     given,
@@ -93,7 +93,7 @@ enum class Meaning : unsigned char {
     categories,
     other,  ///< Known, but nothing of the above.
     // Cells that say what the cell beside them means. A reader never hands these out: it gives the value beside them
-    // the meaning that fits, such as `mobile` to `phone1` where `phoneType1` is "Mobile".
+    // the kind that fits, such as `mobile` to `phone1` where `phoneType1` is "Mobile".
     phone1,
     phone2,
     phone3,
@@ -135,15 +135,15 @@ enum class Meaning : unsigned char {
     address2PoBox,
 };
 
-/// How many meanings there are; they are numbered from 0 without gaps.
-constexpr std::size_t meaningCount = static_cast<std::size_t>(Meaning::address2PoBox) + 1;
+/// How many field kinds there are; they are numbered from 0 without gaps.
+constexpr std::size_t fieldKindCount = static_cast<std::size_t>(FieldKind::address2PoBox) + 1;
 
-/// Returns the word for a meaning, which is the enumerator's: "workPhone".
-std::string_view meaningName(Meaning meaning);
+/// Returns the word for a field kind, which is the enumerator's: "workPhone".
+std::string_view fieldKindName(FieldKind kind);
 
-/// Returns the meaning of a word; upper and lower case are the same. The phone's own column names are words as well
+/// Returns the field kind of a word; upper and lower case are the same. The phone's own column names are words as well
 /// ("Mobile1" is mobile, "LastName" is family). Nothing for other words.
-std::optional<Meaning> meaningOf(std::string_view word);
+std::optional<FieldKind> fieldKindOf(std::string_view word);
 
 }  // namespace calljournal
 

@@ -1,5 +1,5 @@
-#ifndef CALLJOURNAL_NEARCONTACTS_H
-#define CALLJOURNAL_NEARCONTACTS_H
+#ifndef CALLJOURNAL_DUPLICATEFINDER_H
+#define CALLJOURNAL_DUPLICATEFINDER_H
 
 #include <cstddef>
 #include <cstdint>
@@ -31,9 +31,9 @@ struct FoldedName {
 
 /// Finds such contacts among those of a spool, in memory that does not grow with them: what they might share is kept on
 /// disk and looked through part by part.
-class NearContacts {
+class DuplicateFinder {
 public:
-    explicit NearContacts(const std::string& region) : dialable_(NumberStyle::dialable, region) {}
+    explicit DuplicateFinder(const std::string& region) : dialable_(NumberStyle::dialable, region) {}
 
     /// Remembers what a contact of the spool might share.
     void add(const Contact& contact, std::uint64_t place);

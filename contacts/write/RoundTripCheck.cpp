@@ -1,4 +1,4 @@
-#include "FileProver.h"
+#include "RoundTripCheck.h"
 
 #include <utility>
 
@@ -11,7 +11,7 @@ constexpr std::size_t mostFiles = 4;
 
 }  // namespace
 
-FileProver::FileProver(unsigned limit, unsigned existing, Place place)
+RoundTripCheck::RoundTripCheck(unsigned limit, unsigned existing, Place place)
     : limit_(limit),
       existing_(existing),
       place_(std::move(place)),
@@ -19,19 +19,19 @@ FileProver::FileProver(unsigned limit, unsigned existing, Place place)
       file_(files_.toFill()),
       thread_([this] { work(); }) {}
 
-FileProver::~FileProver() {
+RoundTripCheck::~RoundTripCheck() {
     files_.close();
     if (thread_.joinable()) {
         thread_.join();
     }
 }
 
-void FileProver::note(const SpooledContact& contact) {
+void RoundTripCheck::note(const SpooledContact& contact) {
     file_->contacts.push_back(contact.contact);
     file_->origins.push_back(contact);
 }
 
-std::string FileProver::prove(const std::string& file) {
+std::string RoundTripCheck::prove(const std::string& file) {
     file_->name = file;
     files_.filled();
     file_ = files_.toFill();
@@ -43,7 +43,7 @@ std::string FileProver::prove(const std::string& file) {
     return {};
 }
 
-std::string FileProver::finish() {
+std::string RoundTripCheck::finish() {
     files_.close();
     thread_.join();
     if (failure_) {
@@ -53,7 +53,7 @@ std::string FileProver::finish() {
 }
 
 /// What the thread does.
-void FileProver::work() {
+void RoundTripCheck::work() {
     const WrittenFile* file = files_.toEmpty();
     while (file != nullptr && isAsWritten(*file)) {
         files_.emptied();
@@ -62,7 +62,7 @@ void FileProver::work() {
     files_.close();
 }
 
-bool FileProver::isAsWritten(const WrittenFile& file) {
+bool RoundTripCheck::isAsWritten(const WrittenFile& file) {
     ProofTask task;
     task.file = file.name;
     task.limit = limit_;

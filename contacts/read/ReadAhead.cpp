@@ -1,4 +1,4 @@
-#include "RecordsAhead.h"
+#include "ReadAhead.h"
 
 namespace calljournal {
 
@@ -23,15 +23,14 @@ std::size_t memoryOf(const AddressRecord& record) {
 
 }  // namespace
 
-RecordsAhead::RecordsAhead(AddressReader& reader)
-    : reader_(reader), batches_(batchCount), thread_([this] { read(); }) {}
+ReadAhead::ReadAhead(AddressReader& reader) : reader_(reader), batches_(batchCount), thread_([this] { read(); }) {}
 
-RecordsAhead::~RecordsAhead() {
+ReadAhead::~ReadAhead() {
     batches_.close();
     thread_.join();
 }
 
-const AddressRecord* RecordsAhead::next() {
+const AddressRecord* ReadAhead::next() {
     while (batch_ == nullptr || place_ == batch_->slots.size()) {
         if (batch_ != nullptr) {
             if (batch_->failure) {
@@ -49,7 +48,7 @@ const AddressRecord* RecordsAhead::next() {
 }
 
 /// What the thread does.
-void RecordsAhead::read() {
+void ReadAhead::read() {
     for (bool isMore = true; isMore;) {
         Batch* const batch = batches_.toFill();
         if (batch == nullptr) {
@@ -61,7 +60,7 @@ void RecordsAhead::read() {
     }
 }
 
-void RecordsAhead::fill(Batch& batch) {
+void ReadAhead::fill(Batch& batch) {
     std::size_t count = 0;
     try {
         std::size_t bytes = 0;
@@ -77,7 +76,7 @@ void RecordsAhead::fill(Batch& batch) {
     batch.bytesRead = reader_.bytesRead();
 }
 
-bool RecordsAhead::readInto(Batch& batch, std::size_t place) {
+bool ReadAhead::readInto(Batch& batch, std::size_t place) {
     if (place == batch.slots.size()) {
         batch.slots.emplace_back();
     }

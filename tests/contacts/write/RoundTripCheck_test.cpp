@@ -1,4 +1,4 @@
-#include "FileProver.h"
+#include "RoundTripCheck.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,10 +16,10 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Files of one contact each, as they are written for a phone.
-class FileProverTest : public ::testing::Test {
+class RoundTripCheckTest : public ::testing::Test {
 protected:
     /// Asks for the proof of a file whose contact is called `name`, where `noted` is what it should be.
-    std::string prove(FileProver& prover, std::uint64_t number, const std::string& name, const std::string& noted) {
+    std::string prove(RoundTripCheck& prover, std::uint64_t number, const std::string& name, const std::string& noted) {
         SpooledContact contact;
         contact.record = number;
         contact.contact.lastName = name;
@@ -35,8 +35,8 @@ protected:
     const ::TemporaryFolder folder_;
 };
 
-TEST_F(FileProverTest, FindsNothingWrongWithFilesThatAreAsWritten) {
-    FileProver prover(100, 0, place);
+TEST_F(RoundTripCheckTest, FindsNothingWrongWithFilesThatAreAsWritten) {
+    RoundTripCheck prover(100, 0, place);
     for (std::uint64_t number = 1; number <= 50; ++number) {
         ASSERT_EQ(prove(prover, number, "Schmidt", "Schmidt"), "");
     }
@@ -44,8 +44,8 @@ TEST_F(FileProverTest, FindsNothingWrongWithFilesThatAreAsWritten) {
     EXPECT_TRUE(fs::exists(folder_.file("50.csv")));
 }
 
-TEST_F(FileProverTest, TellsOfTheFirstFileThatDiffers) {
-    FileProver prover(100, 0, place);
+TEST_F(RoundTripCheckTest, ReportsTheFirstFileThatDiffers) {
+    RoundTripCheck prover(100, 0, place);
     for (std::uint64_t number = 1; number <= 20; ++number) {
         ASSERT_EQ(prove(prover, number, "Schmidt", "Schmidt"), "");
     }
@@ -55,8 +55,8 @@ TEST_F(FileProverTest, TellsOfTheFirstFileThatDiffers) {
               "record 21: field lastName was written as \"Meyer\" and is read as \"Schmidt\"");
 }
 
-TEST_F(FileProverTest, LetsNobodyGoOnBehindAFileThatDiffers) {
-    FileProver prover(100, 0, place);
+TEST_F(RoundTripCheckTest, LetsNobodyGoOnBehindAFileThatDiffers) {
+    RoundTripCheck prover(100, 0, place);
     std::string difference;
     std::uint64_t number = 0;
     for (; difference.empty() && number < 20; ++number) {
@@ -66,8 +66,8 @@ TEST_F(FileProverTest, LetsNobodyGoOnBehindAFileThatDiffers) {
     EXPECT_LE(number, 5u);
 }
 
-TEST_F(FileProverTest, ThrowsWhatKeptAProofFromBeingMade) {
-    FileProver prover(100, 0, place);
+TEST_F(RoundTripCheckTest, ThrowsWhatKeptAProofFromBeingMade) {
+    RoundTripCheck prover(100, 0, place);
     const auto proveAndFinish = [&] {
         prover.prove(folder_.file("missing.csv"));
         prover.finish();
@@ -75,13 +75,13 @@ TEST_F(FileProverTest, ThrowsWhatKeptAProofFromBeingMade) {
     EXPECT_THROW(proveAndFinish(), fs::filesystem_error);
 }
 
-TEST_F(FileProverTest, TellsAFullFolderFromAWrongFile) {
+TEST_F(RoundTripCheckTest, TellsAFullFolderFromAWrongFile) {
     // A file that leaves a phone too little room beside itself; its blocks take none.
     const std::uintmax_t mostTold = std::numeric_limits<std::uint32_t>::max();
     const std::uintmax_t room = std::min(fs::space(fs::temp_directory_path()).available, mostTold);
     const std::string file = folder_.write("large.csv", "");
     fs::resize_file(file, room / 2 - std::min<std::uintmax_t>(room / 2, 2500000));
-    FileProver prover(100, 0, place);
+    RoundTripCheck prover(100, 0, place);
     try {
         prover.prove(file);
         prover.finish();

@@ -1,4 +1,4 @@
-#include "NearContacts.h"
+#include "DuplicateFinder.h"
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ Contact company(const std::string& name, const std::string& business1) {
 /// The pairs among `contacts` as "0-2 +49...", by their numbers in the list.
 std::vector<std::string> pairsOf(const std::vector<Contact>& contacts, std::size_t partSize = 1u << 20) {
     ContactSpool spool;
-    NearContacts near("DE");
+    DuplicateFinder near("DE");
     std::vector<std::uint64_t> places;
     for (const Contact& one : contacts) {
         SpooledContact spooled;
@@ -50,19 +50,19 @@ std::vector<std::string> pairsOf(const std::vector<Contact>& contacts, std::size
 
 typedef std::vector<std::string> Pairs;
 
-TEST(NearContacts, ShareANumberHoweverItIsWritten) {
+TEST(NearPairs, ShareANumberHoweverItIsWritten) {
     EXPECT_EQ(pairsOf({contact("Anna", "Schmidt", "030 2345678"), contact("Ben", "Meyer", "030 2345678"),
                        contact("anna", "SCHMIDT", "+49 (30) 234-5678")}),
               Pairs{"0-2 +49302345678"});
 }
 
-TEST(NearContacts, ShareAMailAddressWhateverItsCase) {
+TEST(NearPairs, ShareAMailAddressWhateverItsCase) {
     EXPECT_EQ(
         pairsOf({contact("Anna", "Schmidt", "", "Anna@Example.com"), contact("A.", "Schmidt", "", "anna@example.com")}),
         Pairs{"0-1 anna@example.com"});
 }
 
-TEST(NearContacts, AreToldOnceForAllThatTheyShare) {
+TEST(NearPairs, AreReportedOnceForAllThatTheyShare) {
     Contact one = contact("Anna", "Schmidt", "030 2345678", "anna@example.com");
     one.private1 = "030 2345678";
     Contact other = one;
@@ -70,7 +70,7 @@ TEST(NearContacts, AreToldOnceForAllThatTheyShare) {
     EXPECT_EQ(pairsOf({one, other}), Pairs{"0-1 +49302345678"});
 }
 
-TEST(NearContacts, AreNotTwoPeopleOfOneName) {
+TEST(NearPairs, AreNotTwoPeopleOfOneName) {
     EXPECT_EQ(pairsOf({contact("Anna", "Schmidt", "030 2345678"), contact("Anna", "Schmidt", "030 2345679")}), Pairs());
     EXPECT_EQ(pairsOf({contact("Anna", "Schmidt"), contact("Anna", "Schmidt")}), Pairs());
     EXPECT_EQ(pairsOf({contact("Anna", "Schmidt", "030 2345678"), contact("Ben", "Meyer", "030 2345678")}), Pairs());
@@ -81,7 +81,7 @@ TEST(NearContacts, AreNotTwoPeopleOfOneName) {
         Pairs());
 }
 
-TEST(NearContacts, AreFoundPartByPart) {
+TEST(NearPairs, AreFoundPartByPart) {
     std::vector<Contact> contacts;
     Pairs expected;
     for (int i = 0; i < 50; ++i) {
@@ -97,7 +97,7 @@ TEST(NearContacts, AreFoundPartByPart) {
     EXPECT_EQ(found, expected);
 }
 
-TEST(NearContacts, OfOneNumberAreComparedInGroups) {
+TEST(NearPairs, OfOneNumberAreComparedInGroups) {
     std::vector<Contact> contacts(5000, contact("Anna", "Schmidt", "030 2345678"));
     EXPECT_GT(pairsOf(contacts).size(), 4998u);
     EXPECT_LT(pairsOf(contacts).size(), 8u * 5000u);
@@ -126,7 +126,7 @@ TEST(MergedContact, HoldsAllThatBothHold) {
     other.private1 = "030 2345680";
     one.company1 = "Schmidt & Co";
     std::string conflict;
-    const auto both = NearContacts("DE").merged(one, other, conflict);
+    const auto both = DuplicateFinder("DE").merged(one, other, conflict);
     ASSERT_TRUE(both);
     EXPECT_EQ(both->firstName, "Anna");
     EXPECT_EQ(both->lastName, "Schmidt");
@@ -136,7 +136,7 @@ TEST(MergedContact, HoldsAllThatBothHold) {
     EXPECT_EQ(both->email1, "anna@example.com");
     EXPECT_EQ(both->company1, "Schmidt & Co");
     EXPECT_EQ(both->defaultDial, 2);
-    const auto reversed = NearContacts("DE").merged(other, one, conflict);
+    const auto reversed = DuplicateFinder("DE").merged(other, one, conflict);
     ASSERT_TRUE(reversed);
     EXPECT_EQ(reversed->firstName, "Anna");
 }
@@ -147,21 +147,21 @@ TEST(MergedContact, DerivesItsDefaultNumberAnew) {
     one.defaultDial = 4;
     std::string conflict;
     const auto both =
-        NearContacts("DE").merged(one, contact("Anna", "Schmidt", "030 2345678", "anna@example.com"), conflict);
+        DuplicateFinder("DE").merged(one, contact("Anna", "Schmidt", "030 2345678", "anna@example.com"), conflict);
     ASSERT_TRUE(both);
     EXPECT_EQ(both->defaultDial, 2);
 }
 
 TEST(MergedContact, IsNoneWhereATextWouldBeLost) {
     std::string conflict;
-    EXPECT_FALSE(NearContacts("DE").merged(contact("Anna", "Schmidt", "1", "a@example.com"),
-                                           contact("Anna", "Schmidt", "1", "b@example.com"), conflict));
+    EXPECT_FALSE(DuplicateFinder("DE").merged(contact("Anna", "Schmidt", "1", "a@example.com"),
+                                              contact("Anna", "Schmidt", "1", "b@example.com"), conflict));
     EXPECT_EQ(conflict, "email1");
     Contact one = contact("Anna", "Schmidt", "1");
     one.mobile1 = "0170 1";
     Contact other = contact("Anna", "Schmidt", "1");
     other.mobile1 = "0170 2";
-    EXPECT_FALSE(NearContacts("DE").merged(one, other, conflict));
+    EXPECT_FALSE(DuplicateFinder("DE").merged(one, other, conflict));
     EXPECT_EQ(conflict, "mobile1");
 }
 

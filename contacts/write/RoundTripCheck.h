@@ -1,5 +1,5 @@
-#ifndef CALLJOURNAL_FILEPROVER_H
-#define CALLJOURNAL_FILEPROVER_H
+#ifndef CALLJOURNAL_ROUNDTRIPCHECK_H
+#define CALLJOURNAL_ROUNDTRIPCHECK_H
 
 #include <cstddef>
 #include <exception>
@@ -17,18 +17,18 @@ namespace calljournal {
 
 /// Proves files for a phone, one after another, in a thread of its own while the next ones are written. The machine
 /// plays that phone meanwhile (see ImportProof); nobody else may play one.
-class FileProver {
+class RoundTripCheck {
 public:
     /// Names a contact for a sentence. It is called from the thread.
     typedef std::function<std::string(const ContactOrigin&)> Place;
 
     /// `limit` is how many contacts the phone holds, `existing` how many it holds already. Throws std::system_error if
     /// there is no room for temporary files, or for a thread.
-    FileProver(unsigned limit, unsigned existing, Place place);
-    FileProver(const FileProver&) = delete;
-    FileProver& operator=(const FileProver&) = delete;
+    RoundTripCheck(unsigned limit, unsigned existing, Place place);
+    RoundTripCheck(const RoundTripCheck&) = delete;
+    RoundTripCheck& operator=(const RoundTripCheck&) = delete;
     /// Waits for the proofs that were asked for.
-    ~FileProver();
+    ~RoundTripCheck();
 
     /// Notes what the file holds that is being written.
     void note(const SpooledContact& contact);
@@ -55,7 +55,7 @@ private:
     const unsigned existing_;
     const Place place_;
     const ImportProof proof_;
-    HandOver<WrittenFile> files_;
+    RingBuffer<WrittenFile> files_;
     WrittenFile* file_;  ///< The one that is being written.
     // What the thread found out, to be looked at when it is over.
     std::string difference_;

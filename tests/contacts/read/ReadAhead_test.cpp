@@ -1,4 +1,4 @@
-#include "RecordsAhead.h"
+#include "ReadAhead.h"
 
 #include <algorithm>
 #include <atomic>
@@ -37,7 +37,7 @@ private:
 };
 
 /// Takes records as long as they come in order; returns how many.
-std::size_t takeAll(RecordsAhead& records) {
+std::size_t takeAll(ReadAhead& records) {
     std::size_t taken = 0;
     while (const AddressRecord* record = records.next()) {
         ++taken;
@@ -47,19 +47,19 @@ std::size_t takeAll(RecordsAhead& records) {
     return taken;
 }
 
-TEST(RecordsAhead, GiveTheRecordsInTheirOrder) {
+TEST(ReadAhead, GivesTheRecordsInTheirOrder) {
     for (const std::size_t count : {0, 1, 255, 256, 257, 10000}) {
         NumberedReader reader(count);
-        RecordsAhead records(reader);
+        ReadAhead records(reader);
         EXPECT_EQ(takeAll(records), count);
         EXPECT_EQ(records.next(), nullptr);
     }
 }
 
-TEST(RecordsAhead, TellOfAFaultBehindTheRecordsBeforeIt) {
+TEST(ReadAhead, ReportsAFaultBehindTheRecordsBeforeIt) {
     for (const std::size_t count : {0, 1, 256, 1000}) {
         NumberedReader reader(count, false);
-        RecordsAhead records(reader);
+        ReadAhead records(reader);
         for (std::size_t number = 1; number <= count; ++number) {
             const AddressRecord* record = records.next();
             ASSERT_NE(record, nullptr);
@@ -74,12 +74,12 @@ TEST(RecordsAhead, TellOfAFaultBehindTheRecordsBeforeIt) {
     }
 }
 
-TEST(RecordsAhead, StopReadingWhenNobodyTakesThem) {
+TEST(ReadAhead, StopsReadingWhenNobodyTakesThem) {
     NumberedReader untouched(endless);
-    { const RecordsAhead records(untouched); }
+    { const ReadAhead records(untouched); }
     NumberedReader reader(endless);
     {
-        RecordsAhead records(reader);
+        ReadAhead records(reader);
         for (std::size_t taken = 1; taken <= 5000; ++taken) {
             ASSERT_EQ(records.next()->number, taken);
             ASSERT_LE(reader.read(), taken + 3 * 256);
@@ -88,9 +88,9 @@ TEST(RecordsAhead, StopReadingWhenNobodyTakesThem) {
     EXPECT_LE(reader.read(), 5000u + 3 * 256);
 }
 
-TEST(RecordsAhead, TellHowMuchOfTheFileWasRead) {
+TEST(ReadAhead, SaysHowMuchOfTheFileWasRead) {
     NumberedReader reader(1000);
-    RecordsAhead records(reader);
+    ReadAhead records(reader);
     EXPECT_EQ(records.bytesRead(), 0u);
     std::size_t before = 0;
     for (std::size_t taken = 1; records.next() != nullptr; ++taken) {
@@ -140,10 +140,10 @@ private:
     std::atomic<bool> isKept_{false};
 };
 
-TEST(RecordsAhead, HoldOnlyAFewLongRecords) {
+TEST(ReadAhead, HoldsOnlyAFewLongRecords) {
     for (const Length length : lengths) {
         LongReader reader(1, length);
-        RecordsAhead records(reader);
+        ReadAhead records(reader);
         for (std::size_t taken = 1; taken <= 50; ++taken) {
             ASSERT_NE(records.next(), nullptr);
             ASSERT_LE(reader.read(), taken + 3);
@@ -151,10 +151,10 @@ TEST(RecordsAhead, HoldOnlyAFewLongRecords) {
     }
 }
 
-TEST(RecordsAhead, KeepTheMemoryOfUsualRecordsAlone) {
+TEST(ReadAhead, KeepsTheMemoryOfUsualRecordsAlone) {
     for (const Length length : lengths) {
         LongReader reader(77, length);
-        RecordsAhead records(reader);
+        ReadAhead records(reader);
         for (std::size_t taken = 1; taken <= 2000; ++taken) {
             ASSERT_NE(records.next(), nullptr);
         }
