@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # The library's jobs on this machine and on 32-bit ARM, where programs run under emulation: as ratios to the rules written
 # down word for word, since times mean nothing there. Sourced by script/bench.
 
@@ -11,9 +12,10 @@ build_arm_ratios() {
     mkdir -p "$folder/include"
     # Boost's headers are the same everywhere; those of the C library beside them are not.
     ln -sfn /usr/include/boost "$folder/include/boost"
-    printf '%s\n' src/*.cpp src/detail/*.cpp platform/host/*.cpp bench/{Data,Events,WordForWord,ratios}.cpp |
-        xargs -P "$(nproc)" -I{} sh -c 'arm-linux-gnueabihf-g++ -Wno-psabi -std=c++17 -O2 -DNDEBUG -Iinclude -Iplatform/include \
-            -Iplatform/host -Isrc -Ibench -isystem "$1/include" -c "$2" -o "$1/$(basename "$2" .cpp).o"' sh "$folder" {}
+    # shellcheck disable=SC2016 # for the inner shell to expand
+    printf '%s\n' src/*.cpp platform/host/*.cpp bench/{Data,Events,WordForWord,ratios}.cpp |
+        xargs -P "$(nproc)" -I{} sh -c 'arm-linux-gnueabihf-g++ -Wno-psabi -std=c++17 -O2 -DNDEBUG -Iinclude \
+            -Iplatform/include -Iplatform/host -Isrc -Isrc/format -Ibench -isystem "$1/include" -c "$2" -o "$1/$(basename "$2" .cpp).o"' sh "$folder" {}
     arm-linux-gnueabihf-g++ "$folder"/*.o -o "$program"
 }
 

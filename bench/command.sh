@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # What a user of the command waits for, from process start to exit. Sourced by script/bench, which has built everything.
 
 # Runs a command `$1` times and prints the least and the median of its milliseconds; `before` may undo what a run has

@@ -1,4 +1,4 @@
-// Runs one job on the library once, for script/bench-count: `bench_count JOB FORM N`. Instructions are counted by
+// Runs one job on the library once, for script/check/bench-count: `bench_count JOB FORM N`. Instructions are counted by
 // callgrind, which collects while the job itself runs; allocations are counted here. Prints
 // "BYTES ENTRIES ALLOCATIONS KEPT", KEPT being the allocations that the result itself takes.
 

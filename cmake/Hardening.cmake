@@ -1,5 +1,5 @@
 # What makes an attack on a released program harder. All of it holds below this folder only: users of the library never
-# see it. script/check-hardening looks at the built files.
+# see it. script/check/hardening looks at the built files.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)

@@ -1,5 +1,5 @@
 # Builds for 32-bit ARM with Debian's cross compiler. What the tests link with comes from build/arm-sysroot
-# (script/arm-sysroot), what the language needs from the compiler's own folders; programs run under qemu.
+# (script/lib/arm-sysroot), what the language needs from the compiler's own folders; programs run under qemu.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR arm)
 set(machine arm-linux-gnueabihf)

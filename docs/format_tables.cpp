@@ -40,7 +40,7 @@ int main(int argc, char** argv) try {
         return 0;
     }
     if (document != current) {
-        std::cerr << argv[1] << " differs from the code's tables; run script/format-doc\n";
+        std::cerr << argv[1] << " differs from the code's tables; run script/lib/format-doc\n";
         return 1;
     }
     return 0;

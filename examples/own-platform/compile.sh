@@ -8,5 +8,6 @@ libraries=$(pkg-config --libs calljournal)
 if [ "$2" = static ]; then
     libraries=$(pkg-config --variable=static_library calljournal)
 fi
+# shellcheck disable=SC2046,SC2086 # words, on purpose
 ${CXX:-c++} -std=c++11 $CXXFLAGS $(pkg-config --cflags calljournal) -o "$output" \
     main.cpp MemoryService.cpp Phone*.cpp $libraries

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 /// How many rounds of a random test are tried: a tenth of `count` where each of them takes some twenty times as long,
-/// under an emulator and wherever CALLJOURNAL_SLOW is set, as script/memcheck does.
+/// under an emulator and wherever CALLJOURNAL_SLOW is set, as script/check/memcheck does.
 inline unsigned rounds(unsigned count) {
 #ifdef CALLJOURNAL_EMULATED
     const bool isSlow = true;
