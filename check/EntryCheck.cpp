@@ -22,7 +22,7 @@ const std::string* valueAt(const std::vector<std::string>* values, std::size_t r
 
 /// An entry's own elements, or those of one call.
 struct Group {
-    const std::vector<FieldShape>& rows;
+    const std::vector<FieldDescriptor>& rows;
     const std::vector<std::size_t>* readRanks;  ///< Null if they are read in the order written.
     const std::vector<std::size_t>& elements;
     const std::vector<std::string>* values;  ///< Null if the group was not read.
@@ -31,8 +31,8 @@ struct Group {
     std::string_view whose;  ///< "an entry" or "a call".
 };
 
-std::size_t rowNamed(const std::vector<FieldShape>& rows, std::string_view name) {
-    const auto row = std::find_if(rows.begin(), rows.end(), [&](const FieldShape& field) {
+std::size_t rowNamed(const std::vector<FieldDescriptor>& rows, std::string_view name) {
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const FieldDescriptor& field) {
         return field.writtenAs == name || field.readAs == name;
     });
     return static_cast<std::size_t>(row - rows.begin());
@@ -46,7 +46,7 @@ std::string_view wordOfNothing(format::Words words) {
     return std::find_if(words.begin, words.end, [&](const format::Word& row) { return row.value == value; })->word;
 }
 
-std::string valueOfNothing(const FieldShape& row) {
+std::string valueOfNothing(const FieldDescriptor& row) {
     return row.type == ValueType::text   ? std::string()
            : row.type == ValueType::flag ? std::string(text::FALSE)
                                          : std::string(wordOfNothing(row.words));
@@ -183,7 +183,7 @@ private:
     }
 
     void checkValue(std::size_t row, std::size_t element) {
-        const FieldShape& field = group_.rows[row];
+        const FieldDescriptor& field = group_.rows[row];
         const std::string said = value(row, element);
         const bool isTold = checkMarkup(row, element, said);
         const bool isWhole = outline_.elements[element].isClosed;
@@ -205,9 +205,9 @@ private:
     bool checkMarkup(std::size_t row, std::size_t element, const std::string& said) {
         const std::string name(outline_.elements[element].name);
         bool isTold = false;
-        for (const Slip* slip : findings_.slipsOf[element]) {
-            findings_.told.insert(slip);
-            tell(slip->at, name + ": " + slip->what + (isTold ? "" : outcome(row, said)));
+        for (const SyntaxError* error : findings_.errorsOf[element]) {
+            findings_.told.insert(error);
+            tell(error->at, name + ": " + error->what + (isTold ? "" : outcome(row, said)));
             isTold = true;
         }
         const std::vector<std::size_t>& inside = outline_.elements[element].children;
@@ -257,7 +257,7 @@ private:
     }
 
     void checkWord(std::size_t row, std::size_t element, const std::string& said) {
-        const FieldShape& field = group_.rows[row];
+        const FieldDescriptor& field = group_.rows[row];
         const auto* const known = std::find_if(field.words.begin, field.words.end,
                                                [&](const format::Word& word) { return word.word.equals(said); });
         if (known != field.words.end && !said.empty()) {
@@ -482,11 +482,12 @@ private:
 }  // namespace
 
 Findings::Findings(const Outline& outline) {
-    for (const Slip& slip : outline.slips) {
-        slipsOf[slip.element].push_back(&slip);
+    for (const SyntaxError& error : outline.syntaxErrors) {
+        errorsOf[error.element].push_back(&error);
     }
-    for (auto& [element, slips] : slipsOf) {
-        std::stable_sort(slips.begin(), slips.end(), [](const Slip* a, const Slip* b) { return a->at < b->at; });
+    for (auto& [element, errors] : errorsOf) {
+        std::stable_sort(errors.begin(), errors.end(),
+                         [](const SyntaxError* a, const SyntaxError* b) { return a->at < b->at; });
     }
 }
 
@@ -502,14 +503,15 @@ bool checkGaps(const Outline& outline, std::size_t element, const std::string& p
     const bool isAll = element == noElement;
     std::size_t at = isAll ? outline.begin : outline.elements[element].textBegin;
     const std::size_t end = isAll ? outline.text.size() : outline.elements[element].textEnd;
-    const auto slips = findings.slipsOf.find(element);
+    const auto syntaxErrors = findings.errorsOf.find(element);
     const auto isTold = [&](std::size_t from, std::size_t to) {
-        if (slips == findings.slipsOf.end()) {
+        if (syntaxErrors == findings.errorsOf.end()) {
             return false;
         }
-        const auto slip = std::lower_bound(slips->second.begin(), slips->second.end(), from,
-                                           [](const Slip* told, std::size_t begin) { return told->at < begin; });
-        return slip != slips->second.end() && (*slip)->at < to;
+        const auto error =
+            std::lower_bound(syntaxErrors->second.begin(), syntaxErrors->second.end(), from,
+                             [](const SyntaxError* told, std::size_t begin) { return told->at < begin; });
+        return error != syntaxErrors->second.end() && (*error)->at < to;
     };
     const auto check = [&](std::size_t to) {
         const bool isHarmless =

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "KindShape.h"
+#include "KindDescriptor.h"
 #include "Outline.h"
 
 namespace calljournal {
@@ -19,15 +19,15 @@ struct Finding {
     std::string what;
 };
 
-/// What was found in a text, and what of its slips is told already.
+/// What was found in a text, and which of its syntax errors are reported already.
 struct Findings {
     explicit Findings(const Outline& outline);
 
     void add(std::size_t at, const std::string& place, const std::string& what);
 
     std::vector<Finding> all;
-    std::map<std::size_t, std::vector<const Slip*>> slipsOf;  ///< By element.
-    std::set<const Slip*> told;
+    std::map<std::size_t, std::vector<const SyntaxError*>> errorsOf;  ///< By element.
+    std::set<const SyntaxError*> told;
 };
 
 /// Who reads the entries of a text.
@@ -35,7 +35,7 @@ enum class Reader { decoder, missedList };
 
 /// Where an entry stands and what its reader made of it.
 struct EntryUnderCheck {
-    const KindShape& kind;
+    const KindDescriptor& kind;
     Reader reader;
     std::vector<std::size_t> elements;  ///< Its elements at the top level.
     std::size_t at;                     ///< Where it begins.

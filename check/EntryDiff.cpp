@@ -12,7 +12,7 @@ using Values = std::vector<std::string>;
 
 constexpr char noCall[] = "(no such call)";
 
-void diffValues(const std::vector<FieldShape>& rows, const std::string& place, const Values& a, const Values& b,
+void diffValues(const std::vector<FieldDescriptor>& rows, const std::string& place, const Values& a, const Values& b,
                 std::vector<std::string>& lines) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (a[i] != b[i]) {
@@ -33,7 +33,7 @@ Values absentBeside(const Values& call) {
 
 }  // namespace
 
-std::vector<std::string> diffEntries(const KindShape& kind, const EntryValues& a, const EntryValues& b) {
+std::vector<std::string> diffEntries(const KindDescriptor& kind, const EntryValues& a, const EntryValues& b) {
     std::vector<std::string> lines;
     diffValues(kind.fields, std::string(), a.fields, b.fields, lines);
     for (std::size_t i = 0; i < std::max(a.calls.size(), b.calls.size()); ++i) {

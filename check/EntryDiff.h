@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "KindShape.h"
+#include "KindDescriptor.h"
 
 namespace calljournal {
 
 /// Returns a line for each value that differs, such as "call 2, Number: 0301 | 0302". A call that only one entry has
 /// differs in each value that says something.
-std::vector<std::string> diffEntries(const KindShape& kind, const EntryValues& a, const EntryValues& b);
+std::vector<std::string> diffEntries(const KindDescriptor& kind, const EntryValues& a, const EntryValues& b);
 
 }  // namespace calljournal
 

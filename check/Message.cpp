@@ -34,10 +34,11 @@ std::set<std::string_view> namesIn(const Outline& outline, const std::vector<std
 }
 
 /// How badly the names fit a kind: foreign ones first, then missing ones.
-std::pair<std::size_t, std::size_t> misfit(const KindShape& kind, std::set<std::string_view> names, bool hasCalls) {
+std::pair<std::size_t, std::size_t> misfit(const KindDescriptor& kind, std::set<std::string_view> names,
+                                           bool hasCalls) {
     std::size_t missing = 0;
-    const auto take = [&](const std::vector<FieldShape>& rows, bool isExpected) {
-        for (const FieldShape& row : rows) {
+    const auto take = [&](const std::vector<FieldDescriptor>& rows, bool isExpected) {
+        for (const FieldDescriptor& row : rows) {
             const bool isThere = names.erase(row.writtenAs) + names.erase(row.readAs) > 0;
             missing += !isThere && isExpected && row.isAlwaysWritten() ? 1U : 0U;
         }
@@ -47,12 +48,12 @@ std::pair<std::size_t, std::size_t> misfit(const KindShape& kind, std::set<std::
     return {names.size() + (hasCalls && !kind.hasCalls() ? 1U : 0U), missing};
 }
 
-const KindShape* guessedKind(const Outline& outline, const std::vector<std::size_t>& elements) {
+const KindDescriptor* guessedKind(const Outline& outline, const std::vector<std::size_t>& elements) {
     const std::set<std::string_view> names = namesIn(outline, elements);
     const std::size_t list = firstNamed(outline, elements, text::LOGLIST);
     const bool hasCalls = list != noElement && !outline.elements[list].children.empty();
-    const std::vector<KindShape>& kinds = kindShapes();
-    return &*std::min_element(kinds.begin(), kinds.end(), [&](const KindShape& a, const KindShape& b) {
+    const std::vector<KindDescriptor>& kinds = kindDescriptors();
+    return &*std::min_element(kinds.begin(), kinds.end(), [&](const KindDescriptor& a, const KindDescriptor& b) {
         return misfit(a, names, hasCalls) < misfit(b, names, hasCalls);
     });
 }
@@ -60,9 +61,10 @@ const KindShape* guessedKind(const Outline& outline, const std::vector<std::size
 /// Whether any kind has an element of that name outside of its calls.
 bool isEntryElement(std::string_view name) {
     return isOneOf(name, {text::LOGLIST, text::ITEM, text::PICTURE}) ||
-           std::any_of(kindShapes().begin(), kindShapes().end(), [&](const KindShape& kind) {
-               return std::any_of(kind.fields.begin(), kind.fields.end(),
-                                  [&](const FieldShape& row) { return row.writtenAs == name || row.readAs == name; });
+           std::any_of(kindDescriptors().begin(), kindDescriptors().end(), [&](const KindDescriptor& kind) {
+               return std::any_of(kind.fields.begin(), kind.fields.end(), [&](const FieldDescriptor& row) {
+                   return row.writtenAs == name || row.readAs == name;
+               });
            });
 }
 
@@ -114,7 +116,7 @@ private:
                                             : kindOfSchema(text::DAS_CALLLOGMISSEDCALLS);
     }
 
-    const KindShape* kindOf(const std::vector<std::size_t>& elements) const {
+    const KindDescriptor* kindOf(const std::vector<std::size_t>& elements) const {
         return kindName_.empty() ? guessedKind(message_.outline, elements) : kindNamed(kindName_);
     }
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "EntryCheck.h"
-#include "KindShape.h"
+#include "KindDescriptor.h"
 #include "Outline.h"
 
 namespace calljournal {
@@ -28,8 +28,8 @@ struct Message {
     MessageType type = MessageType::unknown;
     std::size_t schema = noElement;  ///< The element of a request or a reply.
     std::string_view schemaName;
-    std::string_view method;          ///< Of a notification.
-    const KindShape* kind = nullptr;  ///< Of its entries; null if nobody reads them.
+    std::string_view method;               ///< Of a notification.
+    const KindDescriptor* kind = nullptr;  ///< Of its entries; null if nobody reads them.
     Reader reader = Reader::decoder;
     std::vector<MessageEntry> entries;
 

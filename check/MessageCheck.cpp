@@ -98,7 +98,7 @@ public:
                 checkUnknown();
                 break;
         }
-        addSlips();
+        addSyntaxErrors();
         std::stable_sort(findings_.all.begin(), findings_.all.end(),
                          [](const Finding& a, const Finding& b) { return a.at < b.at; });
         return std::move(findings_.all);
@@ -107,10 +107,10 @@ public:
 private:
     void tell(std::size_t at, const std::string& what) { findings_.add(at, std::string(), what); }
 
-    void addSlips() {
-        for (const Slip& slip : outline_.slips) {
-            if (findings_.told.count(&slip) == 0) {
-                findings_.add(slip.at, places_.ofElement(slip.element), slip.what);
+    void addSyntaxErrors() {
+        for (const SyntaxError& error : outline_.syntaxErrors) {
+            if (findings_.told.count(&error) == 0) {
+                findings_.add(error.at, places_.ofElement(error.element), error.what);
             }
         }
     }
@@ -185,7 +185,7 @@ private:
         if (!isSchemaTold_) {
             isSchemaTold_ = true;
             std::string known;
-            for (const KindShape& kind : kindShapes()) {
+            for (const KindDescriptor& kind : kindDescriptors()) {
                 known += known.empty() ? "" : ", ";
                 known += kind.schema;
             }
@@ -242,7 +242,7 @@ private:
             checkCount();
         } else {
             std::string known(text::MISSEDCALLSCOUNTUPDATE_XML);
-            for (const KindShape& kind : kindShapes()) {
+            for (const KindDescriptor& kind : kindDescriptors()) {
                 known += kind.updateMethod.empty() ? "" : ", " + std::string(kind.updateMethod);
             }
             tell(outline_.begin,

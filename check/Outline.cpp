@@ -131,17 +131,17 @@ public:
     }
 
 private:
-    void slip(std::size_t at, std::string what) {
-        outline_.slips.push_back({at, open_.empty() ? noElement : open_.back(), std::move(what)});
+    void error(std::size_t at, std::string what) {
+        outline_.syntaxErrors.push_back({at, open_.empty() ? noElement : open_.back(), std::move(what)});
     }
 
     void takeByte() {
         const char c = outline_.text[at_];
         const std::size_t length = c == '&' ? entityLength(outline_.text, at_) : 1;
         if (length == 0) {
-            slip(at_, "raw \"&\", which an XML text holds as &amp;");
+            error(at_, "raw \"&\", which an XML text holds as &amp;");
         } else if (isForbidden(c)) {
-            slip(at_, "the byte " + printable(outline_.text.substr(at_, 1)) + ", which XML forbids");
+            error(at_, "the byte " + printable(outline_.text.substr(at_, 1)) + ", which XML forbids");
         }
         at_ += std::max<std::size_t>(length, 1);
     }
@@ -151,8 +151,8 @@ private:
         if (!tag) {
             const std::size_t from = at_ + (outline_.text.substr(at_, 2) == "</" ? 2 : 1);
             const bool isCut = outline_.text.find_first_of("<>", from) == std::string_view::npos;
-            slip(at_, isCut ? "\"<\" begins a tag that never ends: the text is cut here, or the sign is raw"
-                            : "raw \"<\", which an XML text holds as &lt;");
+            error(at_, isCut ? "\"<\" begins a tag that never ends: the text is cut here, or the sign is raw"
+                             : "raw \"<\", which an XML text holds as &lt;");
             ++at_;
             return;
         }
@@ -166,8 +166,8 @@ private:
 
     void open(const Tag& tag) {
         if (!tag.isPlain && tag.name != "Schema") {
-            slip(at_, "the tag of " + std::string(tag.name) + " holds more than its name, so that a search for <" +
-                          std::string(tag.name) + "> does not find it");
+            error(at_, "the tag of " + std::string(tag.name) + " holds more than its name, so that a search for <" +
+                           std::string(tag.name) + "> does not find it");
         }
         const std::size_t index = outline_.elements.size();
         const std::size_t parent = open_.empty() ? noElement : open_.back();
@@ -182,7 +182,7 @@ private:
     void close(const Tag& tag) {
         const auto count = openOfName_.find(tag.name);
         if (count == openOfName_.end() || count->second == 0) {
-            slip(at_, "</" + std::string(tag.name) + "> closes nothing");
+            error(at_, "</" + std::string(tag.name) + "> closes nothing");
             return;
         }
         std::size_t depth = open_.size();
@@ -208,7 +208,7 @@ private:
             Element& element = outline_.elements[open_.back()];
             element.textEnd = end;
             element.end = end;
-            outline_.slips.push_back(
+            outline_.syntaxErrors.push_back(
                 {element.begin, element.parent, "<" + std::string(element.name) + "> is never closed"});
             pop();
         }

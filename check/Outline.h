@@ -26,7 +26,7 @@ struct Element {
 };
 
 /// Something in a text that is not well-formed, or that is well-formed and yet no plain tag.
-struct Slip {
+struct SyntaxError {
     std::size_t at;
     std::size_t element;  ///< The innermost open one, or noElement.
     std::string what;
@@ -38,7 +38,7 @@ struct Outline {
     std::size_t begin = 0;  ///< Behind the XML declaration, if there is one.
     std::vector<Element> elements;
     std::vector<std::size_t> top;
-    std::vector<Slip> slips;
+    std::vector<SyntaxError> syntaxErrors;
 
     std::string_view rawText(const Element& element) const {
         return text.substr(element.textBegin, element.textEnd - element.textBegin);

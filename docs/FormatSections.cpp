@@ -8,7 +8,7 @@
 #include "CallBacks.h"
 #include "CallKinds.h"
 #include "CallListDatabaseAdapterHelper.h"
-#include "KindShape.h"
+#include "KindDescriptor.h"
 #include "Kinds.h"
 #include "ManText.h"
 #include "Outline.h"
@@ -58,7 +58,7 @@ const Enumeration enumerations[] = {
     {"call-back state", format::wordsOf(format::callBackStateWords)},
 };
 
-std::string conversion(const FieldShape& row) {
+std::string conversion(const FieldDescriptor& row) {
     if (row.type == ValueType::flag) {
         return "`True` or `False`";
     }
@@ -74,9 +74,9 @@ std::string timesUnescaped(int times) {
     return times == 0 ? "never" : times == 1 ? "once" : "twice";
 }
 
-std::vector<Row> elementRows(const std::vector<FieldShape>& fields) {
+std::vector<Row> elementRows(const std::vector<FieldDescriptor>& fields) {
     std::vector<Row> rows;
-    for (const FieldShape& field : fields) {
+    for (const FieldDescriptor& field : fields) {
         rows.push_back(
             {std::to_string(rows.size() + 1),
              code(field.writtenAs) + (field.writtenAs == field.readAs ? "" : ", read as " + code(field.readAs)),
@@ -85,7 +85,7 @@ std::vector<Row> elementRows(const std::vector<FieldShape>& fields) {
     return rows;
 }
 
-std::string elementTables(const KindShape& kind) {
+std::string elementTables(const KindDescriptor& kind) {
     const Row head = {"#", "Element", "Value", "Written", "Unescaped"};
     std::vector<Row> rows = elementRows(kind.fields);
     if (kind.hasCalls()) {
@@ -100,7 +100,7 @@ std::string elementTables(const KindShape& kind) {
 }
 
 /// The elements that are looked for in another order than they are written in.
-std::string readingOrder(const KindShape& kind) {
+std::string readingOrder(const KindDescriptor& kind) {
     std::string text;
     for (std::size_t i = 0; i + 1 < kind.readRanks.size(); ++i) {
         if (kind.readRanks[i] > kind.readRanks[i + 1]) {
@@ -386,7 +386,7 @@ std::string roundTrips() {
 
 std::string calledKinds() {
     std::vector<Row> rows;
-    for (const KindShape& kind : kindShapes()) {
+    for (const KindDescriptor& kind : kindDescriptors()) {
         rows.push_back(
             {std::string(kind.name), code(kind.schema), kind.updateMethod.empty() ? "none" : code(kind.updateMethod)});
     }
@@ -410,7 +410,7 @@ std::map<std::string, std::string> formatSections() {
     sections["request"] = writeRequest();
     sections["words"] = wordTables();
     sections["round trips"] = roundTrips();
-    for (const KindShape& kind : kindShapes()) {
+    for (const KindDescriptor& kind : kindDescriptors()) {
         sections[std::string(kind.name)] = elementTables(kind) + readingOrder(kind);
     }
     std::vector<Row> left;

@@ -111,7 +111,7 @@ bool report(const std::string& file, const std::string& text, const std::string&
 bool reportStore(const std::string& path, std::ostream& out) {
     SqlDataAccessService store(path);
     bool isFine = true;
-    for (const KindShape& kind : kindShapes()) {
+    for (const KindDescriptor& kind : kindDescriptors()) {
         std::string request = CallListDatabaseAdapterHelper::createXMLField("ReasonForMessage", "read_request");
         CallListDatabaseAdapterHelper::addXMLHeaderFooter(request, std::string(kind.schema));
         const std::string name = nameOf(path) + ": " + std::string(kind.schema);
@@ -130,7 +130,7 @@ bool checkFile(const std::string& path, const CheckOptions& options, std::istrea
 
 /// The only entry of a file.
 struct OnlyEntry {
-    const KindShape* kind;
+    const KindDescriptor* kind;
     EntryValues values;
 };
 

@@ -155,12 +155,12 @@ TEST(MessageCheck, NestsAsDeepAsTheTextDoes) {
     EXPECT_EQ(checkMessage("<Viewed>True</Viewed>" + deep, "").findings.size(), 100001u);
 }
 
-TEST(KindShape, HasARowForEachElementThatAnEncoderWrites) {
+TEST(KindDescriptor, HasARowForEachElementThatAnEncoderWrites) {
     for (const std::string& text : messages()) {
         const Message message = messageOf(text, "");
         ASSERT_NE(message.kind, nullptr);
         std::string written;
-        for (const FieldShape& row : message.kind->callFields) {
+        for (const FieldDescriptor& row : message.kind->callFields) {
             written += "<" + std::string(row.writtenAs) + ">";
         }
         std::string found;

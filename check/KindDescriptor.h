@@ -1,5 +1,5 @@
-#ifndef CALLJOURNAL_KINDSHAPE_H
-#define CALLJOURNAL_KINDSHAPE_H
+#ifndef CALLJOURNAL_KINDDESCRIPTOR_H
+#define CALLJOURNAL_KINDDESCRIPTOR_H
 
 #include <cstddef>
 #include <optional>
@@ -13,8 +13,8 @@ namespace calljournal {
 
 enum class ValueType { text, flag, word };
 
-/// One element of an entry or of a call, as one row of a table whose shape does not depend on the kind.
-struct FieldShape {
+/// One element of an entry or of a call, the same for every kind.
+struct FieldDescriptor {
     std::string_view writtenAs;
     std::string_view readAs;
     ValueType type;
@@ -27,30 +27,30 @@ struct FieldShape {
 
 /// What a reader made of an entry: texts, "True" or "False", and the word of each value.
 struct EntryValues {
-    std::vector<std::string> fields;              ///< In the order of KindShape::fields.
-    std::vector<std::vector<std::string>> calls;  ///< Each in the order of KindShape::callFields.
+    std::vector<std::string> fields;              ///< In the order of KindDescriptor::fields.
+    std::vector<std::vector<std::string>> calls;  ///< Each in the order of KindDescriptor::callFields.
 };
 
 /// One kind of entry: its table in the data access service, its elements and its decoder.
-struct KindShape {
+struct KindDescriptor {
     std::string_view name;
     std::string_view schema;
-    std::string_view updateMethod;       ///< Empty for a kind without notification.
-    std::vector<FieldShape> fields;      ///< In the order written; LogList follows them.
-    std::vector<FieldShape> callFields;  ///< In the order written.
-    std::vector<std::size_t> readRanks;  ///< The place of each call field in the order of reading.
+    std::string_view updateMethod;            ///< Empty for a kind without notification.
+    std::vector<FieldDescriptor> fields;      ///< In the order written; LogList follows them.
+    std::vector<FieldDescriptor> callFields;  ///< In the order written.
+    std::vector<std::size_t> readRanks;       ///< The place of each call field in the order of reading.
     EntryValues (*decode)(const char* body);
 
     bool hasCalls() const { return !callFields.empty(); }
 };
 
 /// The four kinds of calls in the order in which people list them, and behind them the host's call-backs.
-const std::vector<KindShape>& kindShapes();
+const std::vector<KindDescriptor>& kindDescriptors();
 
 /// The kind of that name, schema or notification; null if there is none.
-const KindShape* kindNamed(std::string_view name);
-const KindShape* kindOfSchema(std::string_view schema);
-const KindShape* kindOfMethod(std::string_view method);
+const KindDescriptor* kindNamed(std::string_view name);
+const KindDescriptor* kindOfSchema(std::string_view schema);
+const KindDescriptor* kindOfMethod(std::string_view method);
 
 /// One entry as the reader of the missed call list left it.
 struct ListEntry {

@@ -1,4 +1,4 @@
-#include "KindShape.h"
+#include "KindDescriptor.h"
 
 #include <deque>
 #include <type_traits>
@@ -14,20 +14,20 @@ namespace calljournal {
 
 namespace {
 
-// Shapes of the rows, by the type of the value.
+// Descriptors of the fields, by the type of the value.
 
 constexpr format::Words noWords = {nullptr, nullptr, {}};
 
-FieldShape callField(std::string_view tag, const std::string&, bool) {
+FieldDescriptor callField(std::string_view tag, const std::string&, bool) {
     return {tag, tag, ValueType::text, noWords, "as it is", callTextUnescapes};
 }
 
-FieldShape callField(std::string_view tag, bool, bool unescapesFlags) {
+FieldDescriptor callField(std::string_view tag, bool, bool unescapesFlags) {
     return {tag, tag, ValueType::flag, noWords, "", unescapesFlags ? callTextUnescapes : 1};
 }
 
 template <class Enumeration>
-FieldShape callField(std::string_view tag, Enumeration value, bool) {
+FieldDescriptor callField(std::string_view tag, Enumeration value, bool) {
     return {tag, tag, ValueType::word, format::wordsFor(value), "", callTextUnescapes};
 }
 
@@ -36,7 +36,7 @@ std::string_view idiomOf(format::Form form) {
 }
 
 template <class Base>
-FieldShape itemField(const format::ItemField<Base>& field) {
+FieldDescriptor itemField(const format::ItemField<Base>& field) {
     if (const auto* access = std::get_if<format::TextAccess<Base>>(&field.access)) {
         return {field.writtenAs, field.readAs, ValueType::text, noWords, idiomOf(access->form), itemTextUnescapes};
     }
@@ -87,27 +87,30 @@ EntryValues decodeItem(const char* body) {
 }
 
 template <class Item>
-KindShape shapeOf() {
+KindDescriptor descriptorOf() {
     using Kind = format::CallKind<Item>;
-    KindShape shape{KindInterface<Item>::name, Kind::schema, Kind::updateMethod, {}, {}, {}, &decodeItem<Item>};
+    KindDescriptor descriptor{KindInterface<Item>::name, Kind::schema, Kind::updateMethod, {}, {}, {},
+                              &decodeItem<Item>};
     for (const auto& field : format::partyFields) {
-        shape.fields.push_back(itemField(field));
+        descriptor.fields.push_back(itemField(field));
     }
     for (const auto& field : Kind::itemFields) {
-        shape.fields.push_back(itemField(field));
+        descriptor.fields.push_back(itemField(field));
     }
     const typename Kind::Call call;
     for (const auto& field : Kind::callFields) {
         std::visit(
-            [&](auto member) { shape.callFields.push_back(callField(field.tag, call.*member, Kind::unescapesFlags)); },
+            [&](auto member) {
+                descriptor.callFields.push_back(callField(field.tag, call.*member, Kind::unescapesFlags));
+            },
             field.member);
         std::size_t rank = 0;
         while (Kind::readFields[rank].tag != field.tag) {
             ++rank;
         }
-        shape.readRanks.push_back(rank);
+        descriptor.readRanks.push_back(rank);
     }
-    return shape;
+    return descriptor;
 }
 
 // Call-backs.
@@ -123,10 +126,10 @@ EntryValues decodeCallBackBody(const char* body) {
     return values;
 }
 
-FieldShape callBackShape(const CallBackField& field) {
+FieldDescriptor callBackField(const CallBackField& field) {
     const CallBackItem item;
     return std::visit(
-        [&](const auto& access) -> FieldShape {
+        [&](const auto& access) -> FieldDescriptor {
             const auto value = (item.*access.get)();
             if constexpr (std::is_enum_v<std::decay_t<decltype(value)>>) {
                 return {field.tag, field.tag, ValueType::word, format::wordsFor(value), "", 1};
@@ -137,24 +140,25 @@ FieldShape callBackShape(const CallBackField& field) {
         field.access);
 }
 
-KindShape shapeOfCallBacks() {
-    KindShape shape{callBackKind, callBackSchema, "", {itemField(format::partyFields[0])}, {}, {}, &decodeCallBackBody};
+KindDescriptor callBackDescriptor() {
+    KindDescriptor descriptor{callBackKind, callBackSchema,     "", {itemField(format::partyFields[0])}, {},
+                              {},           &decodeCallBackBody};
     for (const CallBackField& field : callBackFields) {
-        shape.fields.push_back(callBackShape(field));
+        descriptor.fields.push_back(callBackField(field));
     }
-    return shape;
+    return descriptor;
 }
 
-std::vector<KindShape> makeShapes() {
-    std::vector<KindShape> shapes;
-    forEachKind([&](auto type) { shapes.push_back(shapeOf<typename decltype(type)::Item>()); });
-    shapes.push_back(shapeOfCallBacks());
-    return shapes;
+std::vector<KindDescriptor> makeDescriptors() {
+    std::vector<KindDescriptor> descriptors;
+    forEachKind([&](auto type) { descriptors.push_back(descriptorOf<typename decltype(type)::Item>()); });
+    descriptors.push_back(callBackDescriptor());
+    return descriptors;
 }
 
 template <class Is>
-const KindShape* findKind(Is is) {
-    for (const KindShape& kind : kindShapes()) {
+const KindDescriptor* findKind(Is is) {
+    for (const KindDescriptor& kind : kindDescriptors()) {
         if (is(kind)) {
             return &kind;
         }
@@ -185,7 +189,7 @@ void watchData(void* watcher, const char* text, int length) {
 
 /// Undoes the escaping of what the list hands over raw, in the places where the decoder does.
 EntryValues restored(EntryValues values) {
-    const KindShape& kind = kindShapes().front();
+    const KindDescriptor& kind = kindDescriptors().front();
     for (std::size_t i = 0; i < values.fields.size(); ++i) {
         const bool isRaw = kind.fields[i].idiom == "as it is" && kind.fields[i].type == ValueType::text;
         values.fields[i] = isRaw ? restoredText(values.fields[i], kind.fields[i].unescapes) : values.fields[i];
@@ -213,21 +217,21 @@ void watchEnd(void* userData, const char* name) {
 
 }  // namespace
 
-const std::vector<KindShape>& kindShapes() {
-    static const std::vector<KindShape> shapes = makeShapes();
-    return shapes;
+const std::vector<KindDescriptor>& kindDescriptors() {
+    static const std::vector<KindDescriptor> descriptors = makeDescriptors();
+    return descriptors;
 }
 
-const KindShape* kindNamed(std::string_view name) {
-    return findKind([&](const KindShape& kind) { return kind.name == name; });
+const KindDescriptor* kindNamed(std::string_view name) {
+    return findKind([&](const KindDescriptor& kind) { return kind.name == name; });
 }
 
-const KindShape* kindOfSchema(std::string_view schema) {
-    return findKind([&](const KindShape& kind) { return kind.schema == schema; });
+const KindDescriptor* kindOfSchema(std::string_view schema) {
+    return findKind([&](const KindDescriptor& kind) { return kind.schema == schema; });
 }
 
-const KindShape* kindOfMethod(std::string_view method) {
-    return findKind([&](const KindShape& kind) { return !method.empty() && kind.updateMethod == method; });
+const KindDescriptor* kindOfMethod(std::string_view method) {
+    return findKind([&](const KindDescriptor& kind) { return !method.empty() && kind.updateMethod == method; });
 }
 
 std::vector<ListEntry> readMissedList(const std::string& reply) {
