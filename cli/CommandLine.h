@@ -3,10 +3,12 @@
 
 #include <iosfwd>
 
+#include "ExitCode.h"
+
 namespace calljournal {
 
-/// Does what the arguments say and returns the exit status (see ExitCode.h). Data goes to `out`, diagnostics to `err`.
-int runCommand(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err);
+/// Does what the arguments say and returns the exit status. Data goes to `out`, diagnostics to `err`.
+ExitCode runCommand(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err);
 
 }  // namespace calljournal
 

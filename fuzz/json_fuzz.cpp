@@ -3,7 +3,8 @@
 
 #include <sstream>
 
-#include "CodecCommand.h"
+#include "DecodeCommand.h"
+#include "EncodeCommand.h"
 #include "Fuzz.h"
 #include "ItemJson.h"
 #include "Kinds.h"

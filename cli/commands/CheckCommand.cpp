@@ -1,10 +1,13 @@
 #include "CheckCommand.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <fstream>
 #include <istream>
 #include <iterator>
+#include <memory>
 #include <ostream>
+#include <set>
 #include <stdexcept>
 
 #include "CallListDatabaseAdapterHelper.h"
@@ -14,7 +17,9 @@
 #include "Message.h"
 #include "MessageCheck.h"
 #include "PrintableText.h"
+#include "RecordCommand.h"
 #include "SqlDataAccessService.h"
+#include "Wording.h"
 
 namespace calljournal {
 
@@ -181,6 +186,25 @@ ExitCode diffFiles(const CheckOptions& options, std::istream& in, std::ostream& 
         out << line << '\n';
     }
     return lines.empty() ? exitDone : exitRefused;
+}
+
+void addCheckCommand(CLI::App& app, CommandContext& context) {
+    CLI::App* check = app.add_subcommand("check", "Say what is wrong with captured messages or a store");
+    auto options = std::make_shared<CheckOptions>();
+    check
+        ->add_option("files", options->files,
+                     "requests, replies, notifications, entries or stores; - for standard input")
+        ->required();
+    std::vector<std::string> kinds = recordableKinds();
+    check->add_option("--kind", options->kind, "the kind of entries that do not tell: " + joined(kinds))
+        ->check(CLI::IsMember(std::set<std::string>(kinds.begin(), kinds.end())));
+    check->add_flag("--diff", options->isDiff, "compare two files with one entry each, value by value");
+    check->callback([&context, options] {
+        context.action = [&context, options] {
+            return options->isDiff ? diffFiles(*options, context.in, context.out)
+                                   : checkFiles(*options, context.in, context.out, context.err);
+        };
+    });
 }
 
 }  // namespace calljournal

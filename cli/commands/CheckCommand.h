@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ExitCode.h"
+#include "CommandContext.h"
 
 namespace calljournal {
 
@@ -22,6 +22,9 @@ ExitCode checkFiles(const CheckOptions& options, std::istream& in, std::ostream&
 /// Prints each value in which the entries of two files differ. Throws ValueError unless there are two files with one
 /// entry each, of one kind.
 ExitCode diffFiles(const CheckOptions& options, std::istream& in, std::ostream& out);
+
+/// Declares `check`.
+void addCheckCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
 

@@ -1,5 +1,6 @@
 #include "ConvertCommand.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
@@ -281,7 +282,7 @@ private:
 
 }  // namespace
 
-int convertBooks(const ConvertOptions& options, std::ostream& out, std::ostream& err) {
+ExitCode convertBooks(const ConvertOptions& options, std::ostream& out, std::ostream& err) {
     const Interruption interruption;
     try {
         Conversion(options, out, err).run();
@@ -293,6 +294,38 @@ int convertBooks(const ConvertOptions& options, std::ostream& out, std::ostream&
         err << "calljournal: " << error.what() << '\n';
     }
     return exitRefused;
+}
+
+void addConvertCommand(CLI::App& app, CommandContext& context) {
+    CLI::App* convert = app.add_subcommand("convert", "Turn any address book into a file that the phone imports");
+    auto options = std::make_shared<ConvertOptions>();
+    convert->add_option("files", options->files, "CSV or vCard files of any program; they stay as they are")
+        ->required();
+    convert->add_option("-o,--out", options->out, "the file to write; standard output if absent");
+    convert->add_option("--to", options->to, "tamber (the phone's own layout), vcard or json")
+        ->check(CLI::IsMember(std::set<std::string>{"tamber", "vcard", "json"}));
+    convert->add_option("--numbers", options->numbers, "keep, international or dialable")
+        ->check(CLI::IsMember(std::set<std::string>{"keep", "international", "dialable"}));
+    convert->add_option("--from-charset", options->fromCharset, "the character set, where it cannot be found out");
+    convert->add_option("--columns", options->columns, "a file with more names of columns");
+    convert->add_option("--map", options->maps, "what a column means: \"Handy=Mobile1\"; \"Handy=-\" leaves it out")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    convert->add_option("--report", options->report, "tell about every record, as text or json")
+        ->check(CLI::IsMember(std::set<std::string>{"text", "json"}));
+    convert->add_flag("--dry-run", options->isDryRun, "do everything, prove it, and write nothing");
+    convert->add_flag("--merge", options->merge, "make one contact of those that are one person");
+    convert->add_flag("--force", options->force, "overwrite files that are there");
+    convert->add_flag("--cut", options->cut, "leave out what the phone does not hold, rather than write further files");
+    convert->add_option("--limit", options->limit, "contacts that the phone holds: 100, or 1000")
+        ->check(CLI::IsMember(std::set<unsigned>{100, 1000}));
+    convert->add_option("--existing", options->existing, "contacts that it holds already")->check(CLI::Range(0, 1000));
+    convert->callback([&context, options] {
+        context.action = [&context, options] {
+            options->region = context.globals.region;
+            return convertBooks(*options, context.out, context.err);
+        };
+    });
 }
 
 }  // namespace calljournal

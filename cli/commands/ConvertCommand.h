@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "CommandContext.h"
+
 namespace calljournal {
 
 /// What `calljournal convert` is asked to do.
@@ -28,8 +30,11 @@ struct ConvertOptions {
 };
 
 /// Converts address books to contacts that a phone imports without loss, and reports what it did: on `out`, or on `err`
-/// if the contacts themselves go to `out`. Returns an ExitCode: exitRefused if nothing was delivered.
-int convertBooks(const ConvertOptions& options, std::ostream& out, std::ostream& err);
+/// if the contacts themselves go to `out`. Returns exitRefused if nothing was delivered.
+ExitCode convertBooks(const ConvertOptions& options, std::ostream& out, std::ostream& err);
+
+/// Declares `convert`.
+void addConvertCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
 

@@ -1,13 +1,16 @@
 #include "DemoCommand.h"
 
+#include <CLI/CLI.hpp>
 #include <boost/algorithm/string/replace.hpp>
 #include <filesystem>
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
+#include <string>
 #include <system_error>
+#include <vector>
 
-#include "ExitCode.h"
+#include "CommandLine.h"
 #include "TemporaryFolder.h"
 
 namespace calljournal {
@@ -32,7 +35,7 @@ fs::path exampleFolder() {
 struct Step {
     std::string says;
     std::vector<std::string> arguments;
-    int status = exitDone;  ///< How it ends; another end ends the tour.
+    ExitCode status = exitDone;  ///< How it ends; another end ends the tour.
 };
 
 std::vector<Step> tour(const std::string& examples) {
@@ -82,9 +85,17 @@ std::string quoted(const std::string& argument) {
     return isPlain ? argument : "'" + boost::algorithm::replace_all_copy(argument, "'", "'\\''") + "'";
 }
 
-}  // namespace
+/// Runs one command line, without the program's name.
+ExitCode runLine(const std::vector<std::string>& arguments, std::istream& in, std::ostream& out) {
+    std::vector<const char*> argv = {"calljournal"};
+    for (const std::string& argument : arguments) {
+        argv.push_back(argument.c_str());
+    }
+    return runCommand(static_cast<int>(argv.size()), argv.data(), in, out, out);
+}
 
-int takeTour(bool showXml, const RunCommandLine& run, std::ostream& out) {
+ExitCode takeTour(const CommandContext& context) {
+    std::ostream& out = context.out;
     const std::string examples = exampleFolder().string();
     const TemporaryFolder folder("demo");
     // Where the files are is of no interest to the reader.
@@ -96,18 +107,26 @@ int takeTour(bool showXml, const RunCommandLine& run, std::ostream& out) {
         }
         out << '\n';
         std::vector<std::string> arguments = {"--store", (folder.path() / "journal.db").string(), "--format", "table"};
-        if (showXml) {
+        if (context.globals.showXml) {
             arguments.emplace_back("--show-xml");
         }
         arguments.insert(arguments.end(), step.arguments.begin(), step.arguments.end());
         std::ostringstream shown;
-        const int status = run(arguments, shown);
+        const ExitCode status = runLine(arguments, context.in, shown);
         out << boost::algorithm::replace_all_copy(shown.str(), examples, "examples") << std::flush;
         if (status != step.status) {
             return status != exitDone ? status : exitRefused;
         }
     }
-    return 0;
+    return exitDone;
+}
+
+}  // namespace
+
+void addDemoCommand(CLI::App& app, CommandContext& context) {
+    app.add_subcommand("demo", "Take a tour on a temporary store")->callback([&context] {
+        context.action = [&context] { return takeTour(context); };
+    });
 }
 
 }  // namespace calljournal

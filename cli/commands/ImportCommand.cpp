@@ -1,5 +1,6 @@
 #include "ImportCommand.h"
 
+#include <CLI/CLI.hpp>
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
@@ -25,6 +26,7 @@
 #include "TemporaryFolder.h"
 #include "Terminal.h"
 #include "VCard.h"
+#include "ValueError.h"
 #include "Wording.h"
 
 namespace calljournal {
@@ -227,15 +229,52 @@ private:
     ProgressBar bar_;
 };
 
+/// The format of the import itself, else the one of the command line, else what suits the output.
+std::string importFormat(const std::string& own, const std::string& global) {
+    if (!own.empty()) {
+        return own;
+    }
+    if (global == "xml") {
+        throw ValueError("an import has no such format: xml; it has table, json and vcard");
+    }
+    return !global.empty() ? global : isTerminal() ? "table" : "json";
+}
+
 }  // namespace
 
-int importFiles(const ImportOptions& options, std::ostream& out, std::ostream& err) {
+ExitCode importFiles(const ImportOptions& options, std::ostream& out, std::ostream& err) {
     const Interruption interruption;
     bool isAllImported = true;
     for (const std::string& file : options.files) {
         isAllImported = FileImport(file, options, out, err).run() && isAllImported;
     }
     return isAllImported ? exitDone : exitRefused;
+}
+
+void addImportCommand(CLI::App& app, CommandContext& context) {
+    CLI::App* importing = app.add_subcommand("import", "Import contacts from CSV files, as the phone would");
+    auto options = std::make_shared<ImportOptions>();
+    importing->add_option("files", options->files, "exported address books; they stay as they are")->required();
+    importing->add_flag("--check", options->check, "tell what an import would do, and what would get lost");
+    importing->add_flag("--consume", options->consume, "delete each file afterwards, as the phone does")
+        ->excludes("--check");
+    importing->add_flag("--convert", options->convert, "convert each file first, whatever program it is from")
+        ->excludes("--consume");
+    importing->add_flag("--from-latin1", options->fromLatin1, "the files are ISO 8859-1, as old exports are");
+    importing->add_option("--hardware", options->hardware, "the phone: standard, nq (1000 contacts) or tq2")
+        ->check(CLI::IsMember(std::set<std::string>{"standard", "nq", "tq2"}));
+    importing->add_option("--existing", options->existing, "contacts that the phonebook holds already")
+        ->check(CLI::Range(0, 1000000));
+    importing->add_option("--format", options->format, "table, json or vcard")
+        ->check(CLI::IsMember(std::set<std::string>{"table", "json", "vcard"}));
+    importing->callback([&context, options] {
+        context.action = [&context, options] {
+            options->log = context.globals.log;
+            options->region = context.globals.region;
+            options->format = importFormat(options->format, context.globals.format);
+            return importFiles(*options, context.out, context.err);
+        };
+    });
 }
 
 }  // namespace calljournal

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "CommandContext.h"
+
 namespace calljournal {
 
 /// What `calljournal import` is asked to do.
@@ -22,9 +24,12 @@ struct ImportOptions {
 };
 
 /// Imports each file from a private copy, shows its contacts and its outcome. The outcome goes to `err` where the
-/// contacts are data for another program, below them otherwise. Returns an ExitCode: exitRefused if any file was
+/// contacts are data for another program, below them otherwise. Returns exitRefused if any file was
 /// refused.
-int importFiles(const ImportOptions& options, std::ostream& out, std::ostream& err);
+ExitCode importFiles(const ImportOptions& options, std::ostream& out, std::ostream& err);
+
+/// Declares `import`.
+void addImportCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
 

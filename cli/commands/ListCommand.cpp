@@ -1,14 +1,19 @@
 #include "ListCommand.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cwctype>
+#include <memory>
 #include <ostream>
 #include <tuple>
 
 #include "CallBackJson.h"
 #include "EntryView.h"
+#include "FollowCommand.h"
 #include "ItemJson.h"
 #include "Kinds.h"
+#include "RecordCommand.h"
+#include "Session.h"
 #include "Terminal.h"
 #include "TextTable.h"
 #include "Time.h"
@@ -160,6 +165,35 @@ void listEntries(const ListOptions& options, Session& session, const GlobalOptio
     for (const Shown& entry : shown) {
         out << entry.text << '\n';
     }
+}
+
+void addListCommand(CLI::App& app, CommandContext& context) {
+    CLI::App* list = app.add_subcommand("list", "Show entries, newest first");
+    auto options = std::make_shared<ListOptions>();
+    std::vector<std::string> kinds = recordableKinds();
+    kinds.emplace_back("all");
+    addKind(*list, options->kind, kinds, true);
+    list->add_option("--since", options->since, "newest call not before this time");
+    list->add_option("--until", options->until, "newest call not after this time");
+    list->add_option("--number", options->number, "a call of this number");
+    list->add_option("--name", options->name, "a part of the name");
+    list->add_option("--limit", options->limit, "at most so many entries");
+    list->add_flag("--follow", options->follow, "go on showing changes and their notifications until interrupted");
+    list->callback([&context, options] {
+        checkFilters(*options);
+        context.action = [&context, options] {
+            Session session(context.globals, context.err);
+            if (context.globals.format.empty()) {
+                context.globals.format = isTerminal() ? "table" : "json";
+            }
+            if (options->follow) {
+                followEntries(*options, session, context.globals, context.out);
+            } else {
+                listEntries(*options, session, context.globals, context.out);
+            }
+            return exitDone;
+        };
+    });
 }
 
 }  // namespace calljournal

@@ -25,6 +25,9 @@ void checkFilters(ListOptions& options);
 /// Reads the entries and shows them on `out`, newest first, in the format of `globals`.
 void listEntries(const ListOptions& options, Session& session, const GlobalOptions& globals, std::ostream& out);
 
+/// Declares `list`.
+void addListCommand(CLI::App& app, CommandContext& context);
+
 }  // namespace calljournal
 
 #endif

@@ -1,9 +1,13 @@
 #include "RecordCommand.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
+#include <fstream>
 #include <istream>
 #include <iterator>
+#include <memory>
 #include <ostream>
+#include <set>
 
 #include "CallBackJson.h"
 #include "CallRecord.h"
@@ -74,6 +78,84 @@ void recordCallBacks(const std::vector<Json>& calls, Session& session, const Glo
     }
 }
 
+/// "ConnectedNumberType" as people type it: "connected-number-type".
+std::string optionName(std::string_view element) {
+    std::string name;
+    for (const char c : element) {
+        if (c >= 'A' && c <= 'Z') {
+            name += name.empty() ? "" : "-";
+            name += static_cast<char>(c - 'A' + 'a');
+        } else {
+            name += c;
+        }
+    }
+    return name;
+}
+
+/// One option for each element that a call of any kind has, taken from the kinds' own tables.
+void addCallOptions(CLI::App& app, Json& call) {
+    std::set<std::string_view> known;
+    const auto add = [&](std::string_view element, const std::string& help) {
+        const std::string name = element == format::text::TIMEDATE ? "time" : optionName(element);
+        app.add_option_function<std::string>(
+               "--" + name, [&call, element](const std::string& value) { call[std::string(element)] = value; }, help)
+            ->group("Call");
+    };
+    const auto addFlag = [&](std::string_view element) {
+        app.add_flag_callback("--" + optionName(element), [&call, element] { call[std::string(element)] = true; })
+            ->group("Call");
+    };
+    forEachKind([&](auto type) {
+        using Call = typename format::CallKind<typename decltype(type)::Item>::Call;
+        for (const auto& field : format::CallKind<typename decltype(type)::Item>::callFields) {
+            if (!known.insert(field.tag).second) {
+                continue;
+            }
+            if (std::holds_alternative<bool Call::*>(field.member)) {
+                addFlag(field.tag);
+            } else {
+                const bool isTime = field.tag == format::text::TIMEDATE;
+                add(field.tag,
+                    isTime ? "YYYY-MM-DD HH:MM:SS, now if absent"
+                           : std::visit([](auto member) { return acceptedValues(Call().*member); }, field.member));
+            }
+        }
+    });
+    for (const std::string_view element :
+         {format::text::CALLBACKTYPE, format::text::CALLBACKSTATE, format::text::CALLBACKDEVICEID}) {
+        add(element, "of a call-back");
+    }
+    for (const std::string_view element : {format::text::SURNAME, format::text::FIRSTNAME, format::text::PICTURE}) {
+        app.add_option_function<std::string>(
+               "--" + optionName(element),
+               [&call, element](const std::string& value) { call[std::string(element)] = value; }, "a text")
+            ->group("Party");
+    }
+    app.add_flag_callback(
+           "--withheld", [&call] { call["Withheld"] = true; }, "the caller withheld the number")
+        ->group("Call");
+}
+
+std::vector<Json> callsToRecord(const RecordOptions& options, std::istream& in) {
+    if (options.from.empty()) {
+        if (options.kind.empty()) {
+            throw ValueError("say which kind of call: " + joined(recordableKinds()));
+        }
+        return {checkedCall(options.call, options.kind)};
+    }
+    if (!options.call.empty()) {
+        throw ValueError("--from takes each call from the file; give no call beside it");
+    }
+    if (options.from == "-") {
+        return readCallFile(in, options.kind);
+    }
+    std::ifstream file(options.from, std::ios::binary);
+    if (!file) {
+        throw std::runtime_error(options.from + ": cannot be read");
+    }
+    return readCallFile(file, options.kind);
+}
+
 }  // namespace
 
 std::vector<std::string> recordableKinds() {
@@ -135,6 +217,23 @@ void recordCalls(const RecordOptions& options, const std::vector<Json>& calls, S
     }
     forEachKind([&](auto type) { recordKind<typename decltype(type)::Item>(calls, session, globals, out); });
     recordCallBacks(calls, session, globals, out);
+}
+
+void addRecordCommand(CLI::App& app, CommandContext& context) {
+    CLI::App* record = app.add_subcommand("record", "Add a call to its party's entry");
+    auto options = std::make_shared<RecordOptions>();
+    addKind(*record, options->kind, recordableKinds(), false);
+    addCallOptions(*record, options->call);
+    record->add_option("--from", options->from, "a file of calls, one JSON object a line; - for standard input");
+    record->add_flag("--notify", options->notify, "print the notifications to observers");
+    record->callback([&context, options] {
+        context.action = [&context, options] {
+            const std::vector<Json> calls = callsToRecord(*options, context.in);
+            Session session(context.globals, context.err);
+            recordCalls(*options, calls, session, context.globals, context.out);
+            return exitDone;
+        };
+    });
 }
 
 }  // namespace calljournal

@@ -34,6 +34,9 @@ std::vector<Json> readCallFile(std::istream& in, const std::string& kind);
 void recordCalls(const RecordOptions& options, const std::vector<Json>& calls, Session& session,
                  const GlobalOptions& globals, std::ostream& out);
 
+/// Declares `record`.
+void addRecordCommand(CLI::App& app, CommandContext& context);
+
 }  // namespace calljournal
 
 #endif

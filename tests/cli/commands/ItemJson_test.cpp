@@ -3,7 +3,8 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
-#include "CodecCommand.h"
+#include "DecodeCommand.h"
+#include "EncodeCommand.h"
 #include "RecordCommand.h"
 
 using namespace calljournal;

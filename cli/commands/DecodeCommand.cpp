@@ -1,7 +1,10 @@
-#include "CodecCommand.h"
+#include "DecodeCommand.h"
 
+#include <CLI/CLI.hpp>
 #include <istream>
 #include <iterator>
+#include <memory>
+#include <optional>
 #include <ostream>
 
 #include "ItemJson.h"
@@ -10,24 +13,8 @@
 
 namespace calljournal {
 
-namespace {
-
-std::string readAll(std::istream& in) {
-    return std::string{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-}  // namespace
-
-void encodeEntry(const std::string& kind, std::istream& in, std::ostream& out) {
-    const Json json = parseJson(readAll(in));
-    withKind(kind, [&](auto type) {
-        using Item = typename decltype(type)::Item;
-        out << KindInterface<Item>::encode(itemFromJson<Item>(json)) << '\n';
-    });
-}
-
 ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& out, std::ostream& err) {
-    std::string body = readAll(in);
+    std::string body{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     if (!body.empty() && body.back() == '\n') {
         body.pop_back();
     }
@@ -43,6 +30,15 @@ ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& ou
         return exitRefused;
     }
     return exitDone;
+}
+
+void addDecodeCommand(CLI::App& app, CommandContext& context) {
+    CLI::App* decode = app.add_subcommand("decode", "Turn an XML body into JSON");
+    auto kind = std::make_shared<std::string>();
+    addKind(*decode, *kind, kindNames(), true);
+    decode->callback([&context, kind] {
+        context.action = [&context, kind] { return decodeEntry(*kind, context.in, context.out, context.err); };
+    });
 }
 
 }  // namespace calljournal

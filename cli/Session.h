@@ -2,22 +2,13 @@
 #define CALLJOURNAL_SESSION_H
 
 #include <iosfwd>
-#include <string>
 
+#include "CommandContext.h"
 #include "Journal.h"
 #include "NumberMatcher.h"
 #include "SqlDataAccessService.h"
 
 namespace calljournal {
-
-/// What every command takes.
-struct GlobalOptions {
-    std::string store;   ///< URL or path; empty for the default store.
-    int log = 0;         ///< Log lines up to this level go to standard error.
-    std::string format;  ///< "table", "json" or "xml"; empty for what suits the output.
-    std::string region;  ///< ISO 3166-1 code; empty for the locale's.
-    bool showXml = false;
-};
 
 /// An opened store with the journal on top.
 class Session {

@@ -1,0 +1,31 @@
+#include "DeleteCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <ostream>
+
+#include "CallBackJson.h"
+#include "EntryChange.h"
+#include "EntryView.h"
+#include "Kinds.h"
+#include "RecordCommand.h"
+
+namespace calljournal {
+
+void addDeleteCommand(CLI::App& app, CommandContext& context) {
+    CLI::App* deleting = app.add_subcommand("delete", "Delete an entry and its conversation rows");
+    auto kind = std::make_shared<std::string>();
+    addKind(*deleting, *kind, recordableKinds(), true);
+    addEntryChange(*deleting, context, [kind](Journal& journal, const std::string& id, std::ostream& out) {
+        if (*kind == callBackKind) {
+            out << "deleted: " << describe(viewOf(journal.removeCallBack(id))) << '\n';
+        }
+        withKind(*kind, [&](auto type) {
+            using Item = typename decltype(type)::Item;
+            const Item entry = journal.template remove<Item>(id);
+            out << "deleted: " << describe(viewOf(entry)) << '\n';
+        });
+    });
+}
+
+}  // namespace calljournal

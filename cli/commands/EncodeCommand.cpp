@@ -1,0 +1,34 @@
+#include "EncodeCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <istream>
+#include <iterator>
+#include <memory>
+#include <ostream>
+
+#include "ItemJson.h"
+#include "Kinds.h"
+
+namespace calljournal {
+
+void encodeEntry(const std::string& kind, std::istream& in, std::ostream& out) {
+    const Json json = parseJson(std::string{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()});
+    withKind(kind, [&](auto type) {
+        using Item = typename decltype(type)::Item;
+        out << KindInterface<Item>::encode(itemFromJson<Item>(json)) << '\n';
+    });
+}
+
+void addEncodeCommand(CLI::App& app, CommandContext& context) {
+    CLI::App* encode = app.add_subcommand("encode", "Turn the JSON of an entry into its XML body");
+    auto kind = std::make_shared<std::string>();
+    addKind(*encode, *kind, kindNames(), true);
+    encode->callback([&context, kind] {
+        context.action = [&context, kind] {
+            encodeEntry(*kind, context.in, context.out);
+            return exitDone;
+        };
+    });
+}
+
+}  // namespace calljournal
