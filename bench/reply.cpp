@@ -9,7 +9,7 @@
 
 #include "CallListDatabaseAdapter.h"
 #include "CallListDatabaseAdapterHelper.h"
-#include "SqlDataAccessService.h"
+#include "Store.h"
 
 namespace {
 
@@ -30,9 +30,9 @@ int main(int argc, char** argv) {
         return 2;
     }
     CallListDatabaseAdapterHelper::init();
-    calljournal::SqlDataAccessService store(argv[1]);
+    const std::unique_ptr<calljournal::Store> store = calljournal::openStore(argv[1]);
     CallListDatabaseAdapter adapter;
-    adapter.init(&store);
+    adapter.init(store.get());
     std::deque<MissedCallItem> list;
     std::string reply;
     const double asking =

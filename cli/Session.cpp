@@ -2,14 +2,15 @@
 
 #include <ostream>
 
+#include "StoreUrl.h"
+
 namespace calljournal {
 
 Session::Session(const GlobalOptions& options, std::ostream& xmlTrace)
-    : store_(options.store.empty() ? defaultStoreUrl() : options.store),
-      journal_(store_),
+    : store_(openStore(options.store.empty() ? defaultStoreUrl() : options.store)),
+      journal_(*store_),
       numberKey_(options.region.empty() ? localeRegion() : options.region) {
     journal_.setNumberKey(numberKey_);
-    journal_.setExclusively([this](const std::function<void()>& work) { store_.exclusively(work); });
     if (options.showXml) {
         journal_.setTrace([&xmlTrace](const std::string& request, const std::string& reply) {
             xmlTrace << "> " << request << "\n< " << reply << '\n';

@@ -6,7 +6,7 @@
 #include "CommandContext.h"
 #include "Journal.h"
 #include "NumberMatcher.h"
-#include "SqlDataAccessService.h"
+#include "Store.h"
 
 namespace calljournal {
 
@@ -18,13 +18,13 @@ public:
 
     Journal& journal() { return journal_; }
 
-    SqlDataAccessService& store() { return store_; }
+    Store& store() { return *store_; }
 
     /// What numbers of one party have in common.
     const NumberMatcher& numberKey() const { return numberKey_; }
 
 private:
-    SqlDataAccessService store_;
+    std::unique_ptr<Store> store_;
     Journal journal_;
     NumberMatcher numberKey_;
 };

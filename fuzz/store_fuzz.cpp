@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "EntryBody.h"
-#include "SqlDataAccessService.h"
+#include "Store.h"
 #include "StoreRequest.h"
 #include "TokenText.h"
 
@@ -108,7 +108,7 @@ void checkWritten(const StoreRequest& written, const std::string& reply, Model& 
     FUZZ_CHECK(ids == "</Schema>");
 }
 
-void checkRequest(calljournal::SqlDataAccessService& store, const std::string& text, Model& model) {
+void checkRequest(calljournal::Store& store, const std::string& text, Model& model) {
     const StoreRequest asked = calljournal::scanStoreRequest(text);
     const std::string reply = store.processRequest(text);
     const std::string schema(asked.schema);
@@ -126,7 +126,7 @@ void checkRequest(calljournal::SqlDataAccessService& store, const std::string& t
     }
 }
 
-void checkEverything(calljournal::SqlDataAccessService& store, Model& model) {
+void checkEverything(calljournal::Store& store, Model& model) {
     for (std::size_t index = 0; index + 1 < schemas.size(); ++index) {
         FUZZ_CHECK(store.processRequest(request(schemas[index], "read_request", "")) == model.replyOf(schemas[index]));
     }
@@ -165,13 +165,14 @@ private:
     std::filesystem::path path_;
 };
 
-struct TakeBack {};
+struct Rollback {};
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const StoreFolder folder;
-    static calljournal::SqlDataAccessService store(folder.file());
+    static const std::unique_ptr<calljournal::Store> opened = calljournal::openStore(folder.file());
+    calljournal::Store& store = *opened;
     // Each input meets an empty store, without the cost of a new one.
     try {
         store.exclusively([&] {
@@ -183,9 +184,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 begin = lineEnd == end ? end : lineEnd + 1;
             }
             checkEverything(store, model);
-            throw TakeBack();
+            throw Rollback();
         });
-    } catch (const TakeBack&) {
+    } catch (const Rollback&) {
     }
     return 0;
 }

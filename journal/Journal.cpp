@@ -137,6 +137,10 @@ Journal::Journal(DataAccessServiceIfc& service)
     adapter_.init(&recorder_);
 }
 
+Journal::Journal(Store& store) : Journal(static_cast<DataAccessServiceIfc&>(store)) {
+    exclusively_ = [&store](const std::function<void()>& work) { store.exclusively(work); };
+}
+
 template <class Item>
 std::deque<Item> Journal::entries() {
     std::deque<Item> list;

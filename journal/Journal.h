@@ -10,9 +10,9 @@
 #include "CallBacks.h"
 #include "CallKinds.h"
 #include "CallListDatabaseAdapter.h"
-#include "DataAccessServiceIfc.h"
 #include "JournalServiceObserverIfc.h"
 #include "ReplyRecorder.h"
+#include "Store.h"
 
 namespace calljournal {
 
@@ -33,8 +33,8 @@ struct NewCall {
 /// What a phone's journal service does with calls: keeps one entry for each party, newest call first, in the data
 /// access service, and tells its observers what changed.
 ///
-///     SqlDataAccessService store("journal.db");
-///     Journal journal(store);
+///     const std::unique_ptr<Store> store = openStore("journal.db");
+///     Journal journal(*store);
 ///     journal.addObserver(display);
 ///     journal.record<MissedCallItem>({{party, call}});
 ///     for (const MissedCallItem& entry : journal.entries<MissedCallItem>()) ...
@@ -47,14 +47,14 @@ public:
     /// Gives the same text for two ways to write one party's number. Both end with the same four digits.
     using NumberKey = std::function<std::string(const std::string& number)>;
 
-    /// Runs a piece of work that reads and then writes while no other process may write.
-    using Exclusively = std::function<void(const std::function<void()>& work)>;
+    /// Uses `store`, which must outlive the journal, and what reads and then writes keeps other processes from writing
+    /// in between. Numbers match when they are equal, unless there is a number key.
+    explicit Journal(Store& store);
 
-    /// Uses `service`, which must outlive the journal. By default numbers match when they are equal.
+    /// The same with a service that others do not write to.
     explicit Journal(DataAccessServiceIfc& service);
 
     void setNumberKey(NumberKey numberKey) { numberKey_ = std::move(numberKey); }
-    void setExclusively(Exclusively exclusively) { exclusively_ = std::move(exclusively); }
 
     /// Shows each request and reply to `trace`.
     void setTrace(ReplyRecorder::Trace trace) { recorder_.setTrace(std::move(trace)); }
@@ -109,7 +109,7 @@ private:
     ReplyRecorder recorder_;
     CallListDatabaseAdapter adapter_;
     NumberKey numberKey_;
-    Exclusively exclusively_;
+    std::function<void(const std::function<void()>& work)> exclusively_;
     std::vector<JournalServiceObserverIfc*> observers_;
 };
 

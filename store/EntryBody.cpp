@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "StoreWords.h"
+
 namespace calljournal {
 
 namespace {
@@ -22,8 +24,8 @@ std::string_view firstTagName(std::string_view body) {
 
 /// Returns where the close tag of the first element begins, or npos.
 std::size_t findClose(std::string_view body, std::string_view name, std::size_t textBegin) {
-    const std::string close = "</" + std::string(name) + ">";
-    if (name != "LogList") {
+    const std::string close = closeTag(name);
+    if (name != format::text::LOGLIST) {
         return body.find(close, textBegin);
     }
     const bool isLast = body.size() - textBegin >= close.size() && body.substr(body.size() - close.size()) == close;
@@ -47,9 +49,9 @@ std::optional<BodyElement> firstElement(std::string_view body) {
 
 void appendWithPictureClip(std::string_view body, std::string& text) {
     std::optional<BodyElement> element = firstElement(body);
-    while (element && element->name != "Viewed") {
-        if (element->name == "Picture") {
-            text.append("<PictureClip>").append(element->text).append("</PictureClip>");
+    while (element && element->name != format::text::VIEWED) {
+        if (element->name == format::text::PICTURE) {
+            text.append(xmlElement(format::text::PICTURE_CLIP, element->text));
         } else {
             text.append(element->whole);
         }

@@ -5,31 +5,21 @@
 #include <optional>
 
 #include "EntryBody.h"
+#include "StoreWords.h"
 
 namespace calljournal {
 
 namespace {
 
-constexpr std::string_view declaration = R"(<?xml version="1.0" encoding="utf-8"?>)";
-constexpr std::string_view schemaBegin = R"(<Schema name=")";
-constexpr std::string_view schemaEnd = "</Schema>";
-constexpr std::string_view entryBegin = "<Entry>";
-constexpr std::string_view entryEnd = "</Entry>";
-
-constexpr std::string_view missedCalls = "CallLogMissedCalls";
-constexpr std::string_view conversations = "Conversations";
-constexpr std::string_view schemas[] = {
-    missedCalls, "CallLogDialledCalls", "CallLogReceivedCalls", "CallLogForwardedCalls", conversations, "CallBacks"};
-
 struct ActionWord {
     StoreAction action;
-    std::string_view element;
+    std::string_view word;
 };
 
 constexpr ActionWord actionWords[] = {
-    {StoreAction::read, "<ReasonForMessage>read_request</ReasonForMessage>"},
-    {StoreAction::write, "<ReasonForMessage>write_request</ReasonForMessage>"},
-    {StoreAction::remove, "<ReasonForMessage>delete_request</ReasonForMessage>"},
+    {StoreAction::read, format::text::READREQUEST},
+    {StoreAction::write, format::text::WRITEREQUEST},
+    {StoreAction::remove, format::text::DELETEREQUEST},
 };
 
 bool isSchemaCharacter(char c) {
@@ -37,8 +27,8 @@ bool isSchemaCharacter(char c) {
            c == '.';
 }
 
-/// Removes `start` from the front of `text`; false, and nothing removed, if it does not stand there.
-bool take(std::string_view& text, std::string_view start) {
+/// Removes `start` from the front of `text`; false, and nothing removed, if it does not begin so.
+bool takeStart(std::string_view& text, std::string_view start) {
     if (text.substr(0, start.size()) != start) {
         return false;
     }
@@ -46,8 +36,8 @@ bool take(std::string_view& text, std::string_view start) {
     return true;
 }
 
-/// Removes `end` from the back of `text`; false, and nothing removed, if it does not stand there.
-bool takeBack(std::string_view& text, std::string_view end) {
+/// Removes `end` from the back of `text`; false, and nothing removed, if it does not end so.
+bool takeEnd(std::string_view& text, std::string_view end) {
     if (text.size() < end.size() || text.substr(text.size() - end.size()) != end) {
         return false;
     }
@@ -58,13 +48,13 @@ bool takeBack(std::string_view& text, std::string_view end) {
 /// Removes the schema's start tag from the front of `text` and returns its name; empty if there is no such tag.
 std::string_view takeSchema(std::string_view& text) {
     std::string_view rest = text;
-    if (!take(rest, schemaBegin)) {
+    if (!takeStart(rest, schemaTagBegin)) {
         return {};
     }
     const auto end = std::find_if_not(rest.begin(), rest.end(), isSchemaCharacter);
     const std::string_view name = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
     rest.remove_prefix(name.size());
-    if (name.empty() || !take(rest, "\">")) {
+    if (name.empty() || !takeStart(rest, schemaTagEnd)) {
         return {};
     }
     text = rest;
@@ -73,7 +63,7 @@ std::string_view takeSchema(std::string_view& text) {
 
 std::optional<StoreAction> takeAction(std::string_view& text) {
     for (const ActionWord& row : actionWords) {
-        if (take(text, row.element)) {
+        if (takeStart(text, xmlElement(format::text::REASONFORMESSAGE, row.word))) {
             return row.action;
         }
     }
@@ -98,8 +88,8 @@ std::string problemOfElements(std::string_view body) {
         if (!element) {
             return "is not a run of whole elements: a text in it holds markup, or it was cut";
         }
-        if (element->name == "UniqueId") {
-            return "has a UniqueId that is not its first element";
+        if (element->name == format::text::UNIQUEID) {
+            return "has a " + std::string(format::text::UNIQUEID) + " that is not its first element";
         }
         body.remove_prefix(element->whole.size());
     }
@@ -115,7 +105,7 @@ std::string scanWrittenEntry(std::string_view body, StoreEntry& entry) {
         return "is longer than " + std::to_string(maximumBodySize) + " bytes";
     }
     const std::optional<BodyElement> first = firstElement(body);
-    if (first && first->name == "UniqueId") {
+    if (first && first->name == format::text::UNIQUEID) {
         const std::string problem = problemOfId(*first);
         if (!problem.empty()) {
             return problem;
@@ -130,9 +120,10 @@ std::string scanWrittenEntry(std::string_view body, StoreEntry& entry) {
 /// Fills `entry` from the body of an entry to be deleted from `schema`; returns what is wrong.
 std::string scanDeletedEntry(std::string_view schema, std::string_view body, StoreEntry& entry) {
     const std::optional<BodyElement> id = firstElement(body);
-    const bool isId = id && (id->name == "UniqueId" || (id->name == "CallLogId" && schema == conversations));
+    const bool isId =
+        id && (id->name == format::text::UNIQUEID || (id->name == callLogIdElement && schema == conversationsSchema));
     if (!isId || id->whole.size() != body.size()) {
-        return schema == conversations ? "is not one CallLogId or UniqueId" : "is not one UniqueId";
+        return schema == conversationsSchema ? "is not one CallLogId or UniqueId" : "is not one UniqueId";
     }
     entry.id = id->text;
     return problemOfId(*id);
@@ -140,7 +131,9 @@ std::string scanDeletedEntry(std::string_view schema, std::string_view body, Sto
 
 /// Removes the entry that `text` begins with and returns its body through `body`; returns what is wrong.
 std::string takeEntryBody(std::string_view& text, std::string_view& body) {
-    if (!take(text, entryBegin)) {
+    static const std::string entryBegin = openTag(format::text::ENTRY);
+    static const std::string entryEnd = closeTag(format::text::ENTRY);
+    if (!takeStart(text, entryBegin)) {
         return "does not begin with <Entry>: other text stands there, or the entry before it was torn apart";
     }
     const std::size_t end = text.find(entryEnd);
@@ -152,7 +145,7 @@ std::string takeEntryBody(std::string_view& text, std::string_view& body) {
     return body.find(entryBegin) == std::string_view::npos ? std::string() : "holds another <Entry>";
 }
 
-/// Fills the entries of `request` from `text`, all that stands behind the reason; returns what is wrong.
+/// Fills the entries of `request` from `text`, all that follows the reason; returns what is wrong.
 std::string scanEntries(std::string_view text, StoreRequest& request) {
     while (!text.empty()) {
         StoreEntry entry;
@@ -174,13 +167,13 @@ std::string scanEntries(std::string_view text, StoreRequest& request) {
     return {};
 }
 
-/// Fills all of `request` but its schema from `text`, all that stands behind the schema's start tag; returns what is
+/// Fills all of `request` but its schema from `text`, all that follows the schema's start tag; returns what is
 /// wrong.
 std::string scanContent(std::string_view text, StoreRequest& request) {
-    if (std::find(std::begin(schemas), std::end(schemas), request.schema) == std::end(schemas)) {
+    if (std::find(std::begin(storedSchemas), std::end(storedSchemas), request.schema) == std::end(storedSchemas)) {
         return "unknown schema " + std::string(request.schema);
     }
-    if (!takeBack(text, schemaEnd)) {
+    if (!takeEnd(text, closeTag(schemaElement))) {
         return "the request is cut short: it does not end with </Schema>";
     }
     const std::optional<StoreAction> action = takeAction(text);
@@ -198,8 +191,8 @@ std::string scanContent(std::string_view text, StoreRequest& request) {
 
 StoreRequest scanStoreRequest(std::string_view text) {
     StoreRequest request;
-    if (!take(text, declaration)) {
-        request.problem = "the request does not begin with " + std::string(declaration);
+    if (!takeStart(text, format::text::XMLHEADER)) {
+        request.problem = "the request does not begin with " + std::string(format::text::XMLHEADER);
         return request;
     }
     request.schema = takeSchema(text);
@@ -209,7 +202,7 @@ StoreRequest scanStoreRequest(std::string_view text) {
 }
 
 bool servesPictureClips(std::string_view schema) {
-    return schema == missedCalls;
+    return schema == format::text::DAS_CALLLOGMISSEDCALLS;
 }
 
 }  // namespace calljournal

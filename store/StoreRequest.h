@@ -17,7 +17,7 @@ enum class StoreAction {
 
 /// One entry of a request. The views point into the request's text.
 struct StoreEntry {
-    std::string_view id;    ///< Byte for byte as it stands in the request; empty if the entry has none.
+    std::string_view id;    ///< Byte for byte as in the request; empty if the entry has none.
     std::string_view body;  ///< Without the element that holds the id.
 };
 
@@ -33,7 +33,7 @@ struct StoreRequest {
 /// An entry's body longer than this many bytes is refused. A call log entry holds at most ten calls.
 constexpr std::size_t maximumBodySize = std::size_t{64} << 20U;
 
-/// Takes `text`, which must outlive the result, apart by literal rules. Nothing may stand before, between or behind
+/// Takes `text`, which must outlive the result, apart by literal rules. There may be nothing before, between or behind
 ///
 ///     <?xml version="1.0" encoding="utf-8"?>
 ///     <Schema name="CallLogMissedCalls">
@@ -46,7 +46,7 @@ constexpr std::size_t maximumBodySize = std::size_t{64} << 20U;
 /// or is not the body's first element. An entry to be deleted is its id alone.
 StoreRequest scanStoreRequest(std::string_view text);
 
-/// Tells whether missed calls are kept under `schema`, whose pictures their reader expects as `PictureClip`.
+/// Returns whether missed calls are kept under `schema`, whose pictures their reader expects as `PictureClip`.
 bool servesPictureClips(std::string_view schema);
 
 }  // namespace calljournal

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <string_view>
 
 #include "StoreError.h"
 
@@ -11,25 +9,15 @@ namespace calljournal {
 
 namespace {
 
-constexpr std::string_view sqliteScheme = "sqlite3://";
-
 /// Returns the value of an environment variable that holds an absolute path, or an empty text.
 std::string absolutePathFrom(const char* variable) {
     const char* value = std::getenv(variable);
     return value != nullptr && value[0] == '/' ? value : std::string();
 }
 
-bool beginsWith(std::string_view text, std::string_view start) {
-    return text.substr(0, start.size()) == start;
-}
-
-/// Tells whether `url` begins with a scheme: letters, digits, `+`, `-` or `.` and then `://`.
-bool hasScheme(std::string_view url) {
-    const std::size_t end = url.find("://");
-    return end != std::string_view::npos && end > 0 && std::all_of(url.begin(), url.begin() + end, [](char c) {
-               return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' ||
-                      c == '-' || c == '.';
-           });
+bool isSchemeCharacter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' || c == '-' ||
+           c == '.';
 }
 
 }  // namespace
@@ -43,22 +31,13 @@ std::string defaultStoreUrl() {
         }
         folder = home + "/.local/share";
     }
-    return std::string(sqliteScheme) + folder + "/calljournal/journal.db";
+    return "sqlite3://" + folder + "/calljournal/journal.db";
 }
 
-std::string storeFile(const std::string& url) {
-    const bool isSqlite = beginsWith(url, sqliteScheme);
-    if (!isSqlite && hasScheme(url)) {
-        throw StoreError("store " + url + ": only SQLite files can be used; write sqlite3://PATH or a plain path");
-    }
-    const std::string path = isSqlite ? url.substr(sqliteScheme.size()) : url;
-    if (path.empty()) {
-        throw StoreError("store " + url + ": it names no file; write sqlite3://PATH or a plain path");
-    }
-    if (path.find('\0') != std::string::npos) {
-        throw StoreError("store " + url.substr(0, url.find('\0')) + ": its path holds a zero byte; name another file");
-    }
-    return std::filesystem::absolute(path).string();
+std::string_view schemeOf(std::string_view url) {
+    const std::string_view scheme = url.substr(0, std::min(url.find(schemeEnd), url.size()));
+    const bool isScheme = scheme.size() < url.size() && std::all_of(scheme.begin(), scheme.end(), isSchemeCharacter);
+    return isScheme ? scheme : std::string_view();
 }
 
 }  // namespace calljournal

@@ -2,6 +2,7 @@
 #define CALLJOURNAL_STOREURL_H
 
 #include <string>
+#include <string_view>
 
 namespace calljournal {
 
@@ -9,9 +10,12 @@ namespace calljournal {
 /// `$HOME/.local/share` if that variable is unset or not absolute. Throws StoreError if there is no `$HOME` either.
 std::string defaultStoreUrl();
 
-/// Returns the absolute path of the file that `url` names: `sqlite3://PATH` or a plain path, every byte taken as it is.
-/// Throws StoreError for another scheme, an empty path or one with a zero byte.
-std::string storeFile(const std::string& url);
+/// What follows the scheme in a URL.
+constexpr std::string_view schemeEnd = "://";
+
+/// Returns the scheme that `url` begins with, letters, digits, `+`, `-` or `.` in front of `://`; empty if it has none
+/// and is a plain path.
+std::string_view schemeOf(std::string_view url);
 
 }  // namespace calljournal
 

@@ -18,7 +18,7 @@
 #include "MessageCheck.h"
 #include "PrintableText.h"
 #include "RecordCommand.h"
-#include "SqlDataAccessService.h"
+#include "Store.h"
 #include "Wording.h"
 
 namespace calljournal {
@@ -114,13 +114,13 @@ bool report(const std::string& file, const std::string& text, const std::string&
 
 /// Checks the replies to the requests that read each schema of a store.
 bool reportStore(const std::string& path, std::ostream& out) {
-    SqlDataAccessService store(path);
+    const std::unique_ptr<Store> store = openStore(path);
     bool isFine = true;
     for (const KindDescriptor& kind : kindDescriptors()) {
         std::string request = CallListDatabaseAdapterHelper::createXMLField("ReasonForMessage", "read_request");
         CallListDatabaseAdapterHelper::addXMLHeaderFooter(request, std::string(kind.schema));
         const std::string name = nameOf(path) + ": " + std::string(kind.schema);
-        isFine = report(name, store.processRequest(request), std::string(), out) && isFine;
+        isFine = report(name, store->processRequest(request), std::string(), out) && isFine;
     }
     return isFine;
 }

@@ -71,9 +71,6 @@ EntryTable::EntryTable(soci::session& session)
                     "order by place",
                     soci::use(schema_, "schema"), soci::into(foundId_), soci::into(foundPlace_),
                     soci::into(foundChecksum_), soci::into(foundBody_))),
-      find_(prepare(session, "select place, checksum, body from entry where schema_name = :schema and unique_id = :id",
-                    soci::use(schema_, "schema"), soci::use(id_, "id"), soci::into(foundPlace_),
-                    soci::into(foundChecksum_), soci::into(foundBody_))),
       extent_(prepare(session,
                       "select count(*), cast(coalesce(sum(size), 0) as bigint) from entry "
                       "where schema_name = :schema",
@@ -94,8 +91,8 @@ void EntryTable::addToTotal(int entries, long long checksum) {
     addToTotal_.execute(true);
 }
 
-void EntryTable::checkFound(std::string_view id) const {
-    if (entryChecksum(schema_, id, foundPlace_, foundBody_) != foundChecksum_) {
+void EntryTable::checkFound() const {
+    if (entryChecksum(schema_, foundId_, foundPlace_, foundBody_) != foundChecksum_) {
         throw StoreDamage("an entry of " + schema_ + " is not as it was written");
     }
 }
@@ -153,7 +150,7 @@ void EntryTable::forEach(std::string_view schema,
     long long checksums = 0;
     list_.execute();
     while (list_.fetch()) {
-        checkFound(foundId_);
+        checkFound();
         ++entries;
         checksums += foundChecksum_;
         visit(foundId_, foundBody_);
@@ -165,18 +162,6 @@ void EntryTable::forEach(std::string_view schema,
         throw StoreDamage(std::to_string(entries) + " entries of " + schema_ + " are left of " +
                           std::to_string(count_));
     }
-}
-
-std::optional<std::string> EntryTable::find(std::string_view schema, std::string_view id) {
-    schema_ = schema;
-    id_ = id;
-    std::optional<std::string> body;
-    find_.execute();
-    while (find_.fetch()) {
-        checkFound(id);
-        body = foundBody_;
-    }
-    return body;
 }
 
 EntryTable::Extent EntryTable::extent(std::string_view schema) {

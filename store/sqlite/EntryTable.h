@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <soci/soci.h>
 #include <stdexcept>
 #include <string>
@@ -43,9 +42,6 @@ public:
     /// To be called in a transaction: throws StoreDamage at the end if an entry was changed or got lost.
     void forEach(std::string_view schema, const std::function<void(std::string_view id, std::string_view body)>& visit);
 
-    /// Returns the body of an entry, or nothing if there is none.
-    std::optional<std::string> find(std::string_view schema, std::string_view id);
-
     /// How many entries a schema has, and how many bytes their ids and bodies.
     struct Extent {
         std::size_t entries;
@@ -61,7 +57,7 @@ private:
     void addToTotal(int entries, long long checksum);
 
     /// Throws StoreDamage unless the entry that was just read is as it was written.
-    void checkFound(std::string_view id) const;
+    void checkFound() const;
 
     // What the statements are bound to; they come first, since the statements keep their addresses.
     std::string schema_;
@@ -87,7 +83,6 @@ private:
     soci::statement writeNextId_;
     soci::statement countId_;
     soci::statement list_;
-    soci::statement find_;
     soci::statement extent_;
 };
 

@@ -116,8 +116,8 @@ int makeFolders(const std::string& folder) {
 
 }  // namespace
 
-SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds patience)
-    : file_(std::move(file)), patience_(patience) {
+SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds timeout)
+    : file_(std::move(file)), timeout_(timeout) {
     const int folderError = makeFolders(folderOf(file_));
     if (folderError != 0) {
         throw error("its folder cannot be created (" + systemMessage(folderError) + "); name another file");
@@ -184,7 +184,7 @@ void SqliteConnection::connect(const std::string& uri) {
     session_ = std::make_unique<soci::session>();
     session_->open(factory, uri);
     sqlite_api::sqlite3_busy_timeout(
-        handleOf(*session_), static_cast<int>(std::min<std::chrono::milliseconds::rep>(patience_.count(), INT_MAX)));
+        handleOf(*session_), static_cast<int>(std::min<std::chrono::milliseconds::rep>(timeout_.count(), INT_MAX)));
 }
 
 /// Reads the file for the first time; that is when SQLite looks at what it is.
@@ -207,7 +207,7 @@ void SqliteConnection::makeDurable() {
 }
 
 void SqliteConnection::switchToWriteAheadLog() {
-    const Clock::time_point deadline = Clock::now() + patience_;
+    const Clock::time_point deadline = Clock::now() + timeout_;
     std::string mode;
     for (;;) {
         try {
@@ -226,7 +226,7 @@ void SqliteConnection::switchToWriteAheadLog() {
     }
 }
 
-void SqliteConnection::takeBack(const char* statements) noexcept {
+void SqliteConnection::rollback(const char* statements) noexcept {
     sqlite_api::sqlite3_exec(handleOf(*session_), statements, nullptr, nullptr, nullptr);
 }
 
@@ -252,7 +252,7 @@ StoreError SqliteConnection::error(const soci::soci_error& failure) const {
     switch (primaryCode(failure)) {
         case SQLITE_BUSY:
         case SQLITE_LOCKED:
-            return error("another process has kept it locked for " + std::to_string(patience_.count()) +
+            return error("another process has kept it locked for " + std::to_string(timeout_.count()) +
                          " ms; try again when that one is done");
         case SQLITE_NOTADB:
             return error("it is not a SQLite database; name another file or move this one away");
@@ -281,19 +281,20 @@ StoreError SqliteConnection::damage(const std::string& what) const {
 }
 
 Transaction::Transaction(SqliteConnection& connection, Scope scope) : connection_(connection), scope_(scope) {
-    connection_.sql() << (scope_ == Scope::part      ? "savepoint part"
+    connection_.sql() << (scope_ == Scope::savepoint ? "savepoint request"
                           : scope_ == Scope::writing ? "begin immediate"
                                                      : "begin");
 }
 
 Transaction::~Transaction() {
     if (!isDone_) {
-        connection_.takeBack(scope_ == Scope::part ? "rollback to savepoint part; release savepoint part" : "rollback");
+        connection_.rollback(scope_ == Scope::savepoint ? "rollback to savepoint request; release savepoint request"
+                                                        : "rollback");
     }
 }
 
 void Transaction::commit() {
-    connection_.sql() << (scope_ == Scope::part ? "release savepoint part" : "commit");
+    connection_.sql() << (scope_ == Scope::savepoint ? "release savepoint request" : "commit");
     isDone_ = true;
 }
 

@@ -25,9 +25,9 @@ namespace calljournal {
 class SqliteConnection {
 public:
     /// Opens `file`, an absolute path, and creates it and its folders as needed. Nothing is written into an existing
-    /// file. A file that cannot be written is opened for reading. Work that another process holds up waits for
-    /// `patience` before it fails. Throws StoreError.
-    SqliteConnection(std::string file, std::chrono::milliseconds patience);
+    /// file. A file that cannot be written is opened for reading. Work that another process holds up fails
+    /// after `timeout`. Throws StoreError.
+    SqliteConnection(std::string file, std::chrono::milliseconds timeout);
     ~SqliteConnection();
     SqliteConnection(const SqliteConnection&) = delete;
     SqliteConnection& operator=(const SqliteConnection&) = delete;
@@ -36,7 +36,7 @@ public:
 
     bool isReadOnly() const;
 
-    /// Tells whether a transaction is open. The database itself ends one after some errors, a full disk for instance.
+    /// Returns whether a transaction is open. The database itself ends one after some errors, a full disk for instance.
     bool isInTransaction() const;
 
     /// Has every commit from now on survive a kill and a power cut: write-ahead log, synchronised at each commit.
@@ -45,7 +45,7 @@ public:
 
     /// Executes statements that roll back. Not through SOCI, which needs memory and throws. After some errors there is
     /// nothing left to roll back; that is no failure.
-    void takeBack(const char* statements) noexcept;
+    void rollback(const char* statements) noexcept;
 
     /// Returns a number that differs from the one before if another connection has changed the file in between.
     int dataVersion();
@@ -69,7 +69,7 @@ private:
     void switchToWriteAheadLog();
 
     std::string file_;
-    std::chrono::milliseconds patience_;
+    std::chrono::milliseconds timeout_;
     std::unique_ptr<soci::session> session_;
 };
 
@@ -77,9 +77,9 @@ private:
 class Transaction {
 public:
     enum class Scope {
-        reading,  ///< Sees one state of the file, whatever others write.
-        writing,  ///< No other connection may write while it is open; its beginning waits for those that do.
-        part,     ///< A part of the one that is open, which can be taken back alone. The others fail inside of another.
+        reading,    ///< Sees one state of the file, whatever others write.
+        writing,    ///< No other connection may write while it is open; its beginning waits for those that do.
+        savepoint,  ///< A part of the one that is open, rolled back alone. The others fail inside of another.
     };
 
     Transaction(SqliteConnection& connection, Scope scope);

@@ -18,7 +18,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using Json = nlohmann::json;
-using calljournal::SqlDataAccessService;
 using std::chrono::microseconds;
 
 constexpr unsigned seed = 20250601;
@@ -125,12 +124,12 @@ TEST_F(KilledCommands, LoseNoCallThatTheyAcknowledged) {
 
 /// Writes entries of many sizes, one a request, and says which were acknowledged.
 void writeForever(const std::string& file, int writer, const Child::Say& say) {
-    SqlDataAccessService store(file);
+    const auto store = calljournal::openStore(file);
     for (int i = 0;; ++i) {
         const std::string id = std::to_string(writer) + "-" + std::to_string(i);
         const std::string body = "<EntryId>" + id + std::string(static_cast<std::size_t>(i * 613 % 20000), 'y') +
                                  "</EntryId><Surname>" + id + "</Surname>";
-        const std::string reply = store.processRequest(
+        const std::string reply = store->processRequest(
             writeRequest("CallLogDialledCalls", "<Entry><UniqueId>" + id + "</UniqueId>" + body + "</Entry>"));
         if (reply.find("<Result>ok</Result>") == std::string::npos) {
             say("refused: " + reply);

@@ -8,7 +8,7 @@
 #include "NumberMatcher.h"
 #include "RunCommand.h"
 #include "ScriptedDataAccessService.h"
-#include "SqlDataAccessService.h"
+#include "Store.h"
 
 using namespace calljournal;
 using ::testing::ElementsAre;
@@ -55,8 +55,8 @@ protected:
     }
 
     const TemporaryFolder folder_;
-    SqlDataAccessService store_{folder_.file("journal.db")};
-    Journal journal_{store_};
+    const std::unique_ptr<Store> store_ = openStore(folder_.file("journal.db"));
+    Journal journal_{*store_};
 };
 
 TEST_F(JournalOnAStore, StartsEmpty) {
@@ -273,7 +273,7 @@ TEST_F(JournalOnAStore, ListsEntriesWithoutCallsLast) {
     DialledCallItem withoutCalls;
     withoutCalls.setSurname("Nobody");
     const std::string entry = "<Entry>" + Helper::createXMLDialledCallItemBody(withoutCalls, false) + "</Entry>";
-    store_.processRequest(header + dialled + "<ReasonForMessage>write_request</ReasonForMessage>" + entry + entry +
+    store_->processRequest(header + dialled + "<ReasonForMessage>write_request</ReasonForMessage>" + entry + entry +
                           "</Schema>");
     journal_.record<DialledCallItem>({call<DialledCallItem>("1", "1"), call<DialledCallItem>("2", "2")});
     EXPECT_THAT(numbers<DialledCallItem>(), ElementsAre("2", "1", "", ""));
@@ -325,24 +325,39 @@ TEST_F(JournalOnAStore, DeletesAnEntryAndItsConversationRows) {
     EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("2"));
 }
 
+/// Passes on what another store does, and notes where exclusive work begins and ends.
+class SteppingStore : public Store {
+public:
+    SteppingStore(Store& store, std::vector<std::string>& steps) : store_(store), steps_(steps) {}
+
+    std::string processRequest(const std::string& request) override { return store_.processRequest(request); }
+    std::uint64_t changeCount() override { return store_.changeCount(); }
+    void exclusively(const std::function<void()>& work) override {
+        steps_.emplace_back("begin");
+        store_.exclusively(work);
+        steps_.emplace_back("end");
+    }
+
+private:
+    Store& store_;
+    std::vector<std::string>& steps_;
+};
+
 TEST_F(JournalOnAStore, ReadsAndWritesWhatItChangesInOnePieceOfWork) {
     std::vector<std::string> steps;
-    journal_.setExclusively([&](const std::function<void()>& work) {
-        steps.emplace_back("begin");
-        work();
-        steps.emplace_back("end");
-    });
-    journal_.setTrace([&](const std::string& request, const std::string&) {
+    SteppingStore store(*store_, steps);
+    Journal journal(store);
+    journal.setTrace([&](const std::string& request, const std::string&) {
         steps.emplace_back(request.find("read_request") != std::string::npos ? "read" : "change");
     });
 
-    journal_.record<MissedCallItem>({missed("1", "1")});
+    journal.record<MissedCallItem>({missed("1", "1")});
     EXPECT_THAT(steps, ElementsAre("begin", "read", "change", "end"));
     steps.clear();
-    journal_.markViewed("1");
+    journal.markViewed("1");
     EXPECT_THAT(steps, ElementsAre("begin", "read", "change", "end"));
     steps.clear();
-    journal_.remove<MissedCallItem>("1");
+    journal.remove<MissedCallItem>("1");
     EXPECT_THAT(steps, ElementsAre("begin", "read", "change", "change", "end"));
 }
 

@@ -404,43 +404,34 @@ TEST_F(StoreRequests, RefusesWhatItCannotAccountForAndChangesNothing) {
 
 // Beside the requests
 
-TEST_F(StoreRequests, FindsOneEntryAsItIsServed) {
-    ask(writeRequest(missed,
-                     "<Entry><UniqueId>a</UniqueId><Picture>p</Picture></Entry>"
-                     "<Entry><UniqueId>b</UniqueId><Picture>q</Picture></Entry>"));
-    EXPECT_EQ(store().findEntry(missed, "b"), "<UniqueId>b</UniqueId><PictureClip>q</PictureClip>");
-    EXPECT_EQ(store().findEntry(missed, "c"), std::nullopt);
-    EXPECT_EQ(store().findEntry(dialled, "b"), std::nullopt);
-}
-
 TEST_F(StoreRequests, CountsItsOwnChangesAndThoseOfOthers) {
-    calljournal::SqlDataAccessService other(file());
+    const auto other = calljournal::openStore(file());
     const std::uint64_t start = store().changeCount();
     ask(readRequest(missed));
     ask(writeRequest(missed, ""));
-    other.processRequest(readRequest(missed));
+    other->processRequest(readRequest(missed));
     EXPECT_EQ(store().changeCount(), start);
     ask(writeRequest(missed, "<Entry><UniqueId>a</UniqueId></Entry>"));
     const std::uint64_t afterOwn = store().changeCount();
     EXPECT_NE(afterOwn, start);
-    other.processRequest(deleteRequest(missed, "<Entry><UniqueId>a</UniqueId></Entry>"));
+    other->processRequest(deleteRequest(missed, "<Entry><UniqueId>a</UniqueId></Entry>"));
     EXPECT_NE(store().changeCount(), afterOwn);
 }
 
 TEST_F(StoreRequests, JoinsRequestsToOneTransaction) {
-    calljournal::SqlDataAccessService other(file());
+    const auto other = calljournal::openStore(file());
     store().exclusively([&] {
         EXPECT_EQ(ask(writeRequest(missed, "<Entry><UniqueId>a</UniqueId></Entry>")),
                   envelope(missed, "<Result>ok</Result><UniqueId>a</UniqueId>"));
         EXPECT_EQ(ask(readRequest(missed)), envelope(missed, "<Entry><UniqueId>a</UniqueId></Entry>"));
-        EXPECT_EQ(other.processRequest(readRequest(missed)), envelope(missed, ""));
+        EXPECT_EQ(other->processRequest(readRequest(missed)), envelope(missed, ""));
         store().exclusively([&] { ask(writeRequest(missed, "<Entry><UniqueId>b</UniqueId></Entry>")); });
-        EXPECT_EQ(other.processRequest(readRequest(missed)), envelope(missed, ""));
+        EXPECT_EQ(other->processRequest(readRequest(missed)), envelope(missed, ""));
     });
     const std::string both = "<Entry><UniqueId>a</UniqueId></Entry><Entry><UniqueId>b</UniqueId></Entry>";
-    EXPECT_EQ(other.processRequest(readRequest(missed)), envelope(missed, both));
+    EXPECT_EQ(other->processRequest(readRequest(missed)), envelope(missed, both));
     ask(writeRequest(missed, "<Entry><UniqueId>c</UniqueId></Entry>"));
-    EXPECT_EQ(other.processRequest(readRequest(missed)),
+    EXPECT_EQ(other->processRequest(readRequest(missed)),
               envelope(missed, both + "<Entry><UniqueId>c</UniqueId></Entry>"));
 }
 

@@ -54,9 +54,9 @@ StoreTest::~StoreTest() {
     std::filesystem::remove_all(folder_);
 }
 
-calljournal::SqlDataAccessService& StoreTest::store() {
+calljournal::Store& StoreTest::store() {
     if (!store_) {
-        store_ = std::make_unique<calljournal::SqlDataAccessService>(file());
+        store_ = calljournal::openStore(file());
     }
     return *store_;
 }
@@ -76,7 +76,7 @@ std::string StoreTest::everything() {
 
 std::string openingError(const std::string& url) {
     try {
-        calljournal::SqlDataAccessService store(url);
+        calljournal::openStore(url);
     } catch (const calljournal::StoreError& error) {
         return error.what();
     }

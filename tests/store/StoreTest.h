@@ -8,7 +8,7 @@
 #include <sys/types.h>
 #include <vector>
 
-#include "SqlDataAccessService.h"
+#include "Store.h"
 
 /// The XML declaration that requests and replies begin with.
 extern const std::string declaration;
@@ -34,7 +34,7 @@ protected:
 
     /// Sends a request to the store in file(), opened on first use.
     std::string ask(const std::string& request);
-    calljournal::SqlDataAccessService& store();
+    calljournal::Store& store();
     void closeStore() { store_.reset(); }
 
     /// The whole content of the store: the replies of all schemas, one a line.
@@ -42,7 +42,7 @@ protected:
 
 private:
     std::string folder_;
-    std::unique_ptr<calljournal::SqlDataAccessService> store_;
+    std::unique_ptr<calljournal::Store> store_;
 };
 
 /// Opens a store on `url` and returns what the error says; empty if there is none.

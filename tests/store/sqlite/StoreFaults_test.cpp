@@ -12,8 +12,6 @@
 
 namespace {
 
-using calljournal::SqlDataAccessService;
-
 const std::string dialled = "CallLogDialledCalls";
 const std::string anEntry = "<Entry><UniqueId>a</UniqueId></Entry>";
 
@@ -190,9 +188,9 @@ TEST_F(StoreDisk, MayLimitTheSizeOfFiles) {
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit = {80000, RLIM_INFINITY};
         setrlimit(RLIMIT_FSIZE, &limit);
-        SqlDataAccessService store(file());
-        say(store.processRequest(largeRequest()));
-        say(store.processRequest(writeRequest(dialled, anEntry)));
+        const auto store = calljournal::openStore(file());
+        say(store->processRequest(largeRequest()));
+        say(store->processRequest(writeRequest(dialled, anEntry)));
     });
     EXPECT_EQ(child.nextLine(), failed(dialled, diskTrouble(file(), 778)));
     EXPECT_EQ(child.nextLine(), envelope(dialled, "<Result>ok</Result><UniqueId>a</UniqueId>"));

@@ -10,7 +10,6 @@
 
 namespace {
 
-using calljournal::SqlDataAccessService;
 using std::chrono::milliseconds;
 
 const std::string dialled = "CallLogDialledCalls";
@@ -20,11 +19,11 @@ using StoreProcesses = StoreTest;
 
 /// Writes entries without ids, one a request, and says the id of each that was acknowledged.
 void writeEntries(const std::string& file, int count, const Child::Say& say) {
-    SqlDataAccessService store(file);
+    const auto store = calljournal::openStore(file);
     const std::string before = envelope(dialled, "<Result>ok</Result><UniqueId>");
     const std::string begin = before.substr(0, before.size() - std::string("</Schema>").size());
     for (int i = 0; i < count; ++i) {
-        const std::string reply = store.processRequest(writeRequest(dialled, "<Entry><EntryId>e</EntryId></Entry>"));
+        const std::string reply = store->processRequest(writeRequest(dialled, "<Entry><EntryId>e</EntryId></Entry>"));
         if (reply.compare(0, begin.size(), begin) != 0) {
             say("refused: " + reply);
             return;
@@ -106,9 +105,9 @@ TEST_F(StoreProcesses, LeaveARequestWholeOrUndoneWhenTheyAreKilled) {
     }
     for (int round = 0; round < 12; ++round) {
         Child child([&](const Child::Say& say) {
-            SqlDataAccessService store(file());
+            const auto store = calljournal::openStore(file());
             for (say("open");;) {
-                store.processRequest(writeRequest(dialled, entries));
+                store->processRequest(writeRequest(dialled, entries));
             }
         });
         child.nextLine();
@@ -134,18 +133,17 @@ TEST_F(StoreProcesses, WaitForTheOneThatWrites) {
 }
 
 TEST_F(StoreProcesses, GiveUpWhenTheirPatienceIsAtItsEnd) {
-    SqlDataAccessService store(file(), milliseconds(50));
+    const auto store = calljournal::openStore(file(), milliseconds(50));
     const std::string locked =
         "store " + file() + ": another process has kept it locked for 50 ms; try again when that one is done";
     {
         const Lock lock(file());
-        EXPECT_EQ(store.processRequest(writeRequest(dialled, anEntry)), failed(dialled, locked));
-        EXPECT_EQ(store.processRequest(deleteRequest(dialled, anEntry)), failed(dialled, locked));
-        EXPECT_EQ(store.processRequest(readRequest(dialled)), envelope(dialled, ""));
-        EXPECT_THROW(store.exclusively([] { FAIL() << "work without the lock"; }), calljournal::StoreError);
-        EXPECT_EQ(store.findEntry(dialled, "a"), std::nullopt);
+        EXPECT_EQ(store->processRequest(writeRequest(dialled, anEntry)), failed(dialled, locked));
+        EXPECT_EQ(store->processRequest(deleteRequest(dialled, anEntry)), failed(dialled, locked));
+        EXPECT_EQ(store->processRequest(readRequest(dialled)), envelope(dialled, ""));
+        EXPECT_THROW(store->exclusively([] { FAIL() << "work without the lock"; }), calljournal::StoreError);
     }
-    EXPECT_EQ(store.processRequest(writeRequest(dialled, anEntry)),
+    EXPECT_EQ(store->processRequest(writeRequest(dialled, anEntry)),
               envelope(dialled, "<Result>ok</Result><UniqueId>a</UniqueId>"));
 }
 
@@ -174,7 +172,7 @@ TEST_F(StoreProcesses, GiveUpOnThoseThatUseAFileWithoutAWriteAheadLog) {
         closeStore();
         const Lock lock(file(), statements);
         try {
-            const SqlDataAccessService store(file(), milliseconds(50));
+            const auto store = calljournal::openStore(file(), milliseconds(50));
             FAIL() << "opened";
         } catch (const calljournal::StoreError& error) {
             EXPECT_EQ(
@@ -185,13 +183,13 @@ TEST_F(StoreProcesses, GiveUpOnThoseThatUseAFileWithoutAWriteAheadLog) {
 }
 
 TEST_F(StoreProcesses, KeepOthersOutOfTheirExclusiveWork) {
-    SqlDataAccessService other(file(), milliseconds(50));
+    const auto other = calljournal::openStore(file(), milliseconds(50));
     store().exclusively([&] {
-        EXPECT_NE(other.processRequest(writeRequest(dialled, anEntry)).find("failed"), std::string::npos);
+        EXPECT_NE(other->processRequest(writeRequest(dialled, anEntry)).find("failed"), std::string::npos);
         ask(readRequest(dialled));
-        EXPECT_NE(other.processRequest(writeRequest(dialled, anEntry)).find("failed"), std::string::npos);
+        EXPECT_NE(other->processRequest(writeRequest(dialled, anEntry)).find("failed"), std::string::npos);
     });
-    EXPECT_EQ(other.processRequest(writeRequest(dialled, anEntry)),
+    EXPECT_EQ(other->processRequest(writeRequest(dialled, anEntry)),
               envelope(dialled, "<Result>ok</Result><UniqueId>a</UniqueId>"));
 }
 

@@ -1,0 +1,47 @@
+#include "Store.h"
+
+#include <string_view>
+
+#include "SqliteStore.h"
+#include "StoreUrl.h"
+
+namespace calljournal {
+
+namespace {
+
+/// A database that stores can be kept in.
+struct Engine {
+    std::string_view scheme;
+    std::string_view what;  ///< What its stores are, for people.
+    std::string_view form;  ///< How a URL of one is written.
+    std::unique_ptr<Store> (*open)(const std::string& url, std::chrono::milliseconds timeout);
+};
+
+/// A URL without a scheme is one of the first engine's.
+constexpr Engine engines[] = {
+    {"sqlite3", "SQLite files", "sqlite3://PATH or a plain path", openSqliteStore},
+};
+
+/// What can be opened, for the sentence on a scheme that cannot.
+std::string joined(std::string_view Engine::*words) {
+    std::string text;
+    for (const Engine& engine : engines) {
+        text.append(text.empty() ? "" : ", ").append(engine.*words);
+    }
+    return text;
+}
+
+}  // namespace
+
+std::unique_ptr<Store> openStore(const std::string& url, std::chrono::milliseconds timeout) {
+    const std::string_view scheme = schemeOf(url);
+    for (const Engine& engine : engines) {
+        if (scheme.empty() || scheme == engine.scheme) {
+            return engine.open(url, timeout);
+        }
+    }
+    throw StoreError("store " + url + ": only " + joined(&Engine::what) + " can be used; write " +
+                     joined(&Engine::form));
+}
+
+}  // namespace calljournal

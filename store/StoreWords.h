@@ -1,0 +1,51 @@
+#ifndef CALLJOURNAL_STOREWORDS_H
+#define CALLJOURNAL_STOREWORDS_H
+
+#include <string>
+#include <string_view>
+
+#include "Texts.h"
+
+namespace calljournal {
+
+// What the messages of the data access service are made of beside the elements of the call log format.
+
+inline constexpr std::string_view schemaElement = "Schema";
+inline constexpr std::string_view resultElement = "Result";
+inline constexpr std::string_view reasonElement = "Reason";
+inline constexpr std::string_view okResult = "ok";
+inline constexpr std::string_view failedResult = "failed";
+inline constexpr std::string_view callLogIdElement = "CallLogId";  ///< Names an entry whose conversations are meant.
+
+inline constexpr std::string_view conversationsSchema = "Conversations";
+inline constexpr std::string_view callBacksSchema = "CallBacks";  ///< The host's own; a phone has none for them.
+
+/// The schemas that a store keeps entries of.
+inline constexpr std::string_view storedSchemas[] = {
+    format::text::DAS_CALLLOGMISSEDCALLS,
+    format::text::DAS_CALLLOGDIALLEDCALLS,
+    format::text::DAS_CALLLOGRECEIVEDCALLS,
+    format::text::DAS_CALLLOGFORWARDEDCALLS,
+    conversationsSchema,
+    callBacksSchema,
+};
+
+inline std::string openTag(std::string_view name) {
+    return std::string("<").append(name).append(">");
+}
+
+inline std::string closeTag(std::string_view name) {
+    return std::string("</").append(name).append(">");
+}
+
+inline std::string xmlElement(std::string_view name, std::string_view text) {
+    return openTag(name).append(text).append(closeTag(name));
+}
+
+/// What is around the name in the start tag of a schema.
+inline constexpr std::string_view schemaTagBegin = "<Schema name=\"";
+inline constexpr std::string_view schemaTagEnd = "\">";
+
+}  // namespace calljournal
+
+#endif

@@ -1,0 +1,17 @@
+#ifndef CALLJOURNAL_SQLITESTORE_H
+#define CALLJOURNAL_SQLITESTORE_H
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "Store.h"
+
+namespace calljournal {
+
+/// Opens the store in the SQLite file that `url` names (see SqliteUrl.h), as openStore does.
+std::unique_ptr<Store> openSqliteStore(const std::string& url, std::chrono::milliseconds timeout);
+
+}  // namespace calljournal
+
+#endif
