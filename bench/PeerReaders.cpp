@@ -109,7 +109,9 @@ private:
         return field.readAs;
     }
 
-    std::list<MissedCallItem::MissedCallInfo>& calls() { return list_.back().*Kind<MissedCallItem>::ownCalls; }
+    std::list<MissedCallItem::MissedCallInfo>& calls() {
+        return list_.back().*calljournal::detail::OwnMembers<MissedCallItem>::calls;
+    }
 
     void take(std::string_view name) {
         if (list_.empty()) {
@@ -119,7 +121,7 @@ private:
         CallItemWithPicture& base = item;
         if (!calls().empty()) {
             if (const auto* field = callFields_.find(name)) {
-                std::visit([&](auto member) { calljournal::format::assignPlain(calls().back().*member, text_); },
+                std::visit([&](auto member) { calljournal::detail::assignPlain(calls().back().*member, text_); },
                            field->member);
             }
         } else if (const auto* field = party_.find(name)) {

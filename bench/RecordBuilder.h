@@ -9,7 +9,8 @@
 
 #include "ClientUtils.h"
 #include "Data.h"
-#include "Words.h"
+#include "detail/Decoding.h"
+#include "detail/OwnMembers.h"
 
 /// What all peers that read XML have in common: from names and texts to records.
 namespace bench {
@@ -57,7 +58,7 @@ void buildCall(typename Tree::Node node, typename Kind<Item>::Call& call) {
     FieldFinder finder(fields, [](const auto& field) { return std::string_view(field.tag); });
     for (auto child = Tree::first(node); child; child = Tree::next(child)) {
         if (const auto* field = finder.find(Tree::name(child))) {
-            std::visit([&](auto member) { calljournal::format::assignPlain(call.*member, Tree::text(child)); },
+            std::visit([&](auto member) { calljournal::detail::assignPlain(call.*member, Tree::text(child)); },
                        field->member);
         }
     }
@@ -76,7 +77,7 @@ void buildItem(typename Tree::Node node, Item& item) {
         } else if (const auto* ownField = own.find(name)) {
             std::visit([&](const auto& access) { setAccess(access, Tree::text(child), item); }, ownField->access);
         } else if (name == "LogList") {
-            auto& calls = item.*Kind<Item>::ownCalls;
+            auto& calls = item.*calljournal::detail::OwnMembers<Item>::calls;
             for (auto call = Tree::first(child); call; call = Tree::next(call)) {
                 calls.emplace_back();
                 buildCall<Tree, Item>(call, calls.back());

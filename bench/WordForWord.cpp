@@ -118,7 +118,8 @@ std::list<typename Kind<Item>::Call> decodeCalls(const char* xml) {
     while (cutOut(list, "Item", text)) {
         typename Kind<Item>::Call call;
         const char* cursor = text.c_str();
-        for (const auto& field : Kind<Item>::readFields) {
+        for (std::size_t place = 0; place < std::size(Kind<Item>::callFields); ++place) {
+            const auto& field = Kind<Item>::callFields[format::readAt(Kind<Item>::callFields, place)];
             std::string value;
             cursor = takeValue(cursor, std::string(std::string_view(field.tag)).c_str(), value);
             std::visit([&](auto member) { assign(call.*member, value); }, field.member);
@@ -211,7 +212,7 @@ constexpr int unknownTag = 56;
 int tagOf(const std::string& name) {
     static const std::map<std::string, int> tags = [] {
         std::map<std::string, int> all;
-        for (const format::ParseTag& tag : format::parseTags) {
+        for (const calljournal::detail::ParseTag& tag : calljournal::detail::parseTags) {
             all[std::string(tag.name)] = static_cast<int>(tag.tag);
         }
         return all;
@@ -226,7 +227,7 @@ const auto& callFields = Kind<MissedCallItem>::callFields;
 const std::vector<int>& fieldsByTag() {
     static const std::vector<int> fields = [] {
         std::vector<int> all(unknownTag + 1, -1);
-        for (std::size_t i = 0; i < callFields.size(); ++i) {
+        for (std::size_t i = 0; i < std::size(callFields); ++i) {
             const int tag = tagOf(std::string(std::string_view(callFields[i].tag)));
             all[static_cast<std::size_t>(tag)] = static_cast<int>(i);
         }

@@ -259,7 +259,7 @@ private:
     void checkWord(std::size_t row, std::size_t element, const std::string& said) {
         const FieldDescriptor& field = group_.rows[row];
         const auto* const known = std::find_if(field.words.begin, field.words.end,
-                                               [&](const format::Word& word) { return word.word.equals(said); });
+                                               [&](const format::Word& word) { return word.word == said; });
         if (known != field.words.end && !said.empty()) {
             return checkText(row, element, said);
         }

@@ -104,11 +104,8 @@ KindDescriptor descriptorOf() {
                 descriptor.callFields.push_back(callField(field.tag, call.*member, Kind::unescapesFlags));
             },
             field.member);
-        std::size_t rank = 0;
-        while (Kind::readFields[rank].tag != field.tag) {
-            ++rank;
-        }
-        descriptor.readRanks.push_back(rank);
+        // Two neighbours change places, so the place of a field is found as the field of a place is.
+        descriptor.readRanks.push_back(format::readAt(Kind::callFields, descriptor.readRanks.size()));
     }
     return descriptor;
 }

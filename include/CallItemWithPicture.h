@@ -7,9 +7,9 @@
 #include "CallJournalExport.h"
 
 namespace calljournal {
-namespace format {
+namespace detail {
 template <class Item>
-struct CallKind;
+struct OwnMembers;
 }
 }  // namespace calljournal
 
@@ -41,7 +41,7 @@ public:
     void setPictureClip(const std::string& clip);
 
 private:
-    friend struct calljournal::format::CallKind<CallItemWithPicture>;
+    friend struct calljournal::detail::OwnMembers<CallItemWithPicture>;
 
     std::string uniqueId_;
     std::string pictureClip_;

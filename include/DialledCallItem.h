@@ -74,7 +74,7 @@ public:
 
 private:
     /// Decoding hands a list of calls over without a copy.
-    friend struct calljournal::format::CallKind<DialledCallItem>;
+    friend struct calljournal::detail::OwnMembers<DialledCallItem>;
 
     std::string journalServiceGroupBy_;
     std::list<DialledCallInfo> dialledCallInfoList_;

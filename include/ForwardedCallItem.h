@@ -61,7 +61,7 @@ public:
 
 private:
     /// Decoding hands a list of calls over without a copy.
-    friend struct calljournal::format::CallKind<ForwardedCallItem>;
+    friend struct calljournal::detail::OwnMembers<ForwardedCallItem>;
 
     std::list<ForwardedCallInfo> forwardedCallInfoList_;
 };

@@ -73,7 +73,7 @@ public:
 
 private:
     /// Decoding hands a list of calls over without a copy.
-    friend struct calljournal::format::CallKind<MissedCallItem>;
+    friend struct calljournal::detail::OwnMembers<MissedCallItem>;
 
     std::list<MissedCallInfo> missedCallInfoList_;
     bool viewed_;

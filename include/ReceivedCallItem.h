@@ -65,7 +65,7 @@ public:
 
 private:
     /// Decoding hands a list of calls over without a copy.
-    friend struct calljournal::format::CallKind<ReceivedCallItem>;
+    friend struct calljournal::detail::OwnMembers<ReceivedCallItem>;
 
     std::list<ReceivedCallInfo> receivedCallInfoList_;
 };

@@ -10,6 +10,9 @@
 
 #include "CallListDatabaseAdapterHelper.h"
 #include "detail/Log.h"
+#include "format/Texts.h"
+
+namespace text = calljournal::format::text;
 
 using Helper = CallListDatabaseAdapterHelper;
 
@@ -191,12 +194,9 @@ void CallListDatabaseAdapter::updateForwardedEntry(const ForwardedCallItem& item
 }
 
 void CallListDatabaseAdapter::deleteFromConversationsTable(const std::string& callLogId) {
-    std::string request = Helper::XMLHEADER;
-    request += "<Schema name=\"Conversations\"><ReasonForMessage>delete_request</ReasonForMessage>";
-    if (!callLogId.empty()) {
-        request += "<Entry><CallLogId>" + callLogId + "</CallLogId></Entry>";
-    }
-    request += "</Schema>";
+    std::string request = Helper::createXMLField(Helper::REASONFORMESSAGE, Helper::DELETEREQUEST);
+    request += Helper::createXMLField(Helper::ENTRY, Helper::createXMLField(text::CALLLOGID.data(), callLogId));
+    Helper::addXMLHeaderFooter(request, std::string(text::DAS_CONVERSATIONS));
     CALLJOURNAL_LOG(module, source, 6, "CallListDatabaseAdapter::deleteFromConversationsTable() - DAS req '%s'",
                     request.c_str());
     const std::string reply = processRequest(request);

@@ -10,7 +10,6 @@ namespace text = calljournal::detail::text;
 
 #define TEXT(name, literal) const char* const CallListDatabaseAdapterHelper::name = literal;
 #include "format/Texts.inc"
-#undef TEXT
 
 std::string CallListDatabaseAdapterHelper::createXMLBegin(const char* tag) {
     std::string out;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -10,12 +11,13 @@
 #include "ClientUtils.h"
 #include "XmlParser.h"
 #include "detail/BoundedCallList.h"
+#include "detail/Decoding.h"
 #include "detail/Elements.h"
 #include "detail/Log.h"
+#include "detail/OwnMembers.h"
 #include "detail/ParseTags.h"
 #include "format/CallKinds.h"
 #include "format/Texts.h"
-#include "format/Words.h"
 
 namespace detail = calljournal::detail;
 namespace text = calljournal::detail::text;
@@ -36,7 +38,7 @@ template <class... Arguments>
 CALLJOURNAL_RARE void passOther(Parser& parser, void (*act)(Parser&, Arguments...), Arguments... arguments) {
     const std::string& schema = parser.schemaName;
     if (schema.empty() || schema == text::DAS_CALLLOG || schema == text::DAS_CALLLOG_PHONEBOOK ||
-        schema == "Conversations") {
+        schema == text::DAS_CONVERSATIONS) {
         act(parser, arguments...);
     }
 }
@@ -45,7 +47,7 @@ CALLJOURNAL_RARE void passOther(Parser& parser, void (*act)(Parser&, Arguments..
 template <class... Arguments>
 CALLJOURNAL_INLINE void pass(void* userData, void (*act)(Parser&, Arguments...), Arguments... arguments) {
     Parser& parser = *static_cast<Parser*>(userData);
-    if (detail::isText(parser.schemaName, text::DAS_CALLLOGMISSEDCALLS)) {
+    if (detail::isConstant(parser.schemaName, text::DAS_CALLLOGMISSEDCALLS)) {
         act(parser, arguments...);
     } else {
         passOther(parser, act, arguments...);
@@ -53,8 +55,9 @@ CALLJOURNAL_INLINE void pass(void* userData, void (*act)(Parser&, Arguments...),
 }
 
 constexpr const auto& callFields = detail::CallKind<MissedCallItem>::callFields;
+constexpr std::size_t callFieldCount = std::size(callFields);
 
-using TagIndices = std::array<std::size_t, Data::TAG_UNKNOWN + 1>;
+using TagIndices = std::array<std::size_t, detail::parseTagCount>;
 
 constexpr std::size_t indexOf(Data::eParseTag tag) {
     return static_cast<std::size_t>(tag);
@@ -68,13 +71,13 @@ constexpr const detail::ParseTag& parseTagOf(std::string_view name) {
     return detail::parseTags[i];
 }
 
-/// For each parse tag the index of the call field of that name, or callFields.size() for other tags.
+/// For each parse tag the index of the call field of that name, or callFieldCount for other tags.
 constexpr TagIndices makeFieldOfTag() {
     TagIndices fields{};
     for (std::size_t& field : fields) {
-        field = callFields.size();
+        field = callFieldCount;
     }
-    for (std::size_t i = 0; i < callFields.size(); ++i) {
+    for (std::size_t i = 0; i < callFieldCount; ++i) {
         fields[indexOf(parseTagOf(callFields[i].tag).tag)] = i;
     }
     return fields;
@@ -84,7 +87,7 @@ constexpr TagIndices fieldOfTag = makeFieldOfTag();
 
 /// For each parse tag the one that follows it where everything is written.
 constexpr auto makeNextTag() {
-    std::array<const detail::ParseTag*, Data::TAG_UNKNOWN + 1> next{};
+    std::array<const detail::ParseTag*, detail::parseTagCount> next{};
     for (const detail::ParseTag*& tag : next) {
         tag = &parseTagOf(text::ITEM);
     }
@@ -115,7 +118,7 @@ const detail::ParseTag& expectedAfter(Data::eParseTag tag) {
 /// Begins an element that was not expected.
 CALLJOURNAL_APART void beginOther(Parser& parser, std::string_view name, const char** attributes) {
     parser.currentTag = detail::getParseTag(name);
-    if (name == "Schema") {
+    if (name == text::SCHEMA) {
         const bool isNamed = attributes != nullptr && attributes[0] != nullptr && attributes[1] != nullptr;
         parser.schemaName = isNamed ? attributes[1] : "";
         if (parser.schemaName == text::DAS_CALLLOGMISSEDCALLS) {
@@ -144,7 +147,7 @@ CALLJOURNAL_APART void end(Parser& parser, const char* name) {
         }
         parser.currentEntry.reset();
     } else if (tag == Data::TAG_ITEM) {
-        detail::appendOlder(parser.currentEntry.*detail::CallKind<MissedCallItem>::ownCalls,
+        detail::appendOlder(parser.currentEntry.*detail::OwnMembers<MissedCallItem>::calls,
                             std::move(parser.currentCall));
         parser.currentCall.reset();
     }
@@ -187,7 +190,7 @@ CALLJOURNAL_APART void takeEntryText(Parser& parser, std::string_view value) {
             }
             break;
         case Data::TAG_PICTURE_CLIP:
-            detail::assignPlain(entry.*detail::CallKind<CallItemWithPicture>::ownPictureClip, value);
+            detail::assignPlain(entry.*detail::OwnMembers<CallItemWithPicture>::pictureClip, value);
             break;
         case Data::TAG_VIEWED:
             entry.setViewed(value == text::TRUE);
@@ -203,10 +206,10 @@ CALLJOURNAL_APART void takeText(Parser& parser, const char* text, int length) {
     }
     const std::string_view value(text, static_cast<std::size_t>(length));
     const auto tag = static_cast<std::size_t>(parser.currentTag);
-    const std::size_t field = tag < fieldOfTag.size() ? fieldOfTag[tag] : callFields.size();
-    if (field == callFields.size()) {
+    const std::size_t field = tag < fieldOfTag.size() ? fieldOfTag[tag] : callFieldCount;
+    if (field == callFieldCount) {
         takeEntryText(parser, value);
-    } else if (const auto* member = std::get_if<detail::TextMember<Call>>(&callFields[field].member)) {
+    } else if (const auto* member = std::get_if<std::string Call::*>(&callFields[field].member)) {
         // As it comes, without unescaping.
         detail::assignPlain(parser.currentCall.**member, value);
     } else {

@@ -3,31 +3,22 @@
 #include "ClientUtils.h"
 #include "HardwareVersion.h"
 #include "ImportContactsCSVParser.h"
+#include "detail/Columns.h"
 #include "detail/Log.h"
 #include "format/ContactColumns.h"
 
 namespace {
 
-using calljournal::format::columnOf;
-using calljournal::format::defaultDialField;
-using calljournal::format::derivedDefaultDial;
-using calljournal::format::dialBusiness1;
-using calljournal::format::dialMobile1;
-using calljournal::format::firstNumber;
-using calljournal::format::joinAddressPart;
-using calljournal::format::noNumber;
-using calljournal::format::Number;
-using calljournal::format::numbers;
-using calljournal::format::tamberTexts;
-using calljournal::format::TextMember;
+using namespace calljournal::format;
+using calljournal::detail::columnOf;
 
 constexpr char module[] = "ImportContactscSVParser";
 constexpr char source[] = "ImportContactsCSVParser";
 
 /// Returns the member that `code` means: business1 unless it is one of the others.
-TextMember memberOf(int code) {
-    for (const Number& number : numbers) {
-        if (number.code == code) {
+std::string Contact::*memberOf(int code) {
+    for (const ContactNumber& number : contactNumbers) {
+        if (number.dialCode == code) {
             return number.member;
         }
     }
@@ -37,7 +28,7 @@ TextMember memberOf(int code) {
 /// Where a column of the Outlook layout goes. Some only stand in for an earlier one that is empty.
 struct OutlookColumn {
     std::size_t index;
-    TextMember member;
+    std::string Contact::*member;
     bool onlyIfEmpty;
 };
 
@@ -85,8 +76,8 @@ bool ImportContactsCSVParser::parseContact(Contact& c) {
 }
 
 bool ImportContactsCSVParser::isEmpty(const Contact& c) {
-    for (const TextMember member : tamberTexts) {
-        if (!(c.*member).empty()) {
+    for (const ContactText& text : contactTexts) {
+        if (!(c.*text.member).empty()) {
             return false;
         }
     }
@@ -99,7 +90,7 @@ void ImportContactsCSVParser::parseTamberContactFields(Contact& c) {
         if (field == defaultDialField) {
             c.defaultDial = ClientUtils::stoi(columnOf(tokens, column));
         } else if (field >= 0 && field < defaultDialField) {
-            c.*tamberTexts[field] = columnOf(tokens, column);
+            c.*textAt(field).member = columnOf(tokens, column);
         }
     }
     if (c.defaultDial < noNumber || c.defaultDial > dialMobile1) {
@@ -133,7 +124,7 @@ bool ImportContactsCSVParser::isTQ2() const {
 void ImportContactsCSVParser::setDefaultNumberForTQ2(Contact& c) {
     std::string& chosen = c.*memberOf(c.defaultDial);
     if (chosen.empty()) {
-        const Number* number = firstNumber(c);
+        const ContactNumber* number = firstNumber(c);
         c.defaultDial = derivedDefaultDial(c);
         if (number != nullptr) {
             c.business1 = c.*number->member;

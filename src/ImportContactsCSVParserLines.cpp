@@ -6,25 +6,23 @@
 
 #include "ClientUtils.h"
 #include "ImportContactsCSVParser.h"
+#include "detail/Bytes.h"
+#include "detail/Columns.h"
 #include "detail/Log.h"
-#include "format/Bytes.h"
 #include "format/ContactColumns.h"
 
 const int TAMBER_HEADERS_SIZE = 12;
 
 namespace {
 
-using calljournal::format::columnOf;
+using calljournal::detail::columnOf;
 using calljournal::format::defaultDialField;
 using calljournal::format::storedLength;
-using calljournal::format::tamberNames;
 
 constexpr char module[] = "ImportContactscSVParser";
 constexpr char source[] = "ImportContactsCSVParser";
 
-const std::string TAMBER_HEADERS[TAMBER_HEADERS_SIZE] = {
-    tamberNames[0], tamberNames[1], tamberNames[2], tamberNames[3], tamberNames[4],  tamberNames[5],
-    tamberNames[6], tamberNames[7], tamberNames[8], tamberNames[9], tamberNames[10], tamberNames[11]};
+const std::vector<std::string> TAMBER_HEADERS = calljournal::format::tamberNames();
 
 // Names that the import shares with its surroundings; nothing here reads them.
 [[maybe_unused]] const std::string TMP_LDAP_PIC_PATH = "/tmp/ldappic";
@@ -76,7 +74,7 @@ private:
             return end_;
         }
         const char* const behind = piece_.begin + 1;
-        return isPlain(*piece_.begin) ? calljournal::format::findAny(behind, end_, ',', ';', '"', '\\') : behind;
+        return isPlain(*piece_.begin) ? calljournal::detail::findAny(behind, end_, ',', ';', '"', '\\') : behind;
     }
 
     Piece piece_;
@@ -100,7 +98,7 @@ public:
 
     void operator+=(char c) { *end_++ = c; }
     void operator+=(const Piece& piece) {
-        calljournal::format::copyBytes(end_, piece.begin, piece.size());
+        calljournal::detail::copyBytes(end_, piece.begin, piece.size());
         end_ += piece.size();
     }
 

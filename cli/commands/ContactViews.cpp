@@ -13,12 +13,27 @@ namespace {
 /// Names and numbers stay whole where others give way; but no longer than this, or one would push the table apart.
 constexpr std::size_t widestText = 30;
 
+std::string titleOf(format::DialCode code) {
+    switch (code) {
+        case format::dialPrivate1:
+            return "Private";
+        case format::dialBusiness1:
+            return "Business";
+        case format::dialBusiness2:
+            return "Business 2";
+        case format::dialMobile1:
+            return "Mobile";
+        default:
+            return "";
+    }
+}
+
 }  // namespace
 
 void printContactTable(const std::vector<Contact>& contacts, std::ostream& out, std::size_t width) {
     std::vector<TextTable::Column> columns = {{"Name", false, false}};
     for (const ContactNumber& number : contactNumbers) {
-        columns.push_back({std::string(number.title), false, false});
+        columns.push_back({titleOf(number.dialCode), false, false});
     }
     columns.insert(columns.end(), {{"Company", true, false}, {"Mail", true, false}, {"Position", true, false}});
     TextTable table(std::move(columns));

@@ -12,7 +12,7 @@ namespace calljournal {
 
 namespace {
 
-using format::TextMember;
+using TextMember = std::string Contact::*;
 
 constexpr std::size_t fieldCount = std::size(contactTexts);
 
@@ -29,8 +29,8 @@ constexpr std::size_t address1 = fieldOf(&Contact::address1);
 constexpr std::size_t address2 = fieldOf(&Contact::address2);
 
 bool isNumber(std::size_t field) {
-    return std::any_of(std::begin(format::numbers), std::end(format::numbers),
-                       [field](const format::Number& number) { return number.member == contactTexts[field].member; });
+    return std::any_of(std::begin(contactNumbers), std::end(contactNumbers),
+                       [field](const ContactNumber& number) { return number.member == contactTexts[field].member; });
 }
 
 bool isAddress(std::size_t field) {

@@ -99,8 +99,8 @@ Likeness compareNames(const std::string& a, const std::string& b) {
 }
 
 bool isNumber(std::string Contact::*member) {
-    return std::any_of(std::begin(format::numbers), std::end(format::numbers),
-                       [member](const format::Number& number) { return number.member == member; });
+    return std::any_of(std::begin(contactNumbers), std::end(contactNumbers),
+                       [member](const ContactNumber& number) { return number.member == member; });
 }
 
 }  // namespace
@@ -124,7 +124,7 @@ bool areNamesCompatible(const Contact& one, const Contact& other) {
 }
 
 void DuplicateFinder::add(const Contact& contact, std::uint64_t place) {
-    for (const format::Number& number : format::numbers) {
+    for (const ContactNumber& number : contactNumbers) {
         const std::string coarse = coarseNumber(contact.*number.member);
         if (!coarse.empty()) {
             note(hashOf(coarse), place);
@@ -143,7 +143,7 @@ void DuplicateFinder::note(std::uint64_t hash, std::uint64_t place) {
 
 std::vector<DuplicateFinder::Sharable> DuplicateFinder::sharableOf(const Contact& contact) const {
     std::vector<Sharable> all;
-    for (const format::Number& number : format::numbers) {
+    for (const ContactNumber& number : contactNumbers) {
         const std::string coarse = coarseNumber(contact.*number.member);
         if (!coarse.empty()) {
             const std::string text = dialable_(contact.*number.member).text;
@@ -281,7 +281,7 @@ std::optional<Contact> DuplicateFinder::merged(const Contact& one, const Contact
 
 bool DuplicateFinder::addNumber(Contact& contact, std::string Contact::*member, const std::string& number) const {
     const std::string dialled = dialable_(number).text;
-    const bool isThere = std::any_of(std::begin(format::numbers), std::end(format::numbers),
+    const bool isThere = std::any_of(std::begin(contactNumbers), std::end(contactNumbers),
                                      [&](const auto& own) { return dialable_(contact.*own.member).text == dialled; });
     if (number.empty() || isThere) {
         return true;

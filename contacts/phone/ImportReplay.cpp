@@ -243,8 +243,8 @@ std::string ImportReplay::describeHeaderFault() {
             return "line 1: " + counted(count, "column") + "; a header has at most 100";
         default:
             return count == 0 ? "line 1: is empty where the names of the columns are expected"
-                   : count == std::size(format::tamberNames) ? describeHeaderNames()
-                                                             : describeHeaderCount();
+                   : count == static_cast<std::size_t>(TAMBER_HEADERS_SIZE) ? describeHeaderNames()
+                                                                            : describeHeaderCount();
     }
 }
 
@@ -252,19 +252,20 @@ std::string ImportReplay::describeHeaderNames() {
     // The check fills this map up to the first name that differs.
     const auto differing =
         static_cast<std::size_t>(std::find(columnMap.begin(), columnMap.end(), -1) - columnMap.begin());
+    std::vector<std::string> expected = format::tamberNames();
+    const std::string name = expected[differing];
     std::vector<std::string> sorted(tokens);
-    std::vector<std::string> expected(std::begin(format::tamberNames), std::end(format::tamberNames));
     std::sort(sorted.begin(), sorted.end());
     std::sort(expected.begin(), expected.end());
     return "line 1, column " + std::to_string(differing + 1) + ": " + shownText(tokens[differing]) +
-           " where the Tamber layout has " + shownText(format::tamberNames[differing]) +
+           " where the Tamber layout has " + shownText(name) +
            (sorted == expected ? "; the names are right, but their order is fixed" : "");
 }
 
 std::string ImportReplay::describeHeaderCount() {
     std::string sentence = "line 1: " + counted(tokens.size(), "column") + "; an Outlook export needs " +
                            std::to_string(outlookColumnCount) + ", the Tamber layout " +
-                           std::to_string(std::size(format::tamberNames));
+                           std::to_string(TAMBER_HEADERS_SIZE);
     for (const KnownHeader& known : knownHeaders) {
         if (known.count == tokens.size()) {
             sentence += std::string(" (") + known.origin + ')';

@@ -44,15 +44,15 @@ void appendColumn(std::string& line, const std::string& text) {
 
 std::string phoneFileHeader() {
     std::string header;
-    for (const char* name : format::tamberNames) {
+    for (const std::string& name : format::tamberNames()) {
         header.append(header.empty() ? "" : ";").append(name);
     }
     return header + '\n';
 }
 
 void appendPhoneLine(std::string& file, const Contact& contact) {
-    for (const format::TextMember member : format::tamberTexts) {
-        appendColumn(file, contact.*member);
+    for (int place = 0; place < format::defaultDialField; ++place) {
+        appendColumn(file, contact.*format::textAt(place).member);
         file += separator;
     }
     file += std::to_string(contact.defaultDial);

@@ -106,10 +106,21 @@ void addText(std::string& card, const std::string& property, const std::string& 
     }
 }
 
+std::string numberType(format::DialCode code) {
+    switch (code) {
+        case format::dialMobile1:
+            return "cell";
+        case format::dialPrivate1:
+            return "home,voice";
+        default:
+            return "work,voice";
+    }
+}
+
 void addNumbers(std::string& card, const Contact& contact) {
     for (const ContactNumber& number : contactNumbers) {
         const std::string preferred = number.dialCode == contact.defaultDial ? ";PREF=1" : "";
-        addText(card, "TEL;TYPE=" + std::string(number.vCardType) + preferred, contact.*number.member);
+        addText(card, "TEL;TYPE=" + numberType(number.dialCode) + preferred, contact.*number.member);
     }
 }
 

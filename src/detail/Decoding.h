@@ -1,7 +1,6 @@
 #ifndef CALLJOURNAL_DETAIL_DECODING_H
 #define CALLJOURNAL_DETAIL_DECODING_H
 
-#include <array>
 #include <cstddef>
 #include <cstring>
 #include <iterator>
@@ -16,12 +15,29 @@
 #include "../format/Words.h"
 #include "Elements.h"
 #include "LogListCutter.h"
+#include "OwnMembers.h"
 
 namespace calljournal {
 namespace detail {
 
-// Reading takes two steps: find out where the text of each field stands, then take over what it says. Data that is just
-// as it was written is walked through; all other is searched, field by field.
+// Takes over what the text of a value says, by the type of the value.
+
+inline void assignPlain(std::string& value, std::string_view word) {
+    value.clear();
+    value.append(word);  // less work than an assignment, which has to mind its own text as a source
+}
+
+inline void assignPlain(bool& value, std::string_view word) {
+    value = word == text::TRUE;
+}
+
+template <class Enumeration>
+void assignPlain(Enumeration& value, std::string_view word) {
+    value = fromWord<Enumeration>(word, SameText());
+}
+
+// Reading takes two steps: find out where the text of each field is, then take over what it says. Data that is just as
+// it was written is walked through; all other is searched, field by field.
 
 template <class Call>
 const Tag& readTag(const CallField<Call>& field) {
@@ -57,7 +73,7 @@ bool takeFields(Walk& walk, const Fields& fields, Take take) {
         std::string_view raw;
         if (const Tag* tag = takeBegin(here, fields[i])) {
             const std::string_view text = here.takeText();
-            if (!here.takeClose(*tag)) {
+            if (!here.takeEnd(*tag)) {
                 return false;
             }
             raw = tag == &readTag(fields[i]) ? text : raw;
@@ -68,11 +84,17 @@ bool takeFields(Walk& walk, const Fields& fields, Take take) {
     return true;
 }
 
-/// Searches the zero-terminated text from `cursor` on for one field after the other, and hands the raw text of each to
-/// `take` by its index. Returns the place to go on from.
+template <class Base, std::size_t count>
+constexpr std::size_t readAt(const ItemField<Base> (&)[count], std::size_t place) {
+    return place;
+}
+
+/// Searches the zero-terminated text from `cursor` on for one field after the other, in the order of reading, and hands
+/// the raw text of each to `take` by its index. Returns the place to go on from.
 template <class Fields, class Take>
 const char* findFields(const char* cursor, const Fields& fields, Take take) {
-    for (std::size_t i = 0; i < std::size(fields); ++i) {
+    for (std::size_t place = 0; place < std::size(fields); ++place) {
+        const std::size_t i = readAt(fields, place);
         const FoundElement element = findElement(cursor, readTag(fields[i]));
         take(i, element ? element.raw() : std::string_view());
         cursor = element.next;
@@ -97,14 +119,12 @@ void assignRaw(Value& value, std::string_view raw) {
 template <class Item>
 void readCall(const char* xml, typename CallKind<Item>::Call& call) {
     using Kind = CallKind<Item>;
-    const auto assignTo = [&](const auto& fields) {
-        return [&](std::size_t field, std::string_view raw) {
-            std::visit([&](auto member) { assignRaw<Item>(call.*member, raw); }, fields[field].member);
-        };
+    const auto assign = [&](std::size_t field, std::string_view raw) {
+        std::visit([&](auto member) { assignRaw<Item>(call.*member, raw); }, Kind::callFields[field].member);
     };
     WrittenText walk(xml, xml + std::strlen(xml));
-    if (!takeFields(walk, Kind::callFields, assignTo(Kind::callFields)) || !walk.isAtEnd()) {
-        findFields(xml, Kind::readFields, assignTo(Kind::readFields));
+    if (!takeFields(walk, Kind::callFields, assign) || !walk.isAtEnd()) {
+        findFields(xml, Kind::callFields, assign);
     }
 }
 
@@ -121,7 +141,7 @@ bool takeCall(PlainText& walk, CallsOf<Item>& calls) {
         std::visit([&](auto member) { assignPlain(call.*member, raw); }, fields[field].member);
     };
     const char* const begin = walk.at();
-    if (takeFields(walk, fields, assign) && walk.at() != begin && walk.takeClose(itemTag)) {
+    if (takeFields(walk, fields, assign) && walk.at() != begin && walk.takeEnd(itemTag)) {
         return true;
     }
     calls.pop_back();
@@ -163,7 +183,7 @@ bool readCalls(const char* xml, const char* end, CallsOf<Item>& calls) {
         cutCalls<Item>(std::string_view(rest, static_cast<std::size_t>(close - rest)), calls);
         return false;
     }
-    return begin == xml + logListTag.beginLength() && close + logListTag.closeLength() == end;
+    return begin == xml + beginLength(logListTag) && close + endLength(logListTag) == end;
 }
 
 // The item level. `Base` is the class whose accessors the field names.
@@ -191,14 +211,14 @@ public:
 
     template <class Base>
     void assignTo(Base& item) const {
-        for (std::size_t i = 0; i < texts_.size(); ++i) {
+        for (std::size_t i = 0; i < std::size(texts_); ++i) {
             std::visit([&](const auto& access) { assignAccess(texts_[i], access, item); }, fields_[i].access);
         }
     }
 
 private:
     const Fields& fields_;
-    std::array<std::string_view, std::tuple_size_v<Fields>> texts_;
+    std::string_view texts_[std::extent_v<Fields>];
 };
 
 /// Fills an item from its body. The calls that it has stay if the body holds none.
@@ -221,7 +241,7 @@ void readItem(const char* xml, Item& item) {
     party.assignTo(static_cast<CallItemWithPicture&>(item));
     own.assignTo(item);
     if (!calls.empty()) {
-        item.*CallKind<Item>::ownCalls = std::move(calls);
+        item.*OwnMembers<Item>::calls = std::move(calls);
     }
 }
 

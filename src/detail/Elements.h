@@ -5,13 +5,11 @@
 #include <string>
 #include <string_view>
 
-#include "../format/Bytes.h"
-#include "../format/Tag.h"
+#include "Bytes.h"
+#include "Tags.h"
 
 namespace calljournal {
 namespace detail {
-
-using namespace format;
 
 /// Bytes that the tags of one element take: "<>" and "</>" around the name, twice.
 constexpr std::size_t tagsLength(std::string_view tag) {
@@ -60,15 +58,15 @@ public:
     bool isAtEnd() const { return at_ == end_; }
 
     bool takeBegin(const Tag& tag) {
-        const bool stands = tag.beginsAt(at_, room());
-        at_ += stands ? tag.beginLength() : 0;
-        return stands;
+        const bool isThere = beginsAt(tag, at_, room());
+        at_ += isThere ? beginLength(tag) : 0;
+        return isThere;
     }
 
-    bool takeClose(const Tag& tag) {
-        const bool stands = tag.closesAt(at_, room());
-        at_ += stands ? tag.closeLength() : 0;
-        return stands;
+    bool takeEnd(const Tag& tag) {
+        const bool isThere = endsAt(tag, at_, room());
+        at_ += isThere ? endLength(tag) : 0;
+        return isThere;
     }
 
     /// Steps over the text up to the next stop, or to the end, and returns it.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -18,15 +19,15 @@ namespace calljournal {
 namespace detail {
 
 // Writing of one value, by its type: texts unless they are empty, words always. There must be room for it, and
-// Tag::room behind that.
+// ShortText::room behind that.
 
 inline char* writeText(char* at, const Tag& tag, std::string_view value) {
     if (value.empty()) {
         return at;
     }
-    at = tag.writeBegin(at);
+    at = writeBegin(at, tag);
     copyBytes(at, value.data(), value.size());
-    return tag.writeClose(at + value.size());
+    return writeEnd(at + value.size(), tag);
 }
 
 inline char* writeValue(char* at, const Tag& tag, const std::string& value) {
@@ -35,7 +36,22 @@ inline char* writeValue(char* at, const Tag& tag, const std::string& value) {
 
 template <class Value>
 CALLJOURNAL_INLINE char* writeValue(char* at, const Tag& tag, Value value) {
-    return tag.writeClose(wordOf(value).write(tag.writeBegin(at)));
+    return writeEnd(write(writeBegin(at, tag), wordOf(value)), tag);
+}
+
+/// Bytes of the longest word that a value of this type can have.
+constexpr std::size_t longestWord(bool) {
+    return falseWord.size();
+}
+
+template <class Enumeration>
+constexpr std::size_t longestWord(Enumeration value) {
+    std::size_t longest = 0;
+    const Words& words = wordsFor(value);
+    for (const Word* row = words.begin; row != words.end; ++row) {
+        longest = row->word.size() > longest ? row->word.size() : longest;
+    }
+    return longest;
 }
 
 template <class Call, class Value>
@@ -49,7 +65,7 @@ constexpr std::size_t longestWordOf(Value Call::*) {
 
 template <class Call>
 constexpr bool isText(const CallField<Call>& field) {
-    return std::holds_alternative<TextMember<Call>>(field.member);
+    return std::holds_alternative<std::string Call::*>(field.member);
 }
 
 /// What every call takes: its tags, and the longest words.
@@ -74,7 +90,7 @@ constexpr std::size_t countTexts() {
 /// The members of a call that are texts.
 template <class Item>
 constexpr auto makeTextMembers() {
-    using Member = TextMember<typename CallKind<Item>::Call>;
+    using Member = std::string CallKind<Item>::Call::*;
     std::array<Member, countTexts<Item>()> members{};
     std::size_t count = 0;
     for (const auto& field : CallKind<Item>::callFields) {
@@ -109,15 +125,15 @@ std::size_t roomForCalls(const Item& item) {
 template <class Item>
 char* writeCalls(char* at, const Item& item) {
     using Kind = CallKind<Item>;
-    at = logListTag.writeBegin(at);
+    at = writeBegin(at, logListTag);
     for (const auto& call : (item.*Kind::calls)()) {
-        at = itemTag.writeBegin(at);
+        at = writeBegin(at, itemTag);
         for (const auto& field : Kind::callFields) {
             std::visit([&](auto member) { at = writeValue(at, field.tag, call.*member); }, field.member);
         }
-        at = itemTag.writeClose(at);
+        at = writeEnd(at, itemTag);
     }
-    return logListTag.writeClose(at);
+    return writeEnd(at, logListTag);
 }
 
 /// The item-level fields of a table as they are written. `Base` is the class whose accessors the fields name.
@@ -125,7 +141,7 @@ template <class Fields, class Base>
 class FieldTexts {
 public:
     FieldTexts(const Fields& fields, const Base& item) : fields_(fields) {
-        for (std::size_t i = 0; i < texts_.size(); ++i) {
+        for (std::size_t i = 0; i < std::size(texts_); ++i) {
             texts_[i] =
                 std::visit([&](const auto& access) { return textOf(access, item, changed_[i]); }, fields_[i].access);
         }
@@ -135,14 +151,14 @@ public:
 
     std::size_t room() const {
         std::size_t room = 0;
-        for (std::size_t i = 0; i < texts_.size(); ++i) {
+        for (std::size_t i = 0; i < std::size(texts_); ++i) {
             room += tagsLength(fields_[i].writtenAs) + texts_[i].size();
         }
         return room;
     }
 
     char* write(char* at) const {
-        for (std::size_t i = 0; i < texts_.size(); ++i) {
+        for (std::size_t i = 0; i < std::size(texts_); ++i) {
             at = writeText(at, fields_[i].writtenAs, texts_[i]);
         }
         return at;
@@ -176,16 +192,16 @@ private:
     }
 
     const Fields& fields_;
-    std::array<std::string_view, std::tuple_size_v<Fields>> texts_;
-    std::array<std::string, std::tuple_size_v<Fields>> changed_;
+    std::string_view texts_[std::extent_v<Fields>];
+    std::string changed_[std::extent_v<Fields>];
 };
 
 /// Appends what `write` writes to the room that it is given, and which it need not fill.
 template <class Write>
 void appendWritten(std::string& out, std::size_t room, Write write) {
     const std::size_t size = out.size();
-    makeRoom(out, room + Tag::room);
-    out.resize(size + room + Tag::room);
+    makeRoom(out, room + ShortText::room);
+    out.resize(size + room + ShortText::room);
     out.resize(static_cast<std::size_t>(write(&out[size]) - out.data()));
 }
 
@@ -196,7 +212,7 @@ void appendCalls(std::string& out, const Item& item) {
 }
 
 /// What a body consists of that only names an item.
-inline constexpr std::array<ItemField<CallItemWithPicture>, 1> idFields = {partyFields[0]};
+inline constexpr ItemField<CallItemWithPicture> idFields[] = {partyFields[0]};
 
 /// Appends the item body: the unique id, and unless `onlyUniqueId` everything else.
 template <class Item>

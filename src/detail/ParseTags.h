@@ -6,8 +6,8 @@
 #include <iterator>
 #include <string_view>
 
-#include "../format/Bytes.h"
 #include "../format/Texts.h"
+#include "Bytes.h"
 #include "CallListDatabaseAdapterData.h"
 
 namespace calljournal {
@@ -22,63 +22,21 @@ struct ParseTag {
 };
 
 inline constexpr ParseTag parseTags[] = {
-    {text::ENTRY, CallListDatabaseAdapterData::TAG_ENTRY},
-    {text::ITEM, CallListDatabaseAdapterData::TAG_ITEM},
-    {text::METHOD, CallListDatabaseAdapterData::TAG_METHOD},
-    {text::UNIQUEID, CallListDatabaseAdapterData::TAG_UNIQUEID},
-    {text::CATEGORY, CallListDatabaseAdapterData::TAG_CATEGORY},
-    {text::ENTRYID, CallListDatabaseAdapterData::TAG_ENTRYID},
-    {text::SURNAME, CallListDatabaseAdapterData::TAG_SURNAME},
-    {text::FIRSTNAME, CallListDatabaseAdapterData::TAG_FIRSTNAME},
-    {text::PICTURE_CLIP, CallListDatabaseAdapterData::TAG_PICTURE_CLIP},
-    {text::JSGROUPBY, CallListDatabaseAdapterData::TAG_JSGROUPBY},
-    {text::VIEWED, CallListDatabaseAdapterData::TAG_VIEWED},
-    {text::CALLBACKNUMBER, CallListDatabaseAdapterData::TAG_CALLBACKNUMBER},
-    {text::CALLBACKTYPE, CallListDatabaseAdapterData::TAG_CALLBACKTYPE},
-    {text::CALLBACKSTATE, CallListDatabaseAdapterData::TAG_CALLBACKSTATE},
-    {text::CALLBACKDEVICEID, CallListDatabaseAdapterData::TAG_CALLBACKDEVICEID},
-    {text::NUMBER, CallListDatabaseAdapterData::TAG_NUMBER},
-    {text::NUMBERTYPE, CallListDatabaseAdapterData::TAG_NUMBERTYPE},
-    {text::RESOLVEDNUMBER, CallListDatabaseAdapterData::TAG_RESOLVEDNUMBER},
-    {text::CONNECTEDNUMBERPRIORITY, CallListDatabaseAdapterData::TAG_CONNECTEDNUMBERPRIORITY},
-    {text::CONNECTEDNUMBER, CallListDatabaseAdapterData::TAG_CONNECTEDNUMBER},
-    {text::CONNECTEDNUMBERTYPE, CallListDatabaseAdapterData::TAG_CONNECTEDNUMBERTYPE},
-    {text::CONNECTEDSURNAME, CallListDatabaseAdapterData::TAG_CONNECTEDSURNAME},
-    {text::CONNECTEDFIRSTNAME, CallListDatabaseAdapterData::TAG_CONNECTEDFIRSTNAME},
-    {text::ISBLUETOOTHCALL, CallListDatabaseAdapterData::TAG_ISBLUETOOTHCALL},
-    {text::TIMEDATE, CallListDatabaseAdapterData::TAG_TIMEDATE},
-    {text::DURATION, CallListDatabaseAdapterData::TAG_DURATION},
-    {text::COMPLETED_ELSEWHERE, CallListDatabaseAdapterData::TAG_COMPLETED_ELSEWHERE},
-    {text::TARGETLOG, CallListDatabaseAdapterData::TAG_TARGETLOG},
-    {text::NUMBERPRESENTATION, CallListDatabaseAdapterData::TAG_NUMBERPRESENTATION},
-    {text::NAMEPRESENTATION, CallListDatabaseAdapterData::TAG_NAMEPRESENTATION},
-    {text::TIMEFORMAT, CallListDatabaseAdapterData::TAG_TIMEFORMAT},
-    {text::DEFLECTNUMBERPRESENTATION, CallListDatabaseAdapterData::TAG_DEFLECTNUMBERPRESENTATION},
-    {text::DEFLECTNUMBER, CallListDatabaseAdapterData::TAG_DEFLECTNUMBER},
-    {text::DEFLECTNUMBERTYPE, CallListDatabaseAdapterData::TAG_DEFLECTNUMBERTYPE},
-    {text::DEFLECTNAMEPRESENTATION, CallListDatabaseAdapterData::TAG_DEFLECTNAMEPRESENTATION},
-    {text::DEFLECTNAME, CallListDatabaseAdapterData::TAG_DEFLECTNAME},
-    {text::GROUPNAME, CallListDatabaseAdapterData::TAG_GROUPNAME},
-    {text::GROUPNUMBER, CallListDatabaseAdapterData::TAG_GROUPNUMBER},
-    {text::TRANSFERTYPE, CallListDatabaseAdapterData::TAG_TRANSFERTYPE},
-    {text::PHONEBOOK_UNIQUEID, CallListDatabaseAdapterData::TAG_PHONEBOOK_UNIQUEID},
-    {text::OFFICE, CallListDatabaseAdapterData::TAG_OFFICE},
-    {text::MOBILE_PHONEBOOK, CallListDatabaseAdapterData::TAG_MOBILE_PHONEBOOK},
-    {text::PRIVATE_PHONEBOOK, CallListDatabaseAdapterData::TAG_PRIVATE_PHONEBOOK},
-    {text::EMAIL, CallListDatabaseAdapterData::TAG_EMAIL},
-    {text::CALLGROUP, CallListDatabaseAdapterData::TAG_CALLGROUP},
-    {text::DEFAULTNUMBER, CallListDatabaseAdapterData::TAG_DEFAULTNUMBER},
-    {text::COMPANY, CallListDatabaseAdapterData::TAG_COMPANY},
-    {text::OFFICE2, CallListDatabaseAdapterData::TAG_OFFICE2},
-    {text::ADDRESS, CallListDatabaseAdapterData::TAG_ADDRESS},
-    {text::ADDRESS2, CallListDatabaseAdapterData::TAG_ADDRESS2},
-    {text::JOBFUNCTION, CallListDatabaseAdapterData::TAG_JOBFUNCTION},
-    {text::VOICEDIAL, CallListDatabaseAdapterData::TAG_VOICEDIAL},
-    {text::PICTURE, CallListDatabaseAdapterData::TAG_PICTURE},
-    {text::EXTERNALID, CallListDatabaseAdapterData::TAG_EXTERNALID},
-    {text::CONTACTSOURCE, CallListDatabaseAdapterData::TAG_CONTACTSOURCE},
+#define ELEMENT(name, literal, number) {text::name, static_cast<CallListDatabaseAdapterData::eParseTag>(number)},
+#include "../format/Texts.inc"
 };
-static_assert(std::size(parseTags) == 55, "every number from 0 to 55 but 36 has its element");
+
+/// One more than the highest number that a tag has.
+constexpr std::size_t countParseTagNumbers() {
+    std::size_t highest = CallListDatabaseAdapterData::TAG_UNKNOWN;
+    for (const ParseTag& element : parseTags) {
+        const auto number = static_cast<std::size_t>(element.tag);
+        highest = number > highest ? number : highest;
+    }
+    return highest + 1;
+}
+
+constexpr std::size_t parseTagCount = countParseTagNumbers();
 
 constexpr std::size_t parseTagSlotCount = 128;  // a power of two, more than twice the number of names
 constexpr unsigned char freeParseTagSlot = 255;

@@ -1,12 +1,9 @@
 #ifndef CALLJOURNAL_FORMAT_CALLKINDS_H
 #define CALLJOURNAL_FORMAT_CALLKINDS_H
 
-#include <array>
 #include <cstddef>
-#include <list>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 
 #include "DialledCallItem.h"
@@ -26,14 +23,23 @@ using CallMember = std::variant<std::string Call::*, bool Call::*, CallLogEntryE
                                 CallLogEntryEvent::_PresentationValue Call::*, CallLogEntryEvent::_TFormat Call::*,
                                 NumberType::NT Call::*, TransferNumber::TransferNumberType Call::*>;
 
-template <class Call>
-using TextMember = std::string Call::*;
-
+/// One element of a call. The rows of a table are in the order in which they are written.
 template <class Call>
 struct CallField {
     Tag tag;
     CallMember<Call> member;
+    bool isReadFirst = false;  ///< It is searched before the field in front of it, which it is written behind.
 };
+
+/// Returns the index of the field that is searched in the place `place`, counted from 0. What a reader makes of damaged
+/// data depends on that order, since the search goes on from where it found the field before.
+template <class Call, std::size_t count>
+constexpr std::size_t readAt(const CallField<Call> (&fields)[count], std::size_t place) {
+    if (fields[place].isReadFirst) {
+        return place - 1;
+    }
+    return place + 1 < count && fields[place + 1].isReadFirst ? place + 1 : place;
+}
 
 /// How a text of an item is written. Reading always unescapes.
 enum class Form { asItIs, escaped, withoutColons };
@@ -60,7 +66,7 @@ struct ItemField {
 };
 
 /// What every kind of item starts with.
-inline constexpr std::array<ItemField<CallItemWithPicture>, 4> partyFields = {{
+inline constexpr ItemField<CallItemWithPicture> partyFields[] = {
     {text::UNIQUEID, text::UNIQUEID,
      TextAccess<CallItemWithPicture>{&CallItemWithPicture::getUniqueId, &CallItemWithPicture::setUniqueId,
                                      Form::withoutColons}},
@@ -70,88 +76,21 @@ inline constexpr std::array<ItemField<CallItemWithPicture>, 4> partyFields = {{
      TextAccess<CallItemWithPicture>{&CallItem::getSurname, &CallItem::setSurname, Form::escaped}},
     {text::FIRSTNAME, text::FIRSTNAME,
      TextAccess<CallItemWithPicture>{&CallItem::getFirstname, &CallItem::setFirstname, Form::escaped}},
-}};
+};
 
 template <class Item>
 constexpr TextAccess<Item> pictureClip() {
     return {&CallItemWithPicture::getPictureClip, &CallItemWithPicture::setPictureClip, Form::asItIs};
 }
 
-template <class Field, std::size_t count, std::size_t behindCount, std::size_t... place>
-constexpr std::array<Field, sizeof...(place)> joinedAt(const std::array<Field, count>& first,
-                                                       const std::array<Field, behindCount>& behind,
-                                                       std::index_sequence<place...>) {
-    return {{(place < count ? first[place] : behind[place - count])...}};
-}
-
-/// Returns the fields of `first` and behind them those of `rest`.
-template <class Field, std::size_t count>
-constexpr std::array<Field, count> joined(const std::array<Field, count>& only) {
-    return only;
-}
-
-template <class Field, std::size_t count, class... Rest>
-constexpr auto joined(const std::array<Field, count>& first, const Rest&... rest) {
-    const auto behind = joined(rest...);
-    return joinedAt(first, behind, std::make_index_sequence<count + behind.size()>());
-}
-
-/// Returns `fields` with the places `first` and `second` exchanged.
-template <class Field, std::size_t count>
-constexpr std::array<Field, count> exchanged(std::array<Field, count> fields, std::size_t first, std::size_t second) {
-    const Field kept = fields[first];
-    fields[first] = fields[second];
-    fields[second] = kept;
-    return fields;
-}
-
-template <class Call, std::size_t count>
-using CallFields = std::array<CallField<Call>, count>;
-
-// Runs of fields that more than one kind of call has, in the order in which they are written.
-
-template <class Call>
-inline constexpr CallFields<Call, 7> numbersNamesAndTime = {{
-    {text::NUMBER, &Call::number},
-    {text::NUMBERTYPE, &Call::numberType},
-    {text::CONNECTEDNUMBER, &Call::connectedNumber},
-    {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
-    {text::CONNECTEDSURNAME, &Call::connectedSurname},
-    {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
-    {text::TIMEDATE, &Call::timeDate},
-}};
-
-template <class Call>
-inline constexpr CallFields<Call, 3> logAndPresentations = {{
-    {text::TARGETLOG, &Call::targetLog},
-    {text::NUMBERPRESENTATION, &Call::numberPresentation},
-    {text::NAMEPRESENTATION, &Call::namePresentation},
-}};
-
-template <class Call>
-inline constexpr CallFields<Call, 6> deflectionAndTimeFormat = {{
-    {text::DEFLECTNUMBERPRESENTATION, &Call::deflectNumberPresentation},
-    {text::DEFLECTNUMBER, &Call::deflectNumber},
-    {text::DEFLECTNUMBERTYPE, &Call::deflectNumberType},
-    {text::DEFLECTNAMEPRESENTATION, &Call::deflectNamePresentation},
-    {text::DEFLECTNAME, &Call::deflectName},
-    {text::TIMEFORMAT, &Call::timeFormat},
-}};
-
 inline constexpr Tag logListTag = text::LOGLIST;
 inline constexpr Tag itemTag = text::ITEM;
 
-/// What sets one kind of item apart from the others: its table in the data access service, its notification, the fields
-/// that follow the party, the list of calls, the fields of a call in the order in which they are written and read, and
-/// whether a flag of a call is unescaped before it is compared with "True".
+/// What sets one kind of item apart from the others: its schema of the data access service, its notification, the list
+/// of its calls, the fields that follow the party, the fields of a call, and whether a flag of a call is unescaped before
+/// it is compared with "True".
 template <class Item>
 struct CallKind;
-
-/// What all kinds share: the picture, which is long enough to be put into its place without a copy.
-template <>
-struct CallKind<CallItemWithPicture> {
-    static constexpr auto ownPictureClip = &CallItemWithPicture::pictureClip_;
-};
 
 template <>
 struct CallKind<MissedCallItem> {
@@ -160,20 +99,35 @@ struct CallKind<MissedCallItem> {
     static constexpr std::string_view updateMethod = text::MISSEDCALLSUPDATE_XML;
     static constexpr auto calls = &MissedCallItem::getMissedCallInfoList;
     static constexpr auto setCalls = &MissedCallItem::setMissedCallInfoList;
-    static constexpr auto ownCalls = &MissedCallItem::missedCallInfoList_;
+    static constexpr bool unescapesFlags = true;
 
-    static constexpr std::array<ItemField<MissedCallItem>, 2> itemFields = {{
+    static constexpr ItemField<MissedCallItem> itemFields[] = {
         // Served by the data access service under another name than it is written by.
         {text::PICTURE, text::PICTURE_CLIP, pictureClip<MissedCallItem>()},
         {text::VIEWED, text::VIEWED,
          FlagAccess<MissedCallItem>{&MissedCallItem::getViewed, &MissedCallItem::setViewed}},
-    }};
-    static constexpr auto callFields =
-        joined(numbersNamesAndTime<Call>, CallFields<Call, 1>{{{text::COMPLETED_ELSEWHERE, &Call::completedElsewhere}}},
-               logAndPresentations<Call>, deflectionAndTimeFormat<Call>,
-               CallFields<Call, 2>{{{text::GROUPNAME, &Call::groupName}, {text::GROUPNUMBER, &Call::groupNumber}}});
-    static constexpr const auto& readFields = callFields;
-    static constexpr bool unescapesFlags = true;
+    };
+    static constexpr CallField<Call> callFields[] = {
+        {text::NUMBER, &Call::number},
+        {text::NUMBERTYPE, &Call::numberType},
+        {text::CONNECTEDNUMBER, &Call::connectedNumber},
+        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
+        {text::CONNECTEDSURNAME, &Call::connectedSurname},
+        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
+        {text::TIMEDATE, &Call::timeDate},
+        {text::COMPLETED_ELSEWHERE, &Call::completedElsewhere},
+        {text::TARGETLOG, &Call::targetLog},
+        {text::NUMBERPRESENTATION, &Call::numberPresentation},
+        {text::NAMEPRESENTATION, &Call::namePresentation},
+        {text::DEFLECTNUMBERPRESENTATION, &Call::deflectNumberPresentation},
+        {text::DEFLECTNUMBER, &Call::deflectNumber},
+        {text::DEFLECTNUMBERTYPE, &Call::deflectNumberType},
+        {text::DEFLECTNAMEPRESENTATION, &Call::deflectNamePresentation},
+        {text::DEFLECTNAME, &Call::deflectName},
+        {text::TIMEFORMAT, &Call::timeFormat},
+        {text::GROUPNAME, &Call::groupName},
+        {text::GROUPNUMBER, &Call::groupNumber},
+    };
 };
 
 template <>
@@ -183,34 +137,32 @@ struct CallKind<DialledCallItem> {
     static constexpr std::string_view updateMethod = text::DIALLEDCALLSUPDATE_XML;
     static constexpr auto calls = &DialledCallItem::getDialledCallInfoList;
     static constexpr auto setCalls = &DialledCallItem::setDialledCallInfoList;
-    static constexpr auto ownCalls = &DialledCallItem::dialledCallInfoList_;
+    static constexpr bool unescapesFlags = false;
 
-    static constexpr std::array<ItemField<DialledCallItem>, 2> itemFields = {{
+    static constexpr ItemField<DialledCallItem> itemFields[] = {
         {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<DialledCallItem>()},
         {text::JSGROUPBY, text::JSGROUPBY,
          TextAccess<DialledCallItem>{&DialledCallItem::getJournalSeviceGroupBy,
                                      &DialledCallItem::setJournalSeviceGroupBy, Form::asItIs}},
-    }};
-    static constexpr auto callFields =
-        joined(CallFields<Call, 11>{{
-                   {text::NUMBER, &Call::number},
-                   {text::NUMBERTYPE, &Call::numberType},
-                   {text::RESOLVEDNUMBER, &Call::resolvedNumber},
-                   {text::CONNECTEDNUMBER, &Call::connectedNumber},
-                   {text::CONNECTEDNUMBERPRIORITY, &Call::connectedNumberPriority},
-                   {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
-                   {text::CONNECTEDSURNAME, &Call::connectedSurname},
-                   {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
-                   {text::ISBLUETOOTHCALL, &Call::isBluetoothCall},
-                   {text::TIMEDATE, &Call::timeDate},
-                   {text::DURATION, &Call::duration},
-               }},
-               logAndPresentations<Call>,
-               CallFields<Call, 2>{{{text::TIMEFORMAT, &Call::timeFormat}, {text::TRANSFERTYPE, &Call::transferType}}});
-    // The priority is looked for before the number that it is written behind. Readers of damaged data notice: the
-    // search then goes on from before the number.
-    static constexpr auto readFields = exchanged(callFields, 3, 4);
-    static constexpr bool unescapesFlags = false;
+    };
+    static constexpr CallField<Call> callFields[] = {
+        {text::NUMBER, &Call::number},
+        {text::NUMBERTYPE, &Call::numberType},
+        {text::RESOLVEDNUMBER, &Call::resolvedNumber},
+        {text::CONNECTEDNUMBER, &Call::connectedNumber},
+        {text::CONNECTEDNUMBERPRIORITY, &Call::connectedNumberPriority, true},
+        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
+        {text::CONNECTEDSURNAME, &Call::connectedSurname},
+        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
+        {text::ISBLUETOOTHCALL, &Call::isBluetoothCall},
+        {text::TIMEDATE, &Call::timeDate},
+        {text::DURATION, &Call::duration},
+        {text::TARGETLOG, &Call::targetLog},
+        {text::NUMBERPRESENTATION, &Call::numberPresentation},
+        {text::NAMEPRESENTATION, &Call::namePresentation},
+        {text::TIMEFORMAT, &Call::timeFormat},
+        {text::TRANSFERTYPE, &Call::transferType},
+    };
 };
 
 template <>
@@ -220,16 +172,31 @@ struct CallKind<ReceivedCallItem> {
     static constexpr std::string_view updateMethod = text::RECEIVEDCALLSUPDATE_XML;
     static constexpr auto calls = &ReceivedCallItem::getReceivedCallInfoList;
     static constexpr auto setCalls = &ReceivedCallItem::setReceivedCallInfoList;
-    static constexpr auto ownCalls = &ReceivedCallItem::receivedCallInfoList_;
-
-    static constexpr std::array<ItemField<ReceivedCallItem>, 1> itemFields = {{
-        {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<ReceivedCallItem>()},
-    }};
-    static constexpr auto callFields = joined(
-        numbersNamesAndTime<Call>, CallFields<Call, 1>{{{text::DURATION, &Call::duration}}}, logAndPresentations<Call>,
-        deflectionAndTimeFormat<Call>, CallFields<Call, 1>{{{text::TRANSFERTYPE, &Call::transferType}}});
-    static constexpr const auto& readFields = callFields;
     static constexpr bool unescapesFlags = false;
+
+    static constexpr ItemField<ReceivedCallItem> itemFields[] = {
+        {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<ReceivedCallItem>()},
+    };
+    static constexpr CallField<Call> callFields[] = {
+        {text::NUMBER, &Call::number},
+        {text::NUMBERTYPE, &Call::numberType},
+        {text::CONNECTEDNUMBER, &Call::connectedNumber},
+        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
+        {text::CONNECTEDSURNAME, &Call::connectedSurname},
+        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
+        {text::TIMEDATE, &Call::timeDate},
+        {text::DURATION, &Call::duration},
+        {text::TARGETLOG, &Call::targetLog},
+        {text::NUMBERPRESENTATION, &Call::numberPresentation},
+        {text::NAMEPRESENTATION, &Call::namePresentation},
+        {text::DEFLECTNUMBERPRESENTATION, &Call::deflectNumberPresentation},
+        {text::DEFLECTNUMBER, &Call::deflectNumber},
+        {text::DEFLECTNUMBERTYPE, &Call::deflectNumberType},
+        {text::DEFLECTNAMEPRESENTATION, &Call::deflectNamePresentation},
+        {text::DEFLECTNAME, &Call::deflectName},
+        {text::TIMEFORMAT, &Call::timeFormat},
+        {text::TRANSFERTYPE, &Call::transferType},
+    };
 };
 
 template <>
@@ -239,16 +206,22 @@ struct CallKind<ForwardedCallItem> {
     static constexpr std::string_view updateMethod = text::FORWARDEDCALLSUPDATE_XML;
     static constexpr auto calls = &ForwardedCallItem::getForwardedCallInfoList;
     static constexpr auto setCalls = &ForwardedCallItem::setForwardedCallInfoList;
-    static constexpr auto ownCalls = &ForwardedCallItem::forwardedCallInfoList_;
-
-    static constexpr std::array<ItemField<ForwardedCallItem>, 1> itemFields = {{
-        {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<ForwardedCallItem>()},
-    }};
-    static constexpr auto callFields =
-        joined(numbersNamesAndTime<Call>,
-               CallFields<Call, 2>{{{text::DURATION, &Call::duration}, {text::TRANSFERTYPE, &Call::transferType}}});
-    static constexpr const auto& readFields = callFields;
     static constexpr bool unescapesFlags = false;
+
+    static constexpr ItemField<ForwardedCallItem> itemFields[] = {
+        {text::PICTURE_CLIP, text::PICTURE_CLIP, pictureClip<ForwardedCallItem>()},
+    };
+    static constexpr CallField<Call> callFields[] = {
+        {text::NUMBER, &Call::number},
+        {text::NUMBERTYPE, &Call::numberType},
+        {text::CONNECTEDNUMBER, &Call::connectedNumber},
+        {text::CONNECTEDNUMBERTYPE, &Call::connectedNumberType},
+        {text::CONNECTEDSURNAME, &Call::connectedSurname},
+        {text::CONNECTEDFIRSTNAME, &Call::connectedFirstname},
+        {text::TIMEDATE, &Call::timeDate},
+        {text::DURATION, &Call::duration},
+        {text::TRANSFERTYPE, &Call::transferType},
+    };
 };
 
 }  // namespace format

@@ -2,6 +2,7 @@
 #define CALLJOURNAL_FORMAT_CONTACTCOLUMNS_H
 
 #include <cstddef>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,41 +12,66 @@
 namespace calljournal {
 namespace format {
 
-/// The Tamber column, and field, that holds the number to dial by default.
-constexpr int defaultDialField = 11;
+/// A text of a contact.
+struct ContactText {
+    std::string_view name;    ///< Of the member, which is its name in JSON.
+    std::string_view column;  ///< The name of its column in the Tamber layout.
+    int place;                ///< Which column that is, counted from 0.
+    std::string Contact::*member;
+};
 
-/// The columns of the Tamber layout.
-inline constexpr const char* tamberNames[] = {"LastName", "FirstName", "Business1", "Business2",
-                                              "Mobile1",  "Private1",  "Company1",  "Address1",
-                                              "Address2", "Position",  "Email1",    "DefaultDial"};
+/// The texts that an import fills, in the order in which they are shown.
+inline constexpr ContactText contactTexts[] = {
+    {"firstName", "FirstName", 1, &Contact::firstName}, {"lastName", "LastName", 0, &Contact::lastName},
+    {"business1", "Business1", 2, &Contact::business1}, {"business2", "Business2", 3, &Contact::business2},
+    {"mobile1", "Mobile1", 4, &Contact::mobile1},       {"private1", "Private1", 5, &Contact::private1},
+    {"email1", "Email1", 10, &Contact::email1},         {"company1", "Company1", 6, &Contact::company1},
+    {"position", "Position", 9, &Contact::position},    {"address1", "Address1", 7, &Contact::address1},
+    {"address2", "Address2", 8, &Contact::address2},
+};
 
-typedef std::string Contact::*TextMember;
+/// The place of the Tamber layout's last column, "DefaultDial": behind those of the texts.
+constexpr int defaultDialField = static_cast<int>(std::size(contactTexts));
 
-/// The texts that an import fills, in the order of the Tamber columns; the default number follows as the twelfth.
-inline constexpr TextMember tamberTexts[] = {&Contact::lastName,  &Contact::firstName, &Contact::business1,
-                                             &Contact::business2, &Contact::mobile1,   &Contact::private1,
-                                             &Contact::company1,  &Contact::address1,  &Contact::address2,
-                                             &Contact::position,  &Contact::email1};
-static_assert(sizeof tamberTexts / sizeof *tamberTexts == defaultDialField, "the default number follows the texts");
+/// Returns the text whose column is in the place `place` of the Tamber layout, from 0 to defaultDialField - 1.
+constexpr const ContactText& textAt(int place) {
+    const ContactText* text = contactTexts;
+    while (text->place != place) {
+        ++text;
+    }
+    return *text;
+}
 
-/// What `defaultDial` says of a number: none, or which one.
+/// Returns the names of the Tamber layout's columns in their order.
+inline std::vector<std::string> tamberNames() {
+    std::vector<std::string> names;
+    for (int place = 0; place < defaultDialField; ++place) {
+        names.emplace_back(textAt(place).column);
+    }
+    names.emplace_back("DefaultDial");
+    return names;
+}
+
+/// What `defaultDial` says: no number, or which one.
 enum DialCode : int { noNumber = 0, dialPrivate1 = 1, dialBusiness1 = 2, dialBusiness2 = 3, dialMobile1 = 4 };
 
 /// A number of a contact.
-struct Number {
-    int code;
-    TextMember member;
+struct ContactNumber {
+    DialCode dialCode;
+    std::string Contact::*member;
 };
 
 /// The numbers in the order in which a default is looked for.
-inline constexpr Number numbers[] = {{dialBusiness1, &Contact::business1},
-                                     {dialBusiness2, &Contact::business2},
-                                     {dialMobile1, &Contact::mobile1},
-                                     {dialPrivate1, &Contact::private1}};
+inline constexpr ContactNumber contactNumbers[] = {
+    {dialBusiness1, &Contact::business1},
+    {dialBusiness2, &Contact::business2},
+    {dialMobile1, &Contact::mobile1},
+    {dialPrivate1, &Contact::private1},
+};
 
 /// Returns the first number of `c` that is set, a null pointer if none is.
-inline const Number* firstNumber(const Contact& c) {
-    for (const Number& number : numbers) {
+inline const ContactNumber* firstNumber(const Contact& c) {
+    for (const ContactNumber& number : contactNumbers) {
         if (!(c.*number.member).empty()) {
             return &number;
         }
@@ -53,10 +79,10 @@ inline const Number* firstNumber(const Contact& c) {
     return nullptr;
 }
 
-/// Returns what `defaultDial` is where no file tells: the first number that is set.
-inline int derivedDefaultDial(const Contact& c) {
-    const Number* number = firstNumber(c);
-    return number == nullptr ? static_cast<int>(noNumber) : number->code;
+/// Returns what `defaultDial` is where no file says it: the first number that is set.
+inline DialCode derivedDefaultDial(const Contact& c) {
+    const ContactNumber* number = firstNumber(c);
+    return number == nullptr ? noNumber : number->dialCode;
 }
 
 /// Goes on with an address line by its next part. A colon follows whatever is there already, so an empty part leaves
@@ -66,12 +92,6 @@ inline void joinAddressPart(std::string& address, const std::string& part) {
         address += ':';
     }
     address += part;
-}
-
-/// Returns column `index` of a record; a column that the record does not have is empty.
-inline const std::string& columnOf(const std::vector<std::string>& columns, std::size_t index) {
-    static const std::string none;
-    return index < columns.size() ? columns[index] : none;
 }
 
 /// The longest a stored field may be, in bytes after XML escaping.

@@ -6,12 +6,23 @@
 namespace calljournal {
 namespace format {
 
-/// The texts of the format as views, under the names that CallListDatabaseAdapterHelper offers them by.
+/// The texts of the format, under the names that CallListDatabaseAdapterHelper offers them by.
 namespace text {
+
 #define TEXT(name, literal) inline constexpr std::string_view name = literal;
 #include "Texts.inc"
-#undef TEXT
+
+// Texts that the helper does not offer: the element around a message's content, and the schema of conversations with
+// the element that names the call log entry of one.
+inline constexpr std::string_view SCHEMA = "Schema";
+inline constexpr std::string_view DAS_CONVERSATIONS = "Conversations";
+inline constexpr std::string_view CALLLOGID = "CallLogId";
+
 }  // namespace text
+
+/// The schemas of the data access service that hold call list entries, one for each kind of calls.
+inline constexpr std::string_view callLogSchemas[] = {text::DAS_CALLLOGMISSEDCALLS, text::DAS_CALLLOGDIALLEDCALLS,
+                                                      text::DAS_CALLLOGRECEIVEDCALLS, text::DAS_CALLLOGFORWARDEDCALLS};
 
 }  // namespace format
 }  // namespace calljournal

@@ -2,15 +2,15 @@
 #define CALLJOURNAL_FORMAT_WORDS_H
 
 #include <cstddef>
+#include <functional>
 #include <iterator>
-#include <string>
 #include <string_view>
 
 #include "CallBackItem.h"
 #include "CallLogEntryEvent.h"
 #include "Contact.h"
 #include "NumberType.h"
-#include "Tag.h"
+#include "ShortText.h"
 #include "Texts.h"
 #include "TransferNumber.h"
 
@@ -136,53 +136,22 @@ constexpr const ShortText& wordOf(Enumeration value) {
     return words.begin[number < std::size(words.rowOf) ? words.rowOf[number] : 0].word;
 }
 
-/// Bytes of the longest word that a value of this type can have.
-constexpr std::size_t longestWord(bool) {
-    return falseWord.length();
-}
-
-template <class Enumeration>
-constexpr std::size_t longestWord(Enumeration value) {
-    std::size_t longest = 0;
-    const Words& words = wordsFor(value);
-    for (const Word* row = words.begin; row != words.end; ++row) {
-        longest = row->word.length() > longest ? row->word.length() : longest;
-    }
-    return longest;
-}
-
 /// Returns the word that `value` is stored as.
 template <class Enumeration>
 constexpr std::string_view toWord(Enumeration value) {
     return wordOf(value);
 }
 
-/// Returns the value that is stored as `word`, compared byte for byte.
-template <class Enumeration>
-Enumeration fromWord(std::string_view word) {
+/// Returns the value that is stored as `word`. `same` compares two texts byte for byte.
+template <class Enumeration, class Same = std::equal_to<std::string_view>>
+Enumeration fromWord(std::string_view word, Same same = Same()) {
     const Words& words = wordsFor(Enumeration());
     for (const Word* row = words.begin; row != words.end; ++row) {
-        if (row->word.equals(word)) {
+        if (same(row->word, word)) {
             return static_cast<Enumeration>(row->value);
         }
     }
     return static_cast<Enumeration>(words.begin->value);
-}
-
-// Takes over what a value's text says, by the type of the value.
-
-inline void assignPlain(std::string& value, std::string_view word) {
-    value.clear();
-    value.append(word);  // less work than an assignment, which has to mind its own text as a source
-}
-
-inline void assignPlain(bool& value, std::string_view word) {
-    value = word == text::TRUE;
-}
-
-template <class Enumeration>
-void assignPlain(Enumeration& value, std::string_view word) {
-    value = fromWord<Enumeration>(word);
 }
 
 }  // namespace format

@@ -393,8 +393,8 @@ TEST_F(ConvertCommand, KeepsWhateverContactsAPhoneCanHold) {
         for (int i = 0; i < 100; ++i) {
             Contact contact;
             contact.source = static_cast<Contact::eOrderedContactSource>(3);
-            for (const auto member : calljournal::format::tamberTexts) {
-                std::string& text = contact.*member;
+            for (const auto& field : calljournal::format::contactTexts) {
+                std::string& text = contact.*field.member;
                 for (auto length = random() % 4 == 0 ? random() % 14 : 0; length != 0; --length) {
                     text += letters[random() % std::size(letters)];
                 }
@@ -403,7 +403,8 @@ TEST_F(ConvertCommand, KeepsWhateverContactsAPhoneCanHold) {
             }
             contact.lastName = "Name" + std::to_string(i) + contact.lastName;
             contact.defaultDial = calljournal::format::derivedDefaultDial(contact);
-            for (const auto member : calljournal::format::tamberTexts) {
+            for (int place = 0; place < calljournal::format::defaultDialField; ++place) {
+                const auto member = calljournal::format::textAt(place).member;
                 book += quotedColumn(contact.*member) + (member == &Contact::email1 ? '\n' : ',');
             }
             expected += calljournal::contactJson(contact) + '\n';

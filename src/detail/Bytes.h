@@ -1,5 +1,5 @@
-#ifndef CALLJOURNAL_FORMAT_BYTES_H
-#define CALLJOURNAL_FORMAT_BYTES_H
+#ifndef CALLJOURNAL_DETAIL_BYTES_H
+#define CALLJOURNAL_DETAIL_BYTES_H
 
 #include <cstddef>
 #include <cstring>
@@ -19,7 +19,7 @@
 #define CALLJOURNAL_RARE __attribute__((noinline, cold))
 
 namespace calljournal {
-namespace format {
+namespace detail {
 
 // Tags, words and most values are short. For them a few reads of fixed size take fewer steps than a call of the library
 // function, which longer texts are left to.
@@ -45,7 +45,7 @@ inline bool sameBytes(const char* first, const char* second, std::size_t length)
 }
 
 /// Whether `text` is the constant `other`, whose length the compiler knows.
-CALLJOURNAL_INLINE bool isText(std::string_view text, std::string_view other) {
+CALLJOURNAL_INLINE bool isConstant(std::string_view text, std::string_view other) {
     return text.size() == other.size() && std::memcmp(text.data(), other.data(), other.size()) == 0;
 }
 
@@ -103,7 +103,7 @@ const char* findAny(const char* at, const char* end, Byte... bytes) {
 #endif
 }
 
-}  // namespace format
+}  // namespace detail
 }  // namespace calljournal
 
 #endif
