@@ -13,7 +13,8 @@ namespace text = format::text;
 
 namespace {
 
-constexpr std::string_view listSchemas[] = {"", text::DAS_CALLLOG, text::DAS_CALLLOG_PHONEBOOK, "Conversations"};
+constexpr std::string_view listSchemas[] = {"", text::DAS_CALLLOG, text::DAS_CALLLOG_PHONEBOOK,
+                                            text::DAS_CONVERSATIONS};
 
 /// The names of the elements of an entry and of its calls.
 std::set<std::string_view> namesIn(const Outline& outline, const std::vector<std::size_t>& elements) {
@@ -78,7 +79,7 @@ public:
     Message message() {
         const Outline& outline = message_.outline;
         const std::size_t method = firstNamed(outline, outline.top, text::METHOD);
-        message_.schema = firstNamed(outline, outline.top, "Schema");
+        message_.schema = firstNamed(outline, outline.top, text::SCHEMA);
         if (message_.schema != noElement) {
             takeSchema();
         } else if (firstNamed(outline, outline.top, text::ENTRY) != noElement) {

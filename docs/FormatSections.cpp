@@ -230,10 +230,6 @@ std::string inLines(const std::string& xml) {
     return "```xml\n" + text + "```\n";
 }
 
-CallLogEntryEvent::_LogTarget targetOf(int value) {
-    return static_cast<CallLogEntryEvent::_LogTarget>(value);
-}
-
 void party(CallItemWithPicture& item) {
     item.setUniqueId("12:34");
     item.setEntryId("7");
@@ -245,7 +241,7 @@ void party(CallItemWithPicture& item) {
 template <class Call>
 void numbers(Call& call) {
     call.number = "0301234";
-    call.numberType = static_cast<NumberType::NT>(4);
+    call.numberType = NumberType::MOBILE;
     call.connectedNumber = "0305555";
     call.connectedSurname = "Jones";
     call.timeDate = "2024-05-01 10:15:00";
@@ -256,8 +252,8 @@ MissedCallItem example(ItemType<MissedCallItem>) {
     party(item);
     MissedCallItem::MissedCallInfo call;
     numbers(call);
-    call.targetLog = targetOf(1);
-    call.numberPresentation = static_cast<CallLogEntryEvent::_PresentationValue>(1);
+    call.targetLog = CallLogEntryEvent::IN_NO_ANSWER;
+    call.numberPresentation = CallLogEntryEvent::ALLOWED;
     call.groupName = "Sales";
     item.addCallInfoToList(call);
     return item;
@@ -271,7 +267,7 @@ DialledCallItem example(ItemType<DialledCallItem>) {
     numbers(call);
     call.resolvedNumber = "00301234";
     call.duration = "00:00:41";
-    call.targetLog = targetOf(4);
+    call.targetLog = CallLogEntryEvent::OUT_ANSWERED;
     item.addCallInfoToList(call);
     return item;
 }
@@ -294,7 +290,7 @@ ForwardedCallItem example(ItemType<ForwardedCallItem>) {
     ForwardedCallItem::ForwardedCallInfo call;
     numbers(call);
     call.duration = "00:00:41";
-    call.transferType = static_cast<TransferNumber::TransferNumberType>(1);
+    call.transferType = TransferNumber::TRANSFER_DESTINATION_NUMBER;
     item.addCallInfoToList(call);
     return item;
 }

@@ -14,17 +14,17 @@ namespace calljournal {
 constexpr char withheldKey[] = "Withheld";
 
 /// The log that a call of each kind belongs to unless it says otherwise.
-inline int usualTargetLog(const MissedCallItem&) {
-    return 1;
-}  // IN_NO_ANSWER
-inline int usualTargetLog(const DialledCallItem&) {
-    return 4;
-}  // OUT_ANSWERED
-inline int usualTargetLog(const ReceivedCallItem&) {
-    return 0;
-}  // IN_ANSWERED
-inline int usualTargetLog(const ForwardedCallItem&) {
-    return 0;
+inline CallLogEntryEvent::_LogTarget usualTargetLog(const MissedCallItem&) {
+    return CallLogEntryEvent::IN_NO_ANSWER;
+}
+inline CallLogEntryEvent::_LogTarget usualTargetLog(const DialledCallItem&) {
+    return CallLogEntryEvent::OUT_ANSWERED;
+}
+inline CallLogEntryEvent::_LogTarget usualTargetLog(const ReceivedCallItem&) {
+    return CallLogEntryEvent::IN_ANSWERED;
+}
+inline CallLogEntryEvent::_LogTarget usualTargetLog(const ForwardedCallItem&) {
+    return CallLogEntryEvent::IN_ANSWERED;
 }
 
 /// Makes a call of a flat object of the party's and the call's elements: {"Surname": ..., "Number": ..., "TimeDate":
@@ -33,7 +33,7 @@ inline int usualTargetLog(const ForwardedCallItem&) {
 template <class Item>
 NewCall<Item> newCallFromJson(const Json& json) {
     NewCall<Item> call;
-    call.call.targetLog = static_cast<CallLogEntryEvent::_LogTarget>(usualTargetLog(call.party));
+    call.call.targetLog = usualTargetLog(call.party);
     call.call.timeDate = currentTime();
     bool isWithheld = false;
     for (const auto& [key, value] : json.items()) {
@@ -48,14 +48,15 @@ NewCall<Item> newCallFromJson(const Json& json) {
     if (isWithheld == !call.call.number.empty()) {
         throw ValueError("a call has either a number or is withheld");
     }
-    const auto give = [&](const char* key, CallLogEntryEvent::_PresentationValue& presentation, int value) {
-        if (!json.contains(key)) {
-            presentation = static_cast<CallLogEntryEvent::_PresentationValue>(value);
-        }
+    using Presentation = CallLogEntryEvent::_PresentationValue;
+    const auto give = [&](const char* key, Presentation& presentation, Presentation value) {
+        presentation = json.contains(key) ? presentation : value;
     };
     const bool isNamed = !call.party.getSurname().empty() || !call.party.getFirstname().empty();
-    give("NumberPresentation", call.call.numberPresentation, isWithheld ? 2 : 1);
-    give("NamePresentation", call.call.namePresentation, isNamed ? 1 : 0);
+    give("NumberPresentation", call.call.numberPresentation,
+         isWithheld ? CallLogEntryEvent::NOT_ALLOWED : CallLogEntryEvent::ALLOWED);
+    give("NamePresentation", call.call.namePresentation,
+         isNamed ? CallLogEntryEvent::ALLOWED : CallLogEntryEvent::NOT_AVAILABLE);
     return call;
 }
 

@@ -58,7 +58,7 @@ private:
     };
 
     std::size_t findName(const Item& party, const Call& call) const {
-        const bool isWithheld = static_cast<int>(call.numberPresentation) == 2;
+        const bool isWithheld = call.numberPresentation == CallLogEntryEvent::NOT_ALLOWED;
         const bool isNameless = party.getSurname().empty() && party.getFirstname().empty();
         const auto found = byName_.find(name(party));
         return isWithheld || isNameless || found == byName_.end() ? none : found->second;

@@ -14,7 +14,7 @@ std::string shownNumber(const CallInfo& call) {
     if (!call.number.empty()) {
         return call.number;
     }
-    return static_cast<int>(call.numberPresentation) == 2 ? "(withheld)" : "(unknown)";
+    return call.numberPresentation == CallLogEntryEvent::NOT_ALLOWED ? "(withheld)" : "(unknown)";
 }
 
 std::string namedNumber(const std::string& name, const std::string& number) {
@@ -40,10 +40,10 @@ void addConnected(const CallInfo& call, std::vector<std::string>& notes) {
 }
 
 void addTransfer(const Redirecting& call, std::vector<std::string>& notes) {
-    static constexpr const char* words[] = {"", "transfer destination", "transferred group"};
-    const int type = static_cast<int>(call.transferType);
-    if (type == 1 || type == 2) {
-        notes.emplace_back(words[type]);
+    if (call.transferType == TransferNumber::TRANSFER_DESTINATION_NUMBER) {
+        notes.emplace_back("transfer destination");
+    } else if (call.transferType == TransferNumber::TRANSFER_GROUP_NUMBER) {
+        notes.emplace_back("transferred group");
     }
 }
 

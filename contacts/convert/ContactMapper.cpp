@@ -129,7 +129,7 @@ public:
         for (const ContactText& text : contactTexts) {
             (mapped_.contact.*text.member).clear();
         }
-        mapped_.contact.source = static_cast<Contact::eOrderedContactSource>(3);
+        mapped_.contact.source = Contact::CSV;
         mapped_.isJoinedAddress = false;
         mapped_.taken.clear();
         mapped_.remarks.clear();

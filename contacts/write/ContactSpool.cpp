@@ -119,7 +119,7 @@ std::uint64_t ContactSpool::read(std::uint64_t place, SpooledContact& contact) {
     contact.lastLine = head.lastLine;
     contact.file = head.file;
     contact.isJoinedAddress = head.isJoinedAddress != 0;
-    contact.contact.source = static_cast<Contact::eOrderedContactSource>(3);
+    contact.contact.source = Contact::CSV;
     std::string_view identity = file_.read(place + sizeof head, head.identitySize);
     contact.contact.defaultDial = static_cast<unsigned char>(identity[0]);
     identity.remove_prefix(1);

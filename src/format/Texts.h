@@ -20,10 +20,6 @@ inline constexpr std::string_view CALLLOGID = "CallLogId";
 
 }  // namespace text
 
-/// The schemas of the data access service that hold call list entries, one for each kind of calls.
-inline constexpr std::string_view callLogSchemas[] = {text::DAS_CALLLOGMISSEDCALLS, text::DAS_CALLLOGDIALLEDCALLS,
-                                                      text::DAS_CALLLOGRECEIVEDCALLS, text::DAS_CALLLOGFORWARDEDCALLS};
-
 }  // namespace format
 }  // namespace calljournal
 
