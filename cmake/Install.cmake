@@ -57,7 +57,7 @@ if(CALLJOURNAL_HOST AND CALLJOURNAL_COMMAND)
     install(FILES examples/calls.json DESTINATION ${example_dir} COMPONENT command)
     install(DIRECTORY examples/contacts DESTINATION ${example_dir} COMPONENT command)
     install(FILES docs/man/calljournal.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT command)
-    install(FILES docs/man/calljournal.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT command)
+    install(FILES ${PROJECT_BINARY_DIR}/man/calljournal.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT command)
     install(FILES packaging/bash-completion/calljournal
             DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT command)
 endif()

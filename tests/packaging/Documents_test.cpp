@@ -17,7 +17,7 @@ using ::testing::IsEmpty;
 
 using Words = std::set<std::string>;
 
-const std::string manual = MANUALS "/calljournal.1";
+const std::string manual = MANUAL;
 
 std::vector<std::string> linesOf(const std::string& text) {
     std::istringstream in(text);
@@ -131,7 +131,7 @@ std::vector<std::string> complaints(const std::string& text) {
 }
 
 TEST(Manual, PleasesBothFormatters) {
-    for (const std::string page : {MANUALS "/calljournal.1", MANUALS "/calljournal.5"}) {
+    for (const std::string page : {MANUAL, FORMAT_MANUAL}) {
         EXPECT_THAT(complaints(runProgram({"mandoc", "-Tlint", page}).out), IsEmpty());
         const Finished groff = runProgram({"groff", "-ww", "-t", "-mdoc", "-Tutf8", "-z", page});
         EXPECT_EQ(groff.status, 0);
@@ -140,7 +140,7 @@ TEST(Manual, PleasesBothFormatters) {
 }
 
 TEST(Manual, FitsIntoEightyColumns) {
-    for (const std::string page : {MANUALS "/calljournal.1", MANUALS "/calljournal.5"}) {
+    for (const std::string page : {MANUAL, FORMAT_MANUAL}) {
         const std::string shown = runProgram({"mandoc", "-Tascii", page}).out;
         const std::vector<std::string> lines = linesOf(std::regex_replace(shown, std::regex(".\b"), ""));
         EXPECT_GT(lines.size(), 200u);
