@@ -1,6 +1,7 @@
 #!/bin/sh
 # Builds the program through pkg-config alone: compile.sh OUTPUT [static]. PKG_CONFIG_PATH says where calljournal is
 # installed, if that is not where pkg-config looks anyway.
+# shellcheck disable=SC2046,SC2086 # flags are words
 set -e
 output=$1
 cd "$(dirname "$0")"
@@ -8,6 +9,5 @@ libraries=$(pkg-config --libs calljournal)
 if [ "$2" = static ]; then
     libraries=$(pkg-config --variable=static_library calljournal)
 fi
-# shellcheck disable=SC2046,SC2086 # words, on purpose
 ${CXX:-c++} -std=c++11 $CXXFLAGS $(pkg-config --cflags calljournal) -o "$output" \
     main.cpp MemoryService.cpp Phone*.cpp $libraries
