@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <iosfwd>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -10,18 +11,25 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace calljournal {
 
+/// How data is shown: as people read it, or as programs do. `automatic` is a table on a terminal and JSON elsewhere.
+enum class OutputFormat { automatic, table, json, xml, vCard };
+
 /// What every command takes.
 struct GlobalOptions {
-    std::string store;   ///< URL or path; empty for the default store.
-    int log = 0;         ///< Log lines up to this level go to standard error.
-    std::string format;  ///< "table", "json" or "xml"; empty for what suits the output.
+    std::string store;  ///< URL or path; empty for the default store.
+    int log = 0;        ///< Log lines up to this level go to standard error.
+    OutputFormat format = OutputFormat::automatic;
     std::string region;  ///< ISO 3166-1 code; empty for the locale's.
     bool showXml = false;
 };
+
+/// Stands for the user's files where completion offers something.
+inline constexpr char fileOffer[] = "<file>";
 
 /// One call of the program: its streams, the options of every command, and what is to be done.
 ///
@@ -34,10 +42,9 @@ struct CommandContext {
     std::ostream& err;  ///< Diagnostics.
     GlobalOptions globals;
     std::function<ExitCode()> action;
+    /// What completion offers for the value of an option: words, or fileOffer alone; nothing for a text.
+    std::map<const CLI::Option*, std::vector<std::string>> offers;
 };
-
-/// Adds a positional argument that is one of `words`.
-void addKind(CLI::App& app, std::string& kind, const std::vector<std::string>& words, bool isRequired);
 
 }  // namespace calljournal
 

@@ -1,12 +1,12 @@
 #include "CommandLine.h"
 
-#include <CLI/CLI.hpp>
 #include <ostream>
-#include <set>
 #include <string>
+#include <string_view>
 
 #include "CheckCommand.h"
 #include "CommandContext.h"
+#include "Completion.h"
 #include "ConvertCommand.h"
 #include "DecodeCommand.h"
 #include "DeleteCommand.h"
@@ -19,25 +19,38 @@
 #include "RecordCommand.h"
 #include "ValueError.h"
 #include "ViewedCommand.h"
+#include "WordOption.h"
 
 namespace calljournal {
 
 namespace {
 
-/// Every command, in the order of the help.
-constexpr void (*commands[])(CLI::App&, CommandContext&) = {
-    addRecordCommand, addListCommand,  addViewedCommand, addDeleteCommand,  addEncodeCommand,
-    addDecodeCommand, addCheckCommand, addImportCommand, addConvertCommand, addDemoCommand,
-};
+/// Declares every command, in the order of the help.
+void addCommands(CLI::App& app, CommandContext& context) {
+    addRecordCommand(app, context);
+    addListCommand(app, context);
+    addViewedCommand(app, context);
+    addDeleteCommand(app, context);
+    addEncodeCommand(app, context);
+    addDecodeCommand(app, context);
+    addCheckCommand(app, context);
+    addImportCommand(app, context);
+    addConvertCommand(app, context);
+    addDemoCommand(app, context);
+}
 
-void addGlobals(CLI::App& app, GlobalOptions& globals) {
-    app.add_option("--store", globals.store, "the store, sqlite3://PATH or a path")->envname("CALLJOURNAL_STORE");
-    app.add_option("--log", globals.log, "write log lines up to this level, 0 to 9, to standard error")
-        ->check(CLI::Range(0, 9))
-        ->envname("CALLJOURNAL_LOG");
-    app.add_option("--format", globals.format,
-                   "table, json or xml; lists go to a terminal as a table, elsewhere as json")
-        ->check(CLI::IsMember(std::set<std::string>{"table", "json", "xml"}));
+void addGlobals(CLI::App& app, CommandContext& context) {
+    GlobalOptions& globals = context.globals;
+    CLI::Option* store = app.add_option("--store", globals.store, "the store, sqlite3://PATH or a path");
+    store->envname("CALLJOURNAL_STORE");
+    context.offers[store] = {fileOffer};
+    CLI::Option* log =
+        app.add_option("--log", globals.log, "write log lines up to this level, 0 to 9, to standard error");
+    log->check(CLI::Range(0, 9))->envname("CALLJOURNAL_LOG");
+    context.offers[log] = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
+    addWordOption(app, context, "--format", globals.format,
+                  {{"table", OutputFormat::table}, {"json", OutputFormat::json}, {"xml", OutputFormat::xml}},
+                  "table, json or xml; lists go to a terminal as a table, elsewhere as json");
     app.add_option("--region", globals.region, "the phone's region, such as DE; by default that of the locale")
         ->envname("CALLJOURNAL_REGION")
         ->check([](const std::string& region) {
@@ -49,14 +62,16 @@ void addGlobals(CLI::App& app, GlobalOptions& globals) {
 }  // namespace
 
 ExitCode runCommand(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
-    CommandContext context{in, out, err, {}, {}};
+    CommandContext context{in, out, err, {}, {}, {}};
     CLI::App app("Call journal and contacts import of a desk phone, on a PC", "calljournal");
     app.set_version_flag("--version", "calljournal " CALLJOURNAL_VERSION);
     app.require_subcommand(1);
     app.fallthrough();
-    addGlobals(app, context.globals);
-    for (const auto addCommand : commands) {
-        addCommand(app, context);
+    addGlobals(app, context);
+    addCommands(app, context);
+    if (argc > 1 && std::string_view(argv[1]) == "--complete") {
+        printOffers(app, context, {argv + 2, argv + argc}, out);
+        return exitDone;
     }
 
     try {

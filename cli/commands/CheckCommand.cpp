@@ -1,6 +1,5 @@
 #include "CheckCommand.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <fstream>
 #include <istream>
@@ -19,6 +18,7 @@
 #include "PrintableText.h"
 #include "RecordCommand.h"
 #include "Store.h"
+#include "WordOption.h"
 #include "Wording.h"
 
 namespace calljournal {
@@ -191,13 +191,15 @@ ExitCode diffFiles(const CheckOptions& options, std::istream& in, std::ostream& 
 void addCheckCommand(CLI::App& app, CommandContext& context) {
     CLI::App* check = app.add_subcommand("check", "Say what is wrong with captured messages or a store");
     auto options = std::make_shared<CheckOptions>();
-    check
-        ->add_option("files", options->files,
-                     "requests, replies, notifications, entries or stores; - for standard input")
-        ->required();
-    std::vector<std::string> kinds = recordableKinds();
-    check->add_option("--kind", options->kind, "the kind of entries that do not tell: " + joined(kinds))
-        ->check(CLI::IsMember(std::set<std::string>(kinds.begin(), kinds.end())));
+    CLI::Option* files = check->add_option("files", options->files,
+                                           "requests, replies, notifications, entries or stores; - for standard input");
+    files->required();
+    context.offers[files] = {fileOffer};
+    const std::vector<std::string> kinds = recordableKinds();
+    CLI::Option* kind =
+        check->add_option("--kind", options->kind, "the kind of entries that do not tell: " + joined(kinds));
+    kind->check(CLI::IsMember(std::set<std::string>(kinds.begin(), kinds.end())));
+    context.offers[kind] = kinds;
     check->add_flag("--diff", options->isDiff, "compare two files with one entry each, value by value");
     check->callback([&context, options] {
         context.action = [&context, options] {

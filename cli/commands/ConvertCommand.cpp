@@ -1,6 +1,5 @@
 #include "ConvertCommand.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
@@ -25,6 +24,7 @@
 #include "ProgressBar.h"
 #include "ReadAhead.h"
 #include "TemporaryFolder.h"
+#include "WordOption.h"
 #include "Wording.h"
 
 namespace calljournal {
@@ -33,20 +33,6 @@ namespace {
 
 constexpr unsigned standardLimit = 100;
 
-NumberStyle styleOf(const std::string& word) {
-    return word == "international" ? NumberStyle::international
-           : word == "dialable"    ? NumberStyle::dialable
-                                   : NumberStyle::keep;
-}
-
-ContactFormat formatOf(const std::string& word) {
-    return word == "vcard" ? ContactFormat::vCard : word == "json" ? ContactFormat::json : ContactFormat::phone;
-}
-
-ConvertReport::Detail detailOf(const std::string& word) {
-    return word == "json" ? ConvertReport::json : word == "text" ? ConvertReport::text : ConvertReport::remarkable;
-}
-
 /// One run of the command.
 class Conversion {
 public:
@@ -54,11 +40,11 @@ public:
         : options_(options),
           out_(out),
           isToOutput_(options.out.empty() && !options.isDryRun),
-          report_(detailOf(options.report), options.files, isToOutput_ ? err : out),
+          report_(options.report, options.files, isToOutput_ ? err : out),
           region_(options.region.empty() ? localeRegion() : options.region),
-          limit_(options.limit != 0       ? options.limit
-                 : options.to == "tamber" ? standardLimit
-                                          : 0),
+          limit_(options.limit != 0                   ? options.limit
+                 : options.to == ContactFormat::phone ? standardLimit
+                                                      : 0),
           table_(std::make_unique<IdentityTable>(spool_)),
           near_(region_),
           bar_(terminalDrawing()) {}
@@ -89,7 +75,7 @@ private:
     ContactFilesOptions filesIn(const TemporaryFolder& folder) const {
         const bool isHidden = options_.out.empty() || options_.isDryRun;
         ContactFilesOptions files;
-        files.format = formatOf(options_.to);
+        files.format = options_.to;
         files.path = isHidden ? (folder.path() / "contacts").string() : options_.out;
         files.overwrite = options_.force;
         files.limit = limit_;
@@ -112,7 +98,7 @@ private:
         const std::uintmax_t size = std::filesystem::file_size(name, unknown);
         const std::uint64_t total = unknown ? 0 : size;
         bar_.start("reading " + name, [done, total] { return ProgressBar::Position{*done, total}; });
-        const ContactMapper mapper(styleOf(options_.numbers), region_);
+        const ContactMapper mapper(options_.numbers, region_);
         MappedContact mapped;
         ReadAhead records(*book);
         while (const AddressRecord* record = records.next()) {
@@ -299,27 +285,37 @@ ExitCode convertBooks(const ConvertOptions& options, std::ostream& out, std::ost
 void addConvertCommand(CLI::App& app, CommandContext& context) {
     CLI::App* convert = app.add_subcommand("convert", "Turn any address book into a file that the phone imports");
     auto options = std::make_shared<ConvertOptions>();
-    convert->add_option("files", options->files, "CSV or vCard files of any program; they stay as they are")
-        ->required();
-    convert->add_option("-o,--out", options->out, "the file to write; standard output if absent");
-    convert->add_option("--to", options->to, "tamber (the phone's own layout), vcard or json")
-        ->check(CLI::IsMember(std::set<std::string>{"tamber", "vcard", "json"}));
-    convert->add_option("--numbers", options->numbers, "keep, international or dialable")
-        ->check(CLI::IsMember(std::set<std::string>{"keep", "international", "dialable"}));
+    CLI::Option* files =
+        convert->add_option("files", options->files, "CSV or vCard files of any program; they stay as they are");
+    files->required();
+    CLI::Option* out = convert->add_option("-o,--out", options->out, "the file to write; standard output if absent");
+    addWordOption(*convert, context, "--to", options->to,
+                  {{"tamber", ContactFormat::phone}, {"vcard", ContactFormat::vCard}, {"json", ContactFormat::json}},
+                  "tamber (the phone's own layout), vcard or json");
+    addWordOption(*convert, context, "--numbers", options->numbers,
+                  {{"keep", NumberStyle::keep},
+                   {"international", NumberStyle::international},
+                   {"dialable", NumberStyle::dialable}},
+                  "keep, international or dialable");
     convert->add_option("--from-charset", options->fromCharset, "the character set, where it cannot be found out");
-    convert->add_option("--columns", options->columns, "a file with more names of columns");
+    CLI::Option* columns = convert->add_option("--columns", options->columns, "a file with more names of columns");
     convert->add_option("--map", options->maps, "what a column means: \"Handy=Mobile1\"; \"Handy=-\" leaves it out")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    convert->add_option("--report", options->report, "tell about every record, as text or json")
-        ->check(CLI::IsMember(std::set<std::string>{"text", "json"}));
+    addWordOption(*convert, context, "--report", options->report,
+                  {{"text", ConvertReport::text}, {"json", ConvertReport::json}},
+                  "tell about every record, as text or json");
     convert->add_flag("--dry-run", options->isDryRun, "do everything, prove it, and write nothing");
     convert->add_flag("--merge", options->merge, "make one contact of those that are one person");
     convert->add_flag("--force", options->force, "overwrite files that are there");
     convert->add_flag("--cut", options->cut, "leave out what the phone does not hold, rather than write further files");
-    convert->add_option("--limit", options->limit, "contacts that the phone holds: 100, or 1000")
-        ->check(CLI::IsMember(std::set<unsigned>{100, 1000}));
+    CLI::Option* limit = convert->add_option("--limit", options->limit, "contacts that the phone holds: 100, or 1000");
+    limit->check(CLI::IsMember(std::set<unsigned>{100, 1000}));
     convert->add_option("--existing", options->existing, "contacts that it holds already")->check(CLI::Range(0, 1000));
+    for (const CLI::Option* option : {files, out, columns}) {
+        context.offers[option] = {fileOffer};
+    }
+    context.offers[limit] = {"100", "1000"};
     convert->callback([&context, options] {
         context.action = [&context, options] {
             options->region = context.globals.region;

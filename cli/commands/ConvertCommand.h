@@ -6,20 +6,23 @@
 #include <vector>
 
 #include "CommandContext.h"
+#include "ContactFiles.h"
+#include "ContactMapper.h"
+#include "ConvertReport.h"
 
 namespace calljournal {
 
 /// What `calljournal convert` is asked to do.
 struct ConvertOptions {
     std::vector<std::string> files;
-    std::string out;                ///< The file to write; empty for standard output.
-    std::string to = "tamber";      ///< "tamber", "vcard" or "json".
-    std::string region;             ///< Empty for the locale's.
-    std::string numbers = "keep";   ///< "keep", "international" or "dialable".
+    std::string out;  ///< The file to write; empty for standard output.
+    ContactFormat to = ContactFormat::phone;
+    std::string region;  ///< Empty for the locale's.
+    NumberStyle numbers = NumberStyle::keep;
     std::string fromCharset;        ///< Empty to find out.
     std::string columns;            ///< A file with more names of columns; or empty.
     std::vector<std::string> maps;  ///< "Handy=Mobile1".
-    std::string report;             ///< "text", "json", or empty for what is remarkable.
+    ConvertReport::Detail report = ConvertReport::remarkable;
     bool isDryRun = false;
     bool isPassedOn = false;  ///< The file is for another step, so its name is not told.
     bool merge = false;

@@ -1,6 +1,5 @@
 #include "DecodeCommand.h"
 
-#include <CLI/CLI.hpp>
 #include <istream>
 #include <iterator>
 #include <memory>
@@ -10,6 +9,7 @@
 #include "ItemJson.h"
 #include "Kinds.h"
 #include "WellFormed.h"
+#include "WordOption.h"
 
 namespace calljournal {
 
@@ -35,7 +35,7 @@ ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& ou
 void addDecodeCommand(CLI::App& app, CommandContext& context) {
     CLI::App* decode = app.add_subcommand("decode", "Turn an XML body into JSON");
     auto kind = std::make_shared<std::string>();
-    addKind(*decode, *kind, kindNames(), true);
+    addKind(*decode, context, *kind, kindNames(), true);
     decode->callback([&context, kind] {
         context.action = [&context, kind] { return decodeEntry(*kind, context.in, context.out, context.err); };
     });

@@ -1,6 +1,5 @@
 #include "DeleteCommand.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <ostream>
 
@@ -9,13 +8,14 @@
 #include "EntryView.h"
 #include "Kinds.h"
 #include "RecordCommand.h"
+#include "WordOption.h"
 
 namespace calljournal {
 
 void addDeleteCommand(CLI::App& app, CommandContext& context) {
     CLI::App* deleting = app.add_subcommand("delete", "Delete an entry and its conversation rows");
     auto kind = std::make_shared<std::string>();
-    addKind(*deleting, *kind, recordableKinds(), true);
+    addKind(*deleting, context, *kind, recordableKinds(), true);
     addEntryChange(*deleting, context, [kind](Journal& journal, const std::string& id, std::ostream& out) {
         if (*kind == callBackKind) {
             out << "deleted: " << describe(viewOf(journal.removeCallBack(id))) << '\n';

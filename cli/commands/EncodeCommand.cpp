@@ -1,6 +1,5 @@
 #include "EncodeCommand.h"
 
-#include <CLI/CLI.hpp>
 #include <istream>
 #include <iterator>
 #include <memory>
@@ -8,6 +7,7 @@
 
 #include "ItemJson.h"
 #include "Kinds.h"
+#include "WordOption.h"
 
 namespace calljournal {
 
@@ -22,7 +22,7 @@ void encodeEntry(const std::string& kind, std::istream& in, std::ostream& out) {
 void addEncodeCommand(CLI::App& app, CommandContext& context) {
     CLI::App* encode = app.add_subcommand("encode", "Turn the JSON of an entry into its XML body");
     auto kind = std::make_shared<std::string>();
-    addKind(*encode, *kind, kindNames(), true);
+    addKind(*encode, context, *kind, kindNames(), true);
     encode->callback([&context, kind] {
         context.action = [&context, kind] {
             encodeEntry(*kind, context.in, context.out);

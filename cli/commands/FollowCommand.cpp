@@ -108,7 +108,7 @@ private:
     static void tell(const Item& entry, JournalServiceObserverIfc::ActionType action, const GlobalOptions& globals,
                      std::ostream& out) {
         const EntryView view = viewOf(entry);
-        if (globals.format == "json") {
+        if (globals.format == OutputFormat::json) {
             Json json = toJson(entry);
             json["Kind"] = view.kind;
             json["Change"] = wordFor(action);

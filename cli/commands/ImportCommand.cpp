@@ -1,6 +1,5 @@
 #include "ImportCommand.h"
 
-#include <CLI/CLI.hpp>
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
@@ -27,6 +26,7 @@
 #include "Terminal.h"
 #include "VCard.h"
 #include "ValueError.h"
+#include "WordOption.h"
 #include "Wording.h"
 
 namespace calljournal {
@@ -73,9 +73,9 @@ std::string refusal(const ImportReplay& replay, int outcome, const std::string& 
     return sentence;
 }
 
-void playHardware(const std::string& name) {
+void play(Hardware hardware) {
     constexpr int tq2Variant = 1;
-    setHardware(name == "nq", name == "tq2" ? tq2Variant : 0);
+    setHardware(hardware == Hardware::nq, hardware == Hardware::tq2 ? tq2Variant : 0);
 }
 
 /// The import of one file.
@@ -94,7 +94,7 @@ public:
         if (options_.convert && !convertTo(source)) {
             return false;
         }
-        playHardware(options_.hardware);
+        play(options_.hardware);
         setDataDirectory(folder.path());
         const std::string copy = folder.path() / "contacts.csv";
         const CopyResult copied = copyFile(source, copy);
@@ -106,7 +106,7 @@ public:
     }
 
 private:
-    bool isForPeople() const { return options_.check || options_.format == "table"; }
+    bool isForPeople() const { return options_.check || options_.format == OutputFormat::table; }
 
     /// Converts the file for the phone that is played, as far as its contacts fit.
     bool convertTo(const std::string& target) {
@@ -117,7 +117,7 @@ private:
         converting.fromCharset = options_.fromLatin1 ? "ISO-8859-1" : "";
         converting.cut = true;
         converting.isPassedOn = true;
-        converting.limit = options_.hardware == "nq" ? 1000 : 100;
+        converting.limit = options_.hardware == Hardware::nq ? 1000 : 100;
         converting.existing = options_.existing;
         return convertBooks(converting, err_, err_) == exitDone;
     }
@@ -195,14 +195,14 @@ private:
     }
 
     void show(const std::vector<Contact>& contacts, int layout) {
-        if (options_.format == "table") {
+        if (options_.format == OutputFormat::table) {
             if (!contacts.empty()) {
                 printContactTable(contacts, out_, terminalWidth());
             }
             return;
         }
         for (const Contact& contact : contacts) {
-            out_ << (options_.format == "vcard" ? toVCard(contact, layout) : contactJson(contact) + '\n');
+            out_ << (options_.format == OutputFormat::vCard ? toVCard(contact, layout) : contactJson(contact) + '\n');
         }
     }
 
@@ -230,14 +230,14 @@ private:
 };
 
 /// The format of the import itself, else the one of the command line, else what suits the output.
-std::string importFormat(const std::string& own, const std::string& global) {
-    if (!own.empty()) {
+OutputFormat importFormat(OutputFormat own, OutputFormat global) {
+    if (own != OutputFormat::automatic) {
         return own;
     }
-    if (global == "xml") {
+    if (global == OutputFormat::xml) {
         throw ValueError("an import has no such format: xml; it has table, json and vcard");
     }
-    return !global.empty() ? global : isTerminal() ? "table" : "json";
+    return global != OutputFormat::automatic ? global : isTerminal() ? OutputFormat::table : OutputFormat::json;
 }
 
 }  // namespace
@@ -254,19 +254,24 @@ ExitCode importFiles(const ImportOptions& options, std::ostream& out, std::ostre
 void addImportCommand(CLI::App& app, CommandContext& context) {
     CLI::App* importing = app.add_subcommand("import", "Import contacts from CSV files, as the phone would");
     auto options = std::make_shared<ImportOptions>();
-    importing->add_option("files", options->files, "exported address books; they stay as they are")->required();
+    CLI::Option* files =
+        importing->add_option("files", options->files, "exported address books; they stay as they are");
+    files->required();
+    context.offers[files] = {fileOffer};
     importing->add_flag("--check", options->check, "tell what an import would do, and what would get lost");
     importing->add_flag("--consume", options->consume, "delete each file afterwards, as the phone does")
         ->excludes("--check");
     importing->add_flag("--convert", options->convert, "convert each file first, whatever program it is from")
         ->excludes("--consume");
     importing->add_flag("--from-latin1", options->fromLatin1, "the files are ISO 8859-1, as old exports are");
-    importing->add_option("--hardware", options->hardware, "the phone: standard, nq (1000 contacts) or tq2")
-        ->check(CLI::IsMember(std::set<std::string>{"standard", "nq", "tq2"}));
+    addWordOption(*importing, context, "--hardware", options->hardware,
+                  {{"standard", Hardware::standard}, {"nq", Hardware::nq}, {"tq2", Hardware::tq2}},
+                  "the phone: standard, nq (1000 contacts) or tq2");
     importing->add_option("--existing", options->existing, "contacts that the phonebook holds already")
         ->check(CLI::Range(0, 1000000));
-    importing->add_option("--format", options->format, "table, json or vcard")
-        ->check(CLI::IsMember(std::set<std::string>{"table", "json", "vcard"}));
+    addWordOption(*importing, context, "--format", options->format,
+                  {{"table", OutputFormat::table}, {"json", OutputFormat::json}, {"vcard", OutputFormat::vCard}},
+                  "table, json or vcard");
     importing->callback([&context, options] {
         context.action = [&context, options] {
             options->log = context.globals.log;

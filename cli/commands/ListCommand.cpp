@@ -1,6 +1,5 @@
 #include "ListCommand.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cwctype>
 #include <memory>
@@ -17,6 +16,7 @@
 #include "Terminal.h"
 #include "TextTable.h"
 #include "Time.h"
+#include "WordOption.h"
 
 namespace calljournal {
 
@@ -77,11 +77,11 @@ std::string xmlOf(const StoredCallBack& stored) {
 template <class Entry>
 Shown shownEntry(const Entry& entry, const GlobalOptions& globals) {
     Shown shown{viewOf(entry), std::string()};
-    if (globals.format == "json") {
+    if (globals.format == OutputFormat::json) {
         Json json = toJson(entry);
         json["Kind"] = shown.view.kind;
         shown.text = jsonText(json, false);
-    } else if (globals.format == "xml") {
+    } else if (globals.format == OutputFormat::xml) {
         shown.text = CallListDatabaseAdapterHelper::createXMLField(CallListDatabaseAdapterHelper::ENTRY, xmlOf(entry));
     }
     return shown;
@@ -154,7 +154,7 @@ void listEntries(const ListOptions& options, Session& session, const GlobalOptio
         }
     }
 
-    if (globals.format == "table") {
+    if (globals.format == OutputFormat::table) {
         if (shown.empty()) {
             out << (isMixed ? "no calls\n" : "no " + options.kind + " calls\n");
         } else {
@@ -172,7 +172,7 @@ void addListCommand(CLI::App& app, CommandContext& context) {
     auto options = std::make_shared<ListOptions>();
     std::vector<std::string> kinds = recordableKinds();
     kinds.emplace_back("all");
-    addKind(*list, options->kind, kinds, true);
+    addKind(*list, context, options->kind, kinds, true);
     list->add_option("--since", options->since, "newest call not before this time");
     list->add_option("--until", options->until, "newest call not after this time");
     list->add_option("--number", options->number, "a call of this number");
@@ -183,8 +183,8 @@ void addListCommand(CLI::App& app, CommandContext& context) {
         checkFilters(*options);
         context.action = [&context, options] {
             Session session(context.globals, context.err);
-            if (context.globals.format.empty()) {
-                context.globals.format = isTerminal() ? "table" : "json";
+            if (context.globals.format == OutputFormat::automatic) {
+                context.globals.format = isTerminal() ? OutputFormat::table : OutputFormat::json;
             }
             if (options->follow) {
                 followEntries(*options, session, context.globals, context.out);

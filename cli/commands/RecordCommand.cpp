@@ -1,6 +1,5 @@
 #include "RecordCommand.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <fstream>
 #include <istream>
@@ -13,6 +12,7 @@
 #include "CallRecord.h"
 #include "EntryView.h"
 #include "Kinds.h"
+#include "WordOption.h"
 #include "Wording.h"
 
 namespace calljournal {
@@ -30,7 +30,7 @@ Json withoutKind(Json json) {
 template <class Entry>
 void tellWritten(const std::vector<Entry>& written, std::size_t calls, const std::string& kind,
                  const GlobalOptions& globals, std::ostream& out) {
-    if (globals.format == "json") {
+    if (globals.format == OutputFormat::json) {
         for (const Entry& entry : written) {
             out << jsonText(toJson(entry), false) << '\n';
         }
@@ -222,9 +222,11 @@ void recordCalls(const RecordOptions& options, const std::vector<Json>& calls, S
 void addRecordCommand(CLI::App& app, CommandContext& context) {
     CLI::App* record = app.add_subcommand("record", "Add a call to its party's entry");
     auto options = std::make_shared<RecordOptions>();
-    addKind(*record, options->kind, recordableKinds(), false);
+    addKind(*record, context, options->kind, recordableKinds(), false);
     addCallOptions(*record, options->call);
-    record->add_option("--from", options->from, "a file of calls, one JSON object a line; - for standard input");
+    CLI::Option* from =
+        record->add_option("--from", options->from, "a file of calls, one JSON object a line; - for standard input");
+    context.offers[from] = {fileOffer};
     record->add_flag("--notify", options->notify, "print the notifications to observers");
     record->callback([&context, options] {
         context.action = [&context, options] {

@@ -1,19 +1,20 @@
-#include "CommandContext.h"
+#include "WordOption.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "Wording.h"
 
 namespace calljournal {
 
-void addKind(CLI::App& app, std::string& kind, const std::vector<std::string>& words, bool isRequired) {
+void addKind(CLI::App& app, CommandContext& context, std::string& kind, const std::vector<std::string>& words,
+             bool isRequired) {
     CLI::Option* option = app.add_option("kind", kind, joined(words));
     option->check([words](const std::string& word) {
         const bool isKnown = std::find(words.begin(), words.end(), word) != words.end();
         return isKnown ? std::string() : "\"" + word + "\" is not one of " + joined(words);
     });
     option->required(isRequired);
+    context.offers[option] = words;
 }
 
 }  // namespace calljournal

@@ -1,0 +1,39 @@
+#ifndef CALLJOURNAL_WORDOPTION_H
+#define CALLJOURNAL_WORDOPTION_H
+
+#include <CLI/CLI.hpp>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "CommandContext.h"
+
+namespace calljournal {
+
+/// The words of an enumeration on the command line; help lists them in this order.
+template <class Value>
+using WordTable = std::map<std::string, Value>;
+
+/// Adds an option that is one of the words of `table` and sets `value` to what the word stands for. Any other word is
+/// wrong usage.
+template <class Value>
+CLI::Option* addWordOption(CLI::App& app, CommandContext& context, const std::string& name, Value& value,
+                           const WordTable<Value>& table, const std::string& help) {
+    // The check comes first, since a transform goes in front of those that are there; its words are what help shows.
+    CLI::Option* option = app.add_option(name, value, help)
+                              ->transform(CLI::Transformer(table).description(""))
+                              ->transform(CLI::IsMember(table))
+                              ->type_name("TEXT");
+    for (const auto& row : table) {
+        context.offers[option].push_back(row.first);
+    }
+    return option;
+}
+
+/// Adds a positional argument that is one of `words`.
+void addKind(CLI::App& app, CommandContext& context, std::string& kind, const std::vector<std::string>& words,
+             bool isRequired);
+
+}  // namespace calljournal
+
+#endif
