@@ -154,8 +154,8 @@ TEST(XmlParserAndExpat, AgreeOnEveryCornerWrittenByHand) {
         "<a>&#13;\n&#x1F600;&#x20AC;&#xE9;</a>",
         "<a> <b> <c/> </b> </a>",
         "<!-- <x> --><?p <y>?>\n<a>1</a>\n<!-- <x> --><?p <y>?>\n",
-        "\xEF\xBB\xBF<?xml version='1.0'?><\xC3\xA9:\xD0\x96-1.x "
-        "\xE5\x90\x8D='\xC3\x9F'>\xF0\x9F\x98\x80</\xC3\xA9:\xD0\x96-1.x>",
+        ("\xEF\xBB\xBF<?xml version='1.0'?><\xC3\xA9:\xD0\x96-1.x "
+         "\xE5\x90\x8D='\xC3\x9F'>\xF0\x9F\x98\x80</\xC3\xA9:\xD0\x96-1.x>"),
     };
     for (const char* const document : documents) {
         expectSameAsExpat(document);

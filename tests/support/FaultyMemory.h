@@ -2,6 +2,7 @@
 #define FAULTYMEMORY_H
 
 #include <cstddef>
+#include <initializer_list>
 #include <limits>
 #include <new>
 

@@ -48,7 +48,7 @@ std::size_t takeAll(ReadAhead& records) {
 }
 
 TEST(ReadAhead, GivesTheRecordsInTheirOrder) {
-    for (const std::size_t count : {0, 1, 255, 256, 257, 10000}) {
+    for (const std::size_t count : {0u, 1u, 255u, 256u, 257u, 10000u}) {
         NumberedReader reader(count);
         ReadAhead records(reader);
         EXPECT_EQ(takeAll(records), count);
@@ -57,7 +57,7 @@ TEST(ReadAhead, GivesTheRecordsInTheirOrder) {
 }
 
 TEST(ReadAhead, ReportsAFaultBehindTheRecordsBeforeIt) {
-    for (const std::size_t count : {0, 1, 256, 1000}) {
+    for (const std::size_t count : {0u, 1u, 256u, 1000u}) {
         NumberedReader reader(count, false);
         ReadAhead records(reader);
         for (std::size_t number = 1; number <= count; ++number) {
