@@ -13,7 +13,7 @@ namespace bench {
 
 namespace {
 
-/// The nodes of a document that was parsed in place, with texts as they stand there.
+/// The nodes of a document that was parsed in place, with texts as they are there.
 struct RapidTree {
     using Node = const rapidxml::xml_node<>*;
     static Node first(Node node) { return node->first_node(); }

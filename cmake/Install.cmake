@@ -49,7 +49,7 @@ endforeach()
 install(DIRECTORY examples/own-platform DESTINATION ${example_dir} COMPONENT development USE_SOURCE_PERMISSIONS)
 
 if(CALLJOURNAL_HOST AND CALLJOURNAL_COMMAND)
-    # The program finds its libraries beside it wherever the tree stands; a distribution, whose libraries are where the
+    # The program finds its libraries beside it wherever the tree is; a distribution, whose libraries are where the
     # loader looks anyway, sets CMAKE_SKIP_INSTALL_RPATH.
     file(RELATIVE_PATH lib_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
     set_target_properties(calljournal_command PROPERTIES INSTALL_RPATH "$ORIGIN/${lib_from_bin}")

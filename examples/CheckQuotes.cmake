@@ -1,4 +1,4 @@
-# Fails unless the code in DOCUMENT is quoted, letter for letter: each fenced block stands in one of the files of SOURCES
+# Fails unless the code in DOCUMENT is quoted, letter for letter: each fenced block is in one of the files of SOURCES
 # as a whole; of a block marked "text", which may leave lines out, each line does.
 cmake_minimum_required(VERSION 3.25)
 

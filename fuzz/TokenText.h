@@ -7,7 +7,7 @@
 #include "Fuzz.h"
 #include "LiteralRules.h"
 
-/// Turns bytes into text that gets deep into the readers: each of the lower bytes stands for a tag, a piece of one, an
+/// Turns bytes into text that gets deep into the readers: each of the lower bytes means a tag, a piece of one, an
 /// entity or a word of the format, each of the upper ones for an ordinary character.
 class TokenText {
 public:

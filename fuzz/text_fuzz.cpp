@@ -1,4 +1,4 @@
-// The importer's work on texts: what is UTF-8 is told as the grammar of RFC 3629 tells it, what is converted is UTF-8,
+// The importer's work on texts: what is UTF-8 is decided as the grammar of RFC 3629 does, what is converted is UTF-8,
 // and what is cut is the longest prefix that fits.
 
 #include "FakePlatform.h"

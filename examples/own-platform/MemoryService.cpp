@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Returns what stands between the first `begin` and the next `end`; empty without them.
+/// Returns what is between the first `begin` and the next `end`; empty without them.
 std::string between(const std::string& text, const std::string& begin, const std::string& end) {
     const std::string::size_type found = text.find(begin);
     if (found == std::string::npos) {

@@ -4,7 +4,7 @@
 #include "XmlParser.h"
 
 // A scanner that knows what the data access service sends: tags, attributes and text, with the declaration in front.
-// Texts go out as they stand, entities and all.
+// Texts go out as they are, entities and all.
 
 namespace {
 

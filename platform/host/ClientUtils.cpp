@@ -42,7 +42,7 @@ const Entity* entityFor(char c) {
     return number == 0 ? nullptr : entities + number - 1;
 }
 
-/// Returns the entity that stands at the start of `text`, or null.
+/// Returns the entity at the start of `text`, or null.
 const Entity* entityAtStart(std::string_view text) {
     for (const Entity& entity : entities) {
         if (text.substr(0, entity.text.size()) == entity.text) {

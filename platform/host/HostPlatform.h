@@ -5,7 +5,7 @@
 
 namespace calljournal {
 
-// What a phone knows about itself and a PC has to be told. Everything may be set at any time and holds for the whole
+// What a phone knows about itself and a PC does not. Everything may be set at any time and holds for the whole
 // process from then on; the log level may be set while other threads write to the log.
 
 /// Lets log lines up to `level` (the library uses 2 to 6) through to standard error. 0, the level at the start, and
@@ -20,8 +20,8 @@ bool setLogLevelFromText(const std::string& text);
 /// At the start it is neither.
 void setHardware(bool isNq, int subPlatformVariant);
 
-/// Sets the folder that stands for the phone's "/data/", and its subfolders for those below it, where disk space is
-/// asked for. Empty, as at the start: "/data/" itself.
+/// Sets the folder that takes the place of the phone's "/data/", and its subfolders for those below it, where disk space
+/// is asked for. Empty, as at the start: "/data/" itself.
 void setDataDirectory(const std::string& directory);
 
 }  // namespace calljournal

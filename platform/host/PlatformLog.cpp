@@ -116,7 +116,7 @@ void logAppZel(const char* module, const char* sourceFile, int level, int line, 
     try {
         writeRecord(module, sourceFile, level, line, formatted(format, arguments));
     } catch (const std::exception&) {
-        // Memory ran out over a huge text; its format tells at least which line it was.
+        // Memory ran out over a huge text; its format says at least which line it was.
         writeToStandardError(format);
         writeToStandardError("\n");
     }

@@ -27,7 +27,7 @@ std::uint32_t saturated(std::uintmax_t size) {
     return size > most ? most : static_cast<std::uint32_t>(size);
 }
 
-/// Tells whether the operating system would take `path` whole: a zero byte ends a path, and what stands before it is
+/// Returns whether the operating system would take `path` whole: a zero byte ends a path, and what is before it is
 /// another file; and nothing is as long as PATH_MAX.
 bool isPath(const std::string& path) {
     return path.size() < PATH_MAX && path.find('\0') == std::string::npos;

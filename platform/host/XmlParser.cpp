@@ -41,7 +41,7 @@ constexpr NameTable makeNameTable() {
     return table;
 }
 
-/// Names are most of a message's bytes, so telling their characters is one look.
+/// Names are most of a message's bytes, so their characters are recognised by one look.
 constexpr NameTable names = makeNameTable();
 
 bool startsName(char c) {
@@ -153,8 +153,8 @@ struct Name {
 
     const char* text() const { return block.data(); }
 
-    /// Whether this name and a `>` stand at `at`, where a block can be read.
-    bool standsAt(const char* at) const { return at[length] == '>' && haveSameFront(at, text(), length); }
+    /// Whether this name and a `>` are at `at`, where a block can be read.
+    bool isAt(const char* at) const { return at[length] == '>' && haveSameFront(at, text(), length); }
 };
 
 /// The names that a message uses. Messages are lists of the same elements in nearly the same order, so mostly the name
@@ -165,12 +165,12 @@ public:
     KnownNames(const KnownNames&) = delete;
     KnownNames& operator=(const KnownNames&) = delete;
 
-    /// Returns the name that stands at `at`, where a block can be read, with a `>`, if it is one that was expected.
+    /// Returns the name at `at`, where a block can be read, with a `>`, if it is one that was expected.
     const Name* expectedAt(const char* at) {
-        if (last_->next != nullptr && last_->next->standsAt(at)) {
+        if (last_->next != nullptr && last_->next->isAt(at)) {
             return last_->next;
         }
-        if (last_->other != nullptr && last_->other->standsAt(at)) {
+        if (last_->other != nullptr && last_->other->isAt(at)) {
             std::swap(last_->next, last_->other);
             return last_->next;
         }
@@ -271,7 +271,7 @@ private:
         }
         const char* const text = begin + name->length + 1;
         const char* const close = static_cast<const char*>(std::memchr(text, '<', room(text)));
-        if (close == nullptr || room(close) < blockSize + 2 || close[1] != '/' || !name->standsAt(close + 2)) {
+        if (close == nullptr || room(close) < blockSize + 2 || close[1] != '/' || !name->isAt(close + 2)) {
             return none;
         }
         reportText(place);
@@ -365,14 +365,14 @@ private:
     }
 
     std::size_t takeDeclaration(std::size_t place) {
-        if (stands(commentStart, place)) {
+        if (isAt(commentStart, place)) {
             return joinAcross(place, findBehind(place + commentStart.size(), commentEnd_));
         }
-        if (stands(cdataStart, place)) {
+        if (isAt(cdataStart, place)) {
             return takeCdata(place);
         }
         // Within an element it is what somebody wrote there.
-        if (openElements_.empty() && stands(doctypeStart, place)) {
+        if (openElements_.empty() && isAt(doctypeStart, place)) {
             return findBehindDoctype(place + doctypeStart.size());
         }
         return none;
@@ -402,7 +402,7 @@ private:
         }
     }
 
-    /// Hands over the text that ends at `end`, if it stands in an element.
+    /// Hands over the text that ends at `end`, if it is in an element.
     void reportText(std::size_t end) {
         std::string_view text = message_.substr(textStart_, end - textStart_);
         if (!joined_.empty()) {
@@ -423,7 +423,7 @@ private:
         tagBegin_(userData_, openElements_.innermost(), attributes);
     }
 
-    /// Whether the name of the innermost element and a `>` stand at `place`.
+    /// Whether the name of the innermost element and a `>` are at `place`.
     bool isInnermostAt(std::size_t place) const {
         if (openElements_.empty()) {
             return false;
@@ -510,11 +510,10 @@ private:
             const std::size_t close = message_.find(c, place + 1);
             return close == none ? none : close + 1;
         }
-        if (stands(commentStart, place)) {
+        if (isAt(commentStart, place)) {
             return findBehind(place + commentStart.size(), commentEnd_);
         }
-        return stands(instructionStart, place) ? findBehind(place + instructionStart.size(), instructionEnd_)
-                                               : place + 1;
+        return isAt(instructionStart, place) ? findBehind(place + instructionStart.size(), instructionEnd_) : place + 1;
     }
 
     /// Returns the place behind the next `end`, or `none` if the message ends before.
@@ -545,8 +544,8 @@ private:
         return '\0';
     }
 
-    /// Tells whether `mark` stands at `place`.
-    bool stands(std::string_view mark, std::size_t place) {
+    /// Returns whether `mark` is at `place`.
+    bool isAt(std::string_view mark, std::size_t place) {
         const std::string_view found = message_.substr(place, mark.size());
         if (found.size() < mark.size() && found == mark.substr(0, found.size())) {
             endsInside_ = true;

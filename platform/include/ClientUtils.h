@@ -9,7 +9,7 @@ namespace ClientUtils {
 /// Returns `text` with `&`, `<`, `>`, `"` and `'` written as the five predefined entities of XML 1.0 (section 4.6).
 std::string escapeXMLString(const std::string& text);
 
-/// Undoes escapeXMLString in one pass (`&amp;lt;` becomes `&lt;`) and leaves anything else as it stands. A text without
+/// Undoes escapeXMLString in one pass (`&amp;lt;` becomes `&lt;`) and leaves anything else as it is. A text without
 /// `&` comes back unchanged on every platform, so callers may skip the call for it.
 std::string unescapeXMLString(const std::string& text);
 

@@ -2,7 +2,7 @@
 #define XMLPARSER_H
 
 /// Event-driven XML parser of the platform. It calls back synchronously on the caller's thread, in document order, and
-/// hands over text as it stands in the message (entities are not resolved).
+/// hands over text as it is in the message (entities are not resolved).
 class XmlParser {
 public:
     /// Start of element `name` (zero-terminated). `attributes` alternates name and value, zero-terminated each, and

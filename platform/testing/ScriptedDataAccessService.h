@@ -12,7 +12,7 @@
 
 namespace calljournal {
 
-/// A data access service for tests: it answers what it is told to and keeps what it was asked.
+/// A data access service for tests: it gives the answers that it was given and keeps what it was asked.
 ///
 ///     calljournal::ScriptedDataAccessService service;
 ///     service.when("read_request", "<Schema name=\"CallLogMissedCalls\"></Schema>")
@@ -117,7 +117,7 @@ private:
     }
 
     std::deque<Answer> queue_;
-    std::deque<std::pair<Matcher, Answer>> rules_;  ///< The one stated last stands first.
+    std::deque<std::pair<Matcher, Answer>> rules_;  ///< The one stated last is first.
     Answer usual_ = answering("ok");
     std::vector<Exchange> transcript_;
 };

@@ -1,4 +1,4 @@
-# Installs the build into a folder and moves it, since an installed tree may stand anywhere; then compares what is there
+# Installs the build into a folder and moves it, since an installed tree may be anywhere; then compares what is there
 # with the list.
 include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
 

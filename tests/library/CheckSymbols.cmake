@@ -56,7 +56,7 @@ endforeach()
 list(REMOVE_DUPLICATES offered)
 compare("what the library offers" exported-symbols.txt "${offered}" "${weak}")
 
-# Asked for: symbols with a version belong to the C and C++ runtime. A sanitizer stands in for some of them without one.
+# Asked for: symbols with a version belong to the C and C++ runtime. A sanitizer replaces some of them without one.
 symbols(lines --undefined-only)
 set(asked "")
 set(runtime "")

@@ -47,7 +47,7 @@ std::string help(const std::string& command) {
     return runProgram(arguments).out;
 }
 
-/// What the command itself calls its commands; the nameless one stands for the options of all.
+/// What the command itself calls its commands; the nameless one has the options of all.
 std::vector<std::string> commands() {
     const std::string text = help("");
     std::vector<std::string> names = {""};
