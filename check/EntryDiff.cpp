@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "PrintableText.h"
+#include "EntryBody.h"
 
 namespace calljournal {
 
@@ -10,39 +10,40 @@ namespace {
 
 using Values = std::vector<std::string>;
 
-constexpr char noCall[] = "(no such call)";
-
-void diffValues(const std::vector<FieldDescriptor>& rows, const std::string& place, const Values& a, const Values& b,
-                std::vector<std::string>& lines) {
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (a[i] != b[i]) {
-            lines.push_back(place + std::string(rows[i].readAs) + ": " + printable(a[i]) + " | " + printable(b[i]));
+/// Null stands for the values of a call that is not there.
+void compare(std::size_t call, const std::vector<FieldDescriptor>& fields, const Values* a, const Values* b,
+             std::vector<Difference>& differences) {
+    const auto valueOf = [](const Values* values, std::size_t row) {
+        return values == nullptr ? std::nullopt : std::make_optional((*values)[row]);
+    };
+    for (std::size_t row = 0; row < fields.size(); ++row) {
+        Difference difference{call, fields[row].readAs, valueOf(a, row), valueOf(b, row)};
+        if (difference.a.value_or("") != difference.b.value_or("")) {
+            differences.push_back(std::move(difference));
         }
     }
 }
 
-/// The values of a call that is not there, beside one that is.
-Values absentBeside(const Values& call) {
-    Values values(call.size(), noCall);
-    std::replace_if(
-        values.begin(), values.end(),
-        [&](const std::string& value) { return call[static_cast<std::size_t>(&value - values.data())].empty(); },
-        std::string());
-    return values;
-}
-
 }  // namespace
 
-std::vector<std::string> diffEntries(const KindDescriptor& kind, const EntryValues& a, const EntryValues& b) {
-    std::vector<std::string> lines;
-    diffValues(kind.fields, std::string(), a.fields, b.fields, lines);
-    for (std::size_t i = 0; i < std::max(a.calls.size(), b.calls.size()); ++i) {
-        const std::string place = "call " + std::to_string(i + 1) + ", ";
-        const Values first = i < a.calls.size() ? a.calls[i] : absentBeside(b.calls[i]);
-        const Values second = i < b.calls.size() ? b.calls[i] : absentBeside(a.calls[i]);
-        diffValues(kind.callFields, place, first, second, lines);
+std::optional<EntryValues> readOnlyEntry(const Message& message) {
+    if (message.kind == nullptr || message.entries.size() != 1) {
+        return std::nullopt;
     }
-    return lines;
+    // A missed entry's picture goes by one name when it is written and by another when it is read.
+    std::string body;
+    appendWithPictureClip(message.bodyOf(message.entries.front()), body);
+    return message.kind->decode(body.c_str());
+}
+
+std::vector<Difference> compareEntries(const KindDescriptor& kind, const EntryValues& a, const EntryValues& b) {
+    std::vector<Difference> differences;
+    compare(0, kind.fields, &a.fields, &b.fields, differences);
+    for (std::size_t i = 0; i < std::max(a.calls.size(), b.calls.size()); ++i) {
+        compare(i + 1, kind.callFields, i < a.calls.size() ? &a.calls[i] : nullptr,
+                i < b.calls.size() ? &b.calls[i] : nullptr, differences);
+    }
+    return differences;
 }
 
 }  // namespace calljournal

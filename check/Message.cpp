@@ -63,10 +63,18 @@ const KindDescriptor* guessedKind(const Outline& outline, const std::vector<std:
 bool isEntryElement(std::string_view name) {
     return isOneOf(name, {text::LOGLIST, text::ITEM, text::PICTURE}) ||
            std::any_of(kindDescriptors().begin(), kindDescriptors().end(), [&](const KindDescriptor& kind) {
-               return std::any_of(kind.fields.begin(), kind.fields.end(), [&](const FieldDescriptor& row) {
-                   return row.writtenAs == name || row.readAs == name;
-               });
+               return std::any_of(kind.fields.begin(), kind.fields.end(),
+                                  [&](const FieldDescriptor& field) { return field.isNamed(name); });
            });
+}
+
+/// Drops what every reader of a message takes: the attribute of a schema, and blanks in end tags.
+void dropToleratedErrors(std::vector<SyntaxError>& errors) {
+    const auto isTolerated = [](const SyntaxError& error) {
+        return error.kind == FindingKind::noPlainTag ||
+               (error.kind == FindingKind::attributes && error.what == text::SCHEMA);
+    };
+    errors.erase(std::remove_if(errors.begin(), errors.end(), isTolerated), errors.end());
 }
 
 /// Fills a message step by step.
@@ -74,6 +82,7 @@ class Recognition {
 public:
     Recognition(std::string_view text, std::string_view kindName) : kindName_(kindName) {
         message_.outline = outlineOf(text);
+        dropToleratedErrors(message_.outline.syntaxErrors);
     }
 
     Message message() {
@@ -158,7 +167,8 @@ private:
     Message message_;
 };
 
-std::string counted(std::size_t count) {
+std::string countedEntries(const Message& message) {
+    const std::size_t count = message.entries.size();
     return std::to_string(count) + (count == 1 ? " entry" : " entries");
 }
 
@@ -171,7 +181,7 @@ std::string requestTitle(const Message& message, const std::string& kind) {
     const std::string what = reason == text::WRITEREQUEST    ? "write request, "
                              : reason == text::DELETEREQUEST ? "delete request, "
                                                              : "request, ";
-    return what + kind + ", " + counted(message.entries.size());
+    return what + kind + ", " + countedEntries(message);
 }
 
 }  // namespace
@@ -185,21 +195,21 @@ Message messageOf(std::string_view text, std::string_view kindName) {
     return Recognition(text, kindName).message();
 }
 
-std::string titleOf(const Message& message) {
+std::string titleOf(const Message& message, ShowValue show) {
     const bool isOwnSchema = message.kind != nullptr && message.kind->schema == message.schemaName;
     const std::string kind =
         message.type == MessageType::entries || message.type == MessageType::notification || isOwnSchema
             ? std::string(message.kind == nullptr ? "" : message.kind->name)
-            : "schema " + quoted(message.schemaName);
+            : "schema \"" + show(message.schemaName, ValueUse::text) + '"';
     switch (message.type) {
         case MessageType::request:
             return requestTitle(message, kind);
         case MessageType::reply:
-            return "reply, " + kind + ", " + counted(message.entries.size());
+            return "reply, " + kind + ", " + countedEntries(message);
         case MessageType::notification:
             return kind.empty() ? "notification" : "notification, " + kind;
         case MessageType::entries:
-            return counted(message.entries.size()) + ", " + kind;
+            return countedEntries(message) + ", " + kind;
         case MessageType::unknown:
             break;
     }

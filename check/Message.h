@@ -6,11 +6,14 @@
 #include <string_view>
 #include <vector>
 
-#include "EntryCheck.h"
+#include "Finding.h"
 #include "KindDescriptor.h"
 #include "Outline.h"
 
 namespace calljournal {
+
+/// Who reads the entries of a text.
+enum class Reader { decoder, missedList };
 
 enum class MessageType { unknown, request, reply, notification, entries };
 
@@ -33,6 +36,10 @@ struct Message {
     Reader reader = Reader::decoder;
     std::vector<MessageEntry> entries;
 
+    bool isClosed(const MessageEntry& entry) const {
+        return entry.element == noElement || outline.elements[entry.element].isClosed;
+    }
+
     std::string bodyOf(const MessageEntry& entry) const {
         return std::string(outline.text.substr(entry.begin, entry.end - entry.begin));
     }
@@ -46,7 +53,7 @@ struct Message {
 Message messageOf(std::string_view text, std::string_view kindName);
 
 /// "write request, missed, 2 entries"
-std::string titleOf(const Message& message);
+std::string titleOf(const Message& message, ShowValue show);
 
 }  // namespace calljournal
 

@@ -1,30 +1,19 @@
 #include "MessageCheck.h"
 
 #include <algorithm>
-#include <optional>
 
-#include "EntryBody.h"
-#include "Message.h"
-#include "PrintableText.h"
-#include "StoreReply.h"
+#include "EntryCheck.h"
+#include "EntryReading.h"
 #include "StoreRequest.h"
+#include "StoreWords.h"
 #include "Texts.h"
+#include "Wording.h"
 
 namespace calljournal {
 
 namespace text = format::text;
 
 namespace {
-
-constexpr std::string_view resultElement = "Result";
-constexpr std::string_view reasonElement = "Reason";
-
-struct ActionName {
-    std::string_view digit;
-    std::string_view meaning;
-};
-
-constexpr ActionName actionNames[] = {{"0", "added"}, {"1", "changed"}, {"2", "viewed"}, {"3", "deleted"}};
 
 /// Whether `text` is a decimal number of 32 bits, as a count is written.
 bool isSignedNumber(std::string_view text) {
@@ -35,49 +24,39 @@ bool isSignedNumber(std::string_view text) {
 /// For each element the place that people know it by.
 class Places {
 public:
-    Places(const Message& message) : outline_(message.outline), entryOf_(outline_.elements.size(), noElement) {
-        for (std::size_t i = 0; i < message.entries.size(); ++i) {
-            const MessageEntry& entry = message.entries[i];
-            const std::string_view id = message.textOf(entry.elements, text::UNIQUEID);
-            names_.push_back(entry.element == noElement
-                                 ? std::string()
-                                 : "entry " + std::to_string(i + 1) +
-                                       (id.empty() ? "" : " (UniqueId " + fitted(printable(id), 40) + ")"));
-            if (entry.element != noElement) {
-                entryOf_[entry.element] = i;
+    explicit Places(const Message& message) : entryOf_(message.outline.elements.size(), noElement) {
+        for (const MessageEntry& entry : message.entries) {
+            if (entry.element == noElement) {
+                places_.push_back({entry.begin});
+            } else {
+                entryOf_[entry.element] = places_.size();
+                places_.push_back({message.outline.elements[entry.element].begin, places_.size() + 1,
+                                   message.textOf(entry.elements, text::UNIQUEID)});
             }
         }
         for (std::size_t i = 0; i < entryOf_.size(); ++i) {
-            const std::size_t parent = outline_.elements[i].parent;
+            const std::size_t parent = message.outline.elements[i].parent;
             if (entryOf_[i] == noElement && parent != noElement) {
                 entryOf_[i] = entryOf_[parent];
             }
         }
     }
 
-    const std::string& ofEntry(std::size_t index) const { return names_[index]; }
+    const Place& ofEntry(std::size_t index) const { return places_[index]; }
 
-    std::string ofElement(std::size_t element) const {
-        return element == noElement || entryOf_[element] == noElement ? std::string() : names_[entryOf_[element]];
+    Place ofElement(std::size_t element) const {
+        return element == noElement || entryOf_[element] == noElement ? Place() : places_[entryOf_[element]];
     }
 
 private:
-    const Outline& outline_;
-    std::vector<std::size_t> entryOf_;
-    std::vector<std::string> names_;
-};
-
-/// What a reader made of each entry; nothing for one that it did not come to read.
-struct EntriesRead {
-    std::vector<std::optional<EntryValues>> values;
-    std::vector<std::string> droppedFor;  ///< The call log type of each entry that the missed call list dropped.
-    std::size_t count = 0;                ///< Of the entries that the reader saw.
+    std::vector<std::size_t> entryOf_;  ///< Of each element.
+    std::vector<Place> places_;         ///< Of each entry.
 };
 
 class MessageCheck {
 public:
-    MessageCheck(std::string_view text, const Message& message)
-        : text_(text), message_(message), outline_(message.outline), findings_(message.outline), places_(message) {}
+    explicit MessageCheck(const Message& message)
+        : message_(message), outline_(message.outline), findings_(message.outline), places_(message) {}
 
     std::vector<Finding> run() {
         switch (message_.type) {
@@ -92,60 +71,67 @@ public:
                 break;
             case MessageType::entries:
                 checkTopElements();
-                checkEntries(readEntries());
+                checkEntries();
                 break;
             case MessageType::unknown:
-                checkUnknown();
+                report(0, outline_.text == failedResult ? FindingKind::adaptersAnswer
+                          : outline_.text.empty()       ? FindingKind::emptyText
+                                                        : FindingKind::unknownText);
                 break;
         }
-        addSyntaxErrors();
-        std::stable_sort(findings_.all.begin(), findings_.all.end(),
-                         [](const Finding& a, const Finding& b) { return a.at < b.at; });
-        return std::move(findings_.all);
+        for (const SyntaxError* error : findings_.remainingSyntaxErrors()) {
+            findings_.report(places_.ofElement(error->element), *error);
+        }
+        return findings_.takeInOrder();
     }
 
 private:
-    void tell(std::size_t at, const std::string& what) { findings_.add(at, std::string(), what); }
+    template <class... Values>
+    void report(std::size_t at, FindingKind kind, const Values&... values) {
+        findings_.report({at}, kind, values...);
+    }
 
-    void addSyntaxErrors() {
-        for (const SyntaxError& error : outline_.syntaxErrors) {
-            if (findings_.told.count(&error) == 0) {
-                findings_.add(error.at, places_.ofElement(error.element), error.what);
+    /// Reports an element where nobody looks for it.
+    void reportForeign(const Element& element, FindingKind kind) {
+        report(element.begin, kind, element.name, outline_.rawText(element));
+    }
+
+    void reportForeignBut(const std::vector<std::size_t>& elements, std::initializer_list<std::string_view> known,
+                          FindingKind kind) {
+        for (const std::size_t element : elements) {
+            if (!isOneOf(outline_.elements[element].name, known)) {
+                reportForeign(outline_.elements[element], kind);
             }
         }
     }
 
-    void checkUnknown() {
-        tell(0, text_ == "failed" ? "the adapter's own answer: it had no data access service to ask"
-                : text_.empty()   ? "the text is empty"
-                                  : "no request, reply, notification or entry of a call log is here");
-    }
-
     void checkDeclaration() {
-        if (text_.substr(0, text::XMLHEADER.size()) != text::XMLHEADER) {
-            tell(0, "the text does not begin with " + std::string(text::XMLHEADER));
+        if (outline_.text.substr(0, text::XMLHEADER.size()) != text::XMLHEADER) {
+            report(0, FindingKind::noDeclaration, text::XMLHEADER);
         }
     }
 
     // Envelopes.
 
+    const Element& schema() const { return outline_.elements[message_.schema]; }
+
     void checkRequest() {
         checkDeclaration();
-        const std::size_t before = findings_.all.size();
-        const std::vector<std::size_t>& inside = outline_.elements[message_.schema].children;
-        const std::string_view reason = message_.textOf(inside, text::REASONFORMESSAGE);
+        const std::string_view reason = message_.textOf(schema().children, text::REASONFORMESSAGE);
         checkTopElements();
-        checkEnvelope({text::REASONFORMESSAGE, text::ENTRY});
+        findings_.reportLooseText({}, message_.schema);
+        reportForeignBut(schema().children, {text::REASONFORMESSAGE, text::ENTRY}, FindingKind::foreignInRequest);
         if (!isOneOf(reason, {text::READREQUEST, text::WRITEREQUEST, text::DELETEREQUEST})) {
-            tell(placeOf(inside, text::REASONFORMESSAGE),
-                 "the reason " + quoted(reason) + " is none of read_request, write_request, delete_request");
+            const std::size_t element = firstNamed(outline_, schema().children, text::REASONFORMESSAGE);
+            report(element == noElement ? schema().begin : outline_.elements[element].begin, FindingKind::unknownReason,
+                   reason);
         }
         if (isSchemaRead() && reason == text::WRITEREQUEST) {
-            checkEntries(readEntries());
+            checkEntries();
         }
-        const std::string problem = scanStoreRequest(text_).problem;
-        if (!problem.empty() && (before == findings_.all.size() || isSchemaRead())) {
-            tell(outline_.elements[message_.schema].begin, "the store refuses this request: " + problem);
+        const std::string problem = scanStoreRequest(outline_.text).problem;
+        if (!problem.empty() && message_.kind != nullptr) {
+            report(schema().begin, FindingKind::refusedByStore, problem);
         }
     }
 
@@ -153,80 +139,56 @@ private:
         checkDeclaration();
         checkTopElements();
         if (message_.schema == noElement) {
-            return checkEntries(readEntries());
+            return checkEntries();
         }
-        checkEnvelope({resultElement, reasonElement, text::UNIQUEID, text::ENTRY, text::CATEGORY, text::METHOD});
+        findings_.reportLooseText({}, message_.schema);
+        reportForeignBut(schema().children,
+                         {resultElement, reasonElement, text::UNIQUEID, text::ENTRY, text::CATEGORY, text::METHOD},
+                         FindingKind::foreignInReply);
         checkResult();
         if (isSchemaRead()) {
-            checkEntries(readEntries());
+            checkEntries();
         }
     }
 
     void checkResult() {
-        const std::vector<std::size_t>& inside = outline_.elements[message_.schema].children;
-        const std::size_t element = firstNamed(outline_, inside, resultElement);
+        const std::size_t element = firstNamed(outline_, schema().children, resultElement);
         if (element == noElement) {
             return;
         }
         const std::string_view result = outline_.rawText(outline_.elements[element]);
         const std::size_t at = outline_.elements[element].begin;
-        if (result == "failed") {
-            tell(at, "the data access service refused: " + quoted(message_.textOf(inside, reasonElement)));
-        } else if (result != "ok") {
-            tell(at, "the result " + quoted(result) + " is neither ok nor failed, which counts as a failure");
+        if (result == failedResult) {
+            report(at, FindingKind::refusal, message_.textOf(schema().children, reasonElement));
+        } else if (result != okResult) {
+            report(at, FindingKind::unknownResult, result);
         }
     }
 
-    /// Whether anybody reads the schema; tells it if not.
+    /// Returns whether anybody reads the schema, and reports it if not.
     bool isSchemaRead() {
-        if (message_.kind != nullptr) {
-            return true;
-        }
-        if (!isSchemaTold_) {
-            isSchemaTold_ = true;
-            std::string known;
+        if (message_.kind == nullptr) {
+            std::vector<std::string> known;
             for (const KindDescriptor& kind : kindDescriptors()) {
-                known += known.empty() ? "" : ", ";
-                known += kind.schema;
+                known.emplace_back(kind.schema);
             }
-            tell(outline_.elements[message_.schema].begin, "nobody reads the schema " + quoted(message_.schemaName) +
-                                                               "; all in it is lost (schemas with readers: " + known +
-                                                               ")");
+            report(schema().begin, FindingKind::unreadSchema, message_.schemaName, joined(known));
         }
-        return false;
+        return message_.kind != nullptr;
     }
 
-    /// The begin of the first element of that name, or of the schema if there is none.
-    std::size_t placeOf(const std::vector<std::size_t>& elements, std::string_view name) const {
-        const std::size_t element = firstNamed(outline_, elements, name);
-        return outline_.elements[element == noElement ? message_.schema : element].begin;
-    }
-
-    void checkEnvelope(std::initializer_list<std::string_view> known) {
-        checkGaps(outline_, message_.schema, std::string(), findings_);
-        for (const std::size_t element : outline_.elements[message_.schema].children) {
-            checkKnown(element, known, message_.type == MessageType::request ? "a request" : "a reply");
-        }
-    }
-
-    void checkKnown(std::size_t element, std::initializer_list<std::string_view> known, const std::string& whose) {
-        const std::string_view name = outline_.elements[element].name;
-        if (!isOneOf(name, known)) {
-            tell(outline_.elements[element].begin, std::string(name) + " is no element of " + whose +
-                                                       ": nobody reads " +
-                                                       quoted(outline_.rawText(outline_.elements[element])));
-        }
-    }
-
-    /// Checks what stands at the top of the text.
     void checkTopElements() {
-        checkGaps(outline_, noElement, std::string(), findings_);
+        findings_.reportLooseText({}, noElement);
+        if (message_.schema == noElement) {
+            if (message_.entries.size() != 1 || message_.entries.front().element != noElement) {
+                reportForeignBut(outline_.top, {text::ENTRY, text::CATEGORY, text::METHOD},
+                                 FindingKind::foreignAmongEntries);
+            }
+            return;
+        }
         for (const std::size_t element : outline_.top) {
-            const bool isEntry = message_.entries.size() == 1 && message_.entries.front().element == noElement;
-            if (message_.schema != noElement && element != message_.schema) {
-                checkKnown(element, {}, "the text around the schema");
-            } else if (message_.schema == noElement && !isEntry) {
-                checkKnown(element, {text::ENTRY, text::CATEGORY, text::METHOD}, "a run of entries");
+            if (element != message_.schema) {
+                reportForeign(outline_.elements[element], FindingKind::foreignAroundSchema);
             }
         }
     }
@@ -235,53 +197,45 @@ private:
 
     void checkNotification() {
         checkDeclaration();
-        checkGaps(outline_, noElement, std::string(), findings_);
+        findings_.reportLooseText({}, noElement);
         if (message_.kind != nullptr) {
-            checkUpdate();
+            checkAction();
+            checkTail();
+            checkEntries();
         } else if (message_.method == text::MISSEDCALLSCOUNTUPDATE_XML) {
             checkCount();
         } else {
-            std::string known(text::MISSEDCALLSCOUNTUPDATE_XML);
+            std::vector<std::string> known{std::string(text::MISSEDCALLSCOUNTUPDATE_XML)};
             for (const KindDescriptor& kind : kindDescriptors()) {
-                known += kind.updateMethod.empty() ? "" : ", " + std::string(kind.updateMethod);
+                if (!kind.updateMethod.empty()) {
+                    known.emplace_back(kind.updateMethod);
+                }
             }
-            tell(outline_.begin,
-                 "no observer knows the method " + quoted(message_.method) + " (methods: " + known + ")");
+            report(outline_.begin, FindingKind::unknownMethod, message_.method, joined(known));
         }
     }
 
     void checkCount() {
         const std::string_view value = message_.textOf(outline_.top, text::VALUE);
-        for (const std::size_t element : outline_.top) {
-            checkKnown(element, {text::METHOD, text::VALUE}, "a count");
-        }
+        reportForeignBut(outline_.top, {text::METHOD, text::VALUE}, FindingKind::foreignInCount);
         if (!isSignedNumber(value)) {
-            tell(outline_.begin, "Value holds no number of missed calls but " + quoted(value));
+            report(outline_.begin, FindingKind::noCount, value);
         } else if (value.front() == '-') {
-            tell(outline_.begin, "Value is " + std::string(value) +
-                                     ": a count above 2147483647 is written as a negative number, 4294967296 less");
+            report(outline_.begin, FindingKind::negativeCount, value);
         }
     }
 
-    void checkUpdate() {
-        const std::string_view action = message_.textOf(outline_.top, text::ACTIONTYPE);
-        const bool isKnown = std::any_of(std::begin(actionNames), std::end(actionNames),
-                                         [&](const ActionName& row) { return row.digit == action; });
-        if (!isKnown) {
-            std::string known;
-            for (const ActionName& row : actionNames) {
-                known += (known.empty() ? "" : ", ") + std::string(row.digit) + " " + std::string(row.meaning);
-            }
-            const std::size_t element = firstNamed(outline_, outline_.top, text::ACTIONTYPE);
-            if (element == noElement) {
-                tell(text_.size(), "there is no ActionType: the message is cut, or it is none");
-            } else {
-                tell(outline_.elements[element].begin,
-                     "ActionType: " + quoted(action) + " names no action (" + known + ")");
-            }
+    void checkAction() {
+        const std::size_t element = firstNamed(outline_, outline_.top, text::ACTIONTYPE);
+        if (element == noElement) {
+            return report(outline_.text.size(), FindingKind::missingAction);
         }
-        checkTail();
-        checkEntries(readEntries());
+        const std::string_view action = outline_.rawText(outline_.elements[element]);
+        if (!isOneOf(action, {"0", "1", "2", "3"})) {
+            Place place{outline_.elements[element].begin};
+            place.element = text::ACTIONTYPE;
+            findings_.report(place, FindingKind::unknownAction, action);
+        }
     }
 
     /// The id to delete and the action follow the entry.
@@ -289,117 +243,66 @@ private:
         std::string_view last;
         for (const std::size_t element : outline_.top) {
             const std::string_view name = outline_.elements[element].name;
-            const bool isAction = last == text::ACTIONTYPE;
-            const bool isId = last == text::UNIQUEIDTODELETE && name != text::ACTIONTYPE;
-            if (isAction || isId) {
-                tell(outline_.elements[element].begin, std::string(name) + " is expected before " + std::string(last) +
-                                                           "; a decoder's cursor stops in front of it");
+            if (last == text::ACTIONTYPE || (last == text::UNIQUEIDTODELETE && name != text::ACTIONTYPE)) {
+                report(outline_.elements[element].begin, FindingKind::outOfOrder, name, last);
+            } else {
+                last = name;
             }
-            last = isAction || isId ? last : name;
         }
     }
 
     // Entries.
 
-    EntriesRead readEntries() const { return message_.reader == Reader::missedList ? readByList() : readByDecoder(); }
-
-    EntriesRead readByDecoder() const {
-        EntriesRead read;
-        if (!message_.entries.empty() && message_.entries.front().element == noElement) {
-            read.values.emplace_back(message_.kind->decode(message_.bodyOf(message_.entries.front()).c_str()));
-            read.count = 1;
+    void checkEntries() {
+        const std::vector<ReadEntry> read = readEntries(message_);
+        std::vector<const ReadEntry*> readOf(message_.entries.size());
+        const auto closed = static_cast<std::size_t>(
+            std::count_if(message_.entries.begin(), message_.entries.end(),
+                          [&](const MessageEntry& entry) { return message_.isClosed(entry); }));
+        if (closed == read.size()) {
+            auto next = read.begin();
+            std::transform(message_.entries.begin(), message_.entries.end(), readOf.begin(),
+                           [&](const MessageEntry& entry) { return message_.isClosed(entry) ? &*next++ : nullptr; });
         } else {
-            for (const std::string& body : readEntryBodies(std::string(text_))) {
-                read.values.emplace_back(message_.kind->decode(body.c_str()));
-            }
-            read.count = read.values.size();
+            const bool hasPlace = !message_.entries.empty() && message_.entries.front().element != noElement;
+            report(hasPlace ? places_.ofEntry(0).at : outline_.begin, FindingKind::tornEntries, std::to_string(closed),
+                   std::to_string(read.size()));
         }
-        read.droppedFor.resize(read.count);
-        return read;
-    }
-
-    EntriesRead readByList() const {
-        EntriesRead read;
-        for (ListEntry& entry : readMissedList(textForList())) {
-            read.values.push_back(std::move(entry.values));
-            read.droppedFor.push_back(std::move(entry.callLogType));
-        }
-        read.count = read.values.size();
-        return read;
-    }
-
-    /// The reply that the reader of the list will get: for a request to write, what the store makes of it.
-    std::string textForList() const {
-        if (message_.type != MessageType::request) {
-            return std::string(text_);
-        }
-        std::string reply = "<Schema name=\"" + std::string(message_.schemaName) + "\">";
-        for (const MessageEntry& entry : message_.entries) {
-            if (isClosed(entry)) {
-                reply += "<Entry>";
-                appendWithPictureClip(message_.bodyOf(entry), reply);
-                reply += "</Entry>";
-            }
-        }
-        return reply + "</Schema>";
-    }
-
-    void checkEntries(const EntriesRead& read) {
-        std::size_t closed = 0;
-        for (const MessageEntry& entry : message_.entries) {
-            closed += isClosed(entry) ? 1U : 0U;
-        }
-        const bool isWhole = closed == read.count;
-        if (!isWhole) {
-            const std::size_t at = message_.entries.empty() || message_.entries.front().element == noElement
-                                       ? outline_.begin
-                                       : outline_.elements[message_.entries.front().element].begin;
-            tell(at, "whole entries here: " + std::to_string(closed) + ", entries read: " + std::to_string(read.count) +
-                         "; markup in a text tears one apart");
-        }
-        std::size_t next = 0;
-        for (std::size_t i = 0; i < message_.entries.size(); ++i) {
-            const std::size_t index = isWhole && isClosed(message_.entries[i]) ? next++ : noElement;
-            checkOne(i, index, read);
+        for (std::size_t i = 0; i < readOf.size(); ++i) {
+            checkOne(message_.entries[i], places_.ofEntry(i), readOf[i]);
         }
     }
 
-    bool isClosed(const MessageEntry& entry) const {
-        return entry.element == noElement || outline_.elements[entry.element].isClosed;
-    }
-
-    void checkOne(std::size_t i, std::size_t index, const EntriesRead& read) {
-        const MessageEntry& entry = message_.entries[i];
-        const std::string& place = places_.ofEntry(i);
-        const bool isRead = index != noElement && read.values[index].has_value();
-        const std::size_t at = entry.element == noElement ? entry.begin : outline_.elements[entry.element].begin;
-        if (index != noElement && !isRead) {
-            findings_.add(at, place, droppedText(read.droppedFor[index]));
+    /// `read` is null if it is not known what was read of the entry.
+    void checkOne(const MessageEntry& entry, const Place& place, const ReadEntry* read) {
+        const EntryValues* const values = read != nullptr && read->values.has_value() ? &*read->values : nullptr;
+        if (read != nullptr && values == nullptr) {
+            reportDropped(place, read->callLogType);
         }
-        if (isRead && message_.reader == Reader::missedList && read.values[index]->calls.empty()) {
-            findings_.add(at, place, "it holds no call; whoever reads the missed call list deletes it");
+        if (values != nullptr && message_.reader == Reader::missedList && values->calls.empty()) {
+            findings_.report(place, FindingKind::entryWithoutCalls);
         }
         if (entry.element != noElement) {
-            checkGaps(outline_, entry.element, place, findings_);
+            findings_.reportLooseText(place, entry.element);
         }
-        checkEntry(outline_,
-                   {*message_.kind, message_.reader, entry.elements, at, place, isRead ? &*read.values[index] : nullptr,
-                    message_.type == MessageType::request},
-                   findings_);
+        checkEntry(
+            outline_,
+            {*message_.kind, message_.reader, entry.elements, place, values, message_.type == MessageType::request},
+            findings_);
     }
 
-    static std::string droppedText(const std::string& type) {
-        return "the missed call list drops it: " +
-               (type.empty() ? "neither the schema nor a Category or Method says that it is Missed"
-                             : "its Category, or an earlier one, is " + quoted(type) + " and not \"Missed\"");
+    void reportDropped(const Place& place, const std::string& category) {
+        if (category.empty()) {
+            findings_.report(place, FindingKind::droppedForNothing);
+        } else {
+            findings_.report(place, FindingKind::droppedForCategory, category);
+        }
     }
 
-    std::string_view text_;
     const Message& message_;
     const Outline& outline_;
     Findings findings_;
     Places places_;
-    bool isSchemaTold_ = false;
 };
 
 }  // namespace
@@ -407,9 +310,9 @@ private:
 CheckedMessage checkMessage(std::string_view text, std::string_view kindName) {
     // Captures end with a line feed that belongs to no message.
     const std::size_t end = text.find_last_not_of("\r\n");
-    const std::string_view whole = text.substr(0, end == std::string_view::npos ? 0 : end + 1);
-    const Message message = messageOf(whole, kindName);
-    return {titleOf(message), MessageCheck(whole, message).run()};
+    CheckedMessage checked{messageOf(text.substr(0, end == std::string_view::npos ? 0 : end + 1), kindName), {}};
+    checked.findings = MessageCheck(checked.message).run();
+    return checked;
 }
 
 }  // namespace calljournal

@@ -1,23 +1,23 @@
 #ifndef CALLJOURNAL_MESSAGECHECK_H
 #define CALLJOURNAL_MESSAGECHECK_H
 
-#include <string>
 #include <string_view>
 #include <vector>
 
-#include "EntryCheck.h"
+#include "Finding.h"
+#include "Message.h"
 
 namespace calljournal {
 
 /// What was found in one message.
 struct CheckedMessage {
-    std::string title;              ///< What it is: "write request, missed, 2 entries".
+    Message message;
     std::vector<Finding> findings;  ///< In the order of the text.
 };
 
-/// Recognises a captured text and says what is wrong with it, what its reader would lose, and what it would read
-/// instead. Entries of which nothing tells the kind are of the kind `kindName` or, if that is empty, of the kind that
-/// fits. Takes any text.
+/// Recognises a captured text and finds what is wrong with it, what its reader would lose, and what it would read
+/// instead. Entries of which nothing says the kind are of the kind `kindName` or, if that is empty, of the kind that
+/// fits. Takes any text; it must outlive the result.
 CheckedMessage checkMessage(std::string_view text, std::string_view kindName);
 
 }  // namespace calljournal

@@ -2,14 +2,40 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
-
-#include "PrintableText.h"
-#include "WellFormed.h"
 
 namespace calljournal {
 
 namespace {
+
+bool isNameStart(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+bool isNamePart(char c) {
+    return isNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
+}
+
+/// A control character that XML allows nowhere.
+bool isForbidden(char c) {
+    return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
+}
+
+/// The length of the predefined entity or character reference at `at`, or 0 if there is none.
+std::size_t entityLength(std::string_view text, std::size_t at) {
+    for (const std::string_view entity : {"&lt;", "&gt;", "&amp;", "&quot;", "&apos;"}) {
+        if (text.substr(at, entity.size()) == entity) {
+            return entity.size();
+        }
+    }
+    if (text.substr(at, 2) != "&#") {
+        return 0;
+    }
+    const bool isHex = text.substr(at, 3) == "&#x";
+    const std::size_t begin = at + (isHex ? 3 : 2);
+    const std::size_t end = text.find_first_not_of(isHex ? "0123456789abcdefABCDEF" : "0123456789", begin);
+    return end != std::string_view::npos && end > begin && text[end] == ';' ? end + 1 - at : 0;
+}
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
@@ -19,7 +45,7 @@ bool isBlank(char c) {
 struct Tag {
     std::string_view name;
     std::string_view attribute;
-    std::size_t end;  ///< Behind the ">".
+    std::size_t end = 0;  ///< Behind the ">".
     bool isEnd = false;
     bool isEmpty = false;  ///< "<Name/>"
     bool isPlain = true;   ///< Nothing but its name between the brackets.
@@ -30,28 +56,22 @@ class TagReader {
 public:
     TagReader(std::string_view text, std::size_t at) : text_(text), at_(at) {}
 
-    std::optional<Tag> read() {
-        Tag tag{};
+    /// False if there is no tag; what may be its name is in `tag` then, too.
+    bool read(Tag& tag) {
         tag.isEnd = text_.substr(at_, 2) == "</";
         at_ += tag.isEnd ? 2 : 1;
         tag.name = takeName();
-        if (tag.name.empty()) {
-            return std::nullopt;
-        }
         tag.isPlain = at_ < text_.size() && text_[at_] == '>';
-        if (!tag.isEnd && !takeAttributes(tag)) {
-            return std::nullopt;
+        if (tag.name.empty() || (!tag.isEnd && !takeAttributes(tag))) {
+            return false;
         }
         if (!tag.isEnd && at_ < text_.size() && text_[at_] == '/') {
             tag.isEmpty = true;
             ++at_;
         }
         skipBlanks();
-        if (at_ >= text_.size() || text_[at_] != '>') {
-            return std::nullopt;
-        }
         tag.end = at_ + 1;
-        return tag;
+        return at_ < text_.size() && text_[at_] == '>';
     }
 
 private:
@@ -131,44 +151,42 @@ public:
     }
 
 private:
-    void error(std::size_t at, std::string what) {
-        outline_.syntaxErrors.push_back({at, open_.empty() ? noElement : open_.back(), std::move(what)});
+    void error(FindingKind kind, std::string_view what) {
+        outline_.syntaxErrors.push_back({kind, at_, open_.empty() ? noElement : open_.back(), what});
     }
 
     void takeByte() {
         const char c = outline_.text[at_];
         const std::size_t length = c == '&' ? entityLength(outline_.text, at_) : 1;
         if (length == 0) {
-            error(at_, "raw \"&\", which an XML text holds as &amp;");
+            error(FindingKind::rawAmpersand, {});
         } else if (isForbidden(c)) {
-            error(at_, "the byte " + printable(outline_.text.substr(at_, 1)) + ", which XML forbids");
+            error(FindingKind::forbiddenByte, outline_.text.substr(at_, 1));
         }
         at_ += std::max<std::size_t>(length, 1);
     }
 
     void takeTag() {
-        const std::optional<Tag> tag = TagReader(outline_.text, at_).read();
-        if (!tag) {
-            const std::size_t from = at_ + (outline_.text.substr(at_, 2) == "</" ? 2 : 1);
+        Tag tag;
+        if (!TagReader(outline_.text, at_).read(tag)) {
+            const std::size_t from = at_ + (tag.isEnd ? 2 : 1);
             const bool isCut = outline_.text.find_first_of("<>", from) == std::string_view::npos;
-            error(at_, isCut ? "\"<\" begins a tag that never ends: the text is cut here, or the sign is raw"
-                             : "raw \"<\", which an XML text holds as &lt;");
+            error(isCut ? FindingKind::cutTag : FindingKind::rawLessThan, tag.name);
             ++at_;
             return;
         }
-        if (tag->isEnd) {
-            close(*tag);
-        } else {
-            open(*tag);
+        if (!tag.isPlain) {
+            error(tag.isEnd ? FindingKind::noPlainTag : FindingKind::attributes, tag.name);
         }
-        at_ = tag->end;
+        if (tag.isEnd) {
+            close(tag);
+        } else {
+            open(tag);
+        }
+        at_ = tag.end;
     }
 
     void open(const Tag& tag) {
-        if (!tag.isPlain && tag.name != "Schema") {
-            error(at_, "the tag of " + std::string(tag.name) + " holds more than its name, so that a search for <" +
-                           std::string(tag.name) + "> does not find it");
-        }
         const std::size_t index = outline_.elements.size();
         const std::size_t parent = open_.empty() ? noElement : open_.back();
         outline_.elements.push_back({tag.name, tag.attribute, at_, tag.end, tag.end, tag.end, parent, {}, tag.isEmpty});
@@ -182,7 +200,7 @@ private:
     void close(const Tag& tag) {
         const auto count = openOfName_.find(tag.name);
         if (count == openOfName_.end() || count->second == 0) {
-            error(at_, "</" + std::string(tag.name) + "> closes nothing");
+            error(FindingKind::strayEndTag, tag.name);
             return;
         }
         std::size_t depth = open_.size();
@@ -209,7 +227,7 @@ private:
             element.textEnd = end;
             element.end = end;
             outline_.syntaxErrors.push_back(
-                {element.begin, element.parent, "<" + std::string(element.name) + "> is never closed"});
+                {FindingKind::unclosedElement, element.begin, element.parent, element.name});
             pop();
         }
     }

@@ -3,9 +3,10 @@
 
 #include <cstddef>
 #include <initializer_list>
-#include <string>
 #include <string_view>
 #include <vector>
+
+#include "Finding.h"
 
 namespace calljournal {
 
@@ -27,12 +28,14 @@ struct Element {
 
 /// Something in a text that is not well-formed, or that is well-formed and yet no plain tag.
 struct SyntaxError {
+    FindingKind kind;
     std::size_t at;
-    std::size_t element;  ///< The innermost open one, or noElement.
-    std::string what;
+    std::size_t element;    ///< The innermost open one, or noElement.
+    std::string_view what;  ///< The name of its tag, or the byte; empty if it has neither.
 };
 
-/// The elements of a text in the order of their begin tags, and what does not fit.
+/// The elements of a text in the order of their begin tags, and the syntax errors in the order in which they turn up: an
+/// element that is never closed, when the one around it ends.
 struct Outline {
     std::string_view text;
     std::size_t begin = 0;  ///< Behind the XML declaration, if there is one.

@@ -41,6 +41,10 @@ const std::pair<std::string, format::Words> enumerations[] = {
     {"call-back state", format::callBackState},
 };
 
+std::string wordsOf(format::Form form) {
+    return form == format::Form::asItIs ? "as it is" : form == format::Form::escaped ? "escaped" : "without colons";
+}
+
 std::string valueOf(const FieldDescriptor& field) {
     if (field.type == ValueType::flag) {
         return "`True` or `False`";
@@ -48,7 +52,7 @@ std::string valueOf(const FieldDescriptor& field) {
     const auto enumeration = std::find_if(std::begin(enumerations), std::end(enumerations), [&](const auto& one) {
         return field.type == ValueType::word && one.second.begin == field.words.begin;
     });
-    return enumeration == std::end(enumerations) ? "text " + std::string(field.idiom) : enumeration->first + " word";
+    return enumeration == std::end(enumerations) ? "text " + wordsOf(field.form) : enumeration->first + " word";
 }
 
 std::vector<Row> rowsOf(const std::vector<FieldDescriptor>& fields) {
@@ -76,11 +80,12 @@ TEST(FormatPage, ListsTheElementsOfEachKind) {
 
 TEST(FormatPage, SaysWhereAKindIsReadInAnotherOrder) {
     for (const KindDescriptor& kind : kindDescriptors()) {
-        for (std::size_t i = 0; i + 1 < kind.readRanks.size(); ++i) {
+        for (std::size_t i = 0; i + 1 < kind.callFields.size(); ++i) {
             const std::string sentence = "The decoder looks for " + code(kind.callFields[i + 1].readAs) + " before " +
                                          code(kind.callFields[i].readAs);
             const bool isSaid = sectionOf(kind).text.find(sentence) != std::string::npos;
-            EXPECT_EQ(isSaid, kind.readRanks[i] > kind.readRanks[i + 1]) << kind.name << ": " << sentence;
+            EXPECT_EQ(isSaid, kind.callFields[i].readRank > kind.callFields[i + 1].readRank)
+                << kind.name << ": " << sentence;
         }
     }
 }
@@ -116,7 +121,8 @@ TEST(FormatPage, ListsTheWordsOfEachEnumeration) {
 std::string written(const std::vector<FieldDescriptor>& fields, const std::vector<std::string>& values) {
     std::string text;
     for (std::size_t i = 0; i < fields.size(); ++i) {
-        const std::string value = fields[i].idiom == "escaped" ? ClientUtils::escapeXMLString(values[i]) : values[i];
+        const std::string value =
+            fields[i].form == format::Form::escaped ? ClientUtils::escapeXMLString(values[i]) : values[i];
         if (fields[i].isAlwaysWritten() || !value.empty()) {
             text += Helper::createXMLField(std::string(fields[i].writtenAs).c_str(), value);
         }

@@ -1,6 +1,5 @@
 #include "CheckCommand.h"
 
-#include <algorithm>
 #include <fstream>
 #include <istream>
 #include <iterator>
@@ -9,15 +8,16 @@
 #include <set>
 #include <stdexcept>
 
-#include "CallListDatabaseAdapterHelper.h"
-#include "EntryBody.h"
+#include "Capture.h"
 #include "EntryDiff.h"
-#include "FieldValue.h"
-#include "Message.h"
+#include "FindingView.h"
+#include "KindDescriptor.h"
 #include "MessageCheck.h"
 #include "PrintableText.h"
 #include "RecordCommand.h"
 #include "Store.h"
+#include "TextPosition.h"
+#include "ValueError.h"
 #include "WordOption.h"
 #include "Wording.h"
 
@@ -26,7 +26,6 @@ namespace calljournal {
 namespace {
 
 constexpr std::string_view storeMark = "SQLite format 3";
-constexpr std::string_view declarationBegin = "<?xml ";
 
 std::string readAll(std::istream& in) {
     return std::string{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -48,79 +47,32 @@ std::string nameOf(const std::string& path) {
     return path == "-" ? "standard input" : printable(path);
 }
 
-/// Turns offsets, which come in ascending order, into lines and columns.
-class Position {
-public:
-    explicit Position(std::string_view text) : text_(text), lineEnd_(text.find('\n')) {}
-
-    std::string of(std::size_t at) {
-        while (lineEnd_ < at) {
-            lineBegin_ = lineEnd_ + 1;
-            lineEnd_ = text_.find('\n', lineBegin_);
-            ++line_;
-        }
-        return "line " + std::to_string(line_) + ", column " + std::to_string(at - lineBegin_ + 1);
-    }
-
-private:
-    std::string_view text_;
-    std::size_t line_ = 1;
-    std::size_t lineBegin_ = 0;
-    std::size_t lineEnd_;
-};
-
-/// Returns where the messages of a capture begin and, behind them, its end. One begins on a line of its own, with the
-/// XML declaration, behind the mark that --show-xml puts in front of a request or a reply.
-std::vector<std::size_t> messageBounds(std::string_view text) {
-    std::vector<std::size_t> bounds;
-    for (std::size_t line = 0; line < text.size();) {
-        const std::string_view rest = text.substr(line);
-        const bool isMarked = rest.substr(0, 2) == "> " || rest.substr(0, 2) == "< ";
-        const std::size_t begin = line + (isMarked ? 2 : 0);
-        if (text.substr(begin, declarationBegin.size()) == declarationBegin) {
-            bounds.push_back(begin);
-        }
-        const std::size_t end = text.find('\n', line);
-        line = end == std::string_view::npos ? text.size() : end + 1;
-    }
-    if (bounds.empty() || text.find_first_not_of(" \t\r\n<>") < bounds.front()) {
-        bounds.insert(bounds.begin(), 0);
-    }
-    bounds.push_back(text.size());
-    return bounds;
-}
-
 /// Prints what the messages of a text are and what is wrong with them; returns whether nothing is.
 bool report(const std::string& file, const std::string& text, const std::string& kind, std::ostream& out) {
-    const std::vector<std::size_t> bounds = messageBounds(text);
-    Position position(text);
+    const std::vector<CapturedMessage> messages = messagesOf(text);
+    TextPosition position(text);
     bool isFine = true;
-    for (std::size_t i = 0; i + 1 < bounds.size(); ++i) {
-        std::string_view message = std::string_view(text).substr(bounds[i], bounds[i + 1] - bounds[i]);
-        const bool isMarked = i + 2 < bounds.size() && text[bounds[i + 1] - 1] == ' ';
-        message.remove_suffix(isMarked ? 2 : 0);
-        const std::string name = file + (bounds.size() == 2 ? "" : ": message " + std::to_string(i + 1));
-        const CheckedMessage checked = checkMessage(message, kind);
+    for (std::size_t i = 0; i < messages.size(); ++i) {
+        const std::string name = file + (messages.size() == 1 ? "" : ": message " + std::to_string(i + 1));
+        const CheckedMessage checked = checkMessage(messages[i].text, kind);
         const std::size_t count = checked.findings.size();
-        out << name << ": " << checked.title << ": "
-            << (count == 0 ? "nothing found" : std::to_string(count) + (count == 1 ? " finding" : " findings")) << '\n';
+        out << name << ": " << titleOf(checked.message, &showValue) << ": "
+            << (count == 0 ? "nothing found" : counted(count, "finding")) << '\n';
         for (const Finding& finding : checked.findings) {
-            out << name << ": " << position.of(bounds[i] + finding.at) << ": " << printable(finding.what) << '\n';
+            out << name << ": " << position.of(messages[i].begin + finding.place.at) << ": "
+                << sentenceOf(finding, &showValue) << '\n';
         }
         isFine = isFine && count == 0;
     }
     return isFine;
 }
 
-/// Checks the replies to the requests that read each schema of a store.
 bool reportStore(const std::string& path, std::ostream& out) {
     const std::unique_ptr<Store> store = openStore(path);
     bool isFine = true;
     for (const KindDescriptor& kind : kindDescriptors()) {
-        std::string request = CallListDatabaseAdapterHelper::createXMLField("ReasonForMessage", "read_request");
-        CallListDatabaseAdapterHelper::addXMLHeaderFooter(request, std::string(kind.schema));
         const std::string name = nameOf(path) + ": " + std::string(kind.schema);
-        isFine = report(name, store->processRequest(request), std::string(), out) && isFine;
+        isFine = report(name, readSchema(*store, kind.schema), std::string(), out) && isFine;
     }
     return isFine;
 }
@@ -147,13 +99,16 @@ OnlyEntry readOnlyEntry(const std::string& path, const CheckOptions& options, st
         throw std::runtime_error(nameOf(path) + ": " + error.what());
     }
     const Message message = messageOf(text, options.kind);
-    if (message.kind == nullptr || message.entries.size() != 1) {
-        throw ValueError(nameOf(path) + ": a comparison takes a text with one entry, and this is: " + titleOf(message));
+    std::optional<EntryValues> values = readOnlyEntry(message);
+    if (!values) {
+        throw ValueError(nameOf(path) +
+                         ": a comparison takes a text with one entry, and this is: " + titleOf(message, &showValue));
     }
-    // A missed entry's picture goes by one name when it is written and by another when it is read.
-    std::string body;
-    appendWithPictureClip(message.bodyOf(message.entries.front()), body);
-    return {message.kind, message.kind->decode(body.c_str())};
+    return {message.kind, std::move(*values)};
+}
+
+std::string shown(const std::optional<std::string>& value) {
+    return value ? printable(*value) : "(no such call)";
 }
 
 }  // namespace
@@ -181,11 +136,12 @@ ExitCode diffFiles(const CheckOptions& options, std::istream& in, std::ostream& 
         throw ValueError("a comparison takes entries of one kind; these are " + std::string(a.kind->name) + " and " +
                          std::string(b.kind->name));
     }
-    const std::vector<std::string> lines = diffEntries(*a.kind, a.values, b.values);
-    for (const std::string& line : lines) {
-        out << line << '\n';
+    const std::vector<Difference> differences = compareEntries(*a.kind, a.values, b.values);
+    for (const Difference& difference : differences) {
+        out << (difference.call == 0 ? "" : "call " + std::to_string(difference.call) + ", ") << difference.field
+            << ": " << shown(difference.a) << " | " << shown(difference.b) << '\n';
     }
-    return lines.empty() ? exitDone : exitRefused;
+    return differences.empty() ? exitDone : exitRefused;
 }
 
 void addCheckCommand(CLI::App& app, CommandContext& context) {

@@ -6,8 +6,10 @@
 #include <optional>
 #include <ostream>
 
+#include "FindingView.h"
 #include "ItemJson.h"
 #include "Kinds.h"
+#include "TextPosition.h"
 #include "WellFormed.h"
 #include "WordOption.h"
 
@@ -24,9 +26,10 @@ ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& ou
         KindInterface<Item>::decode(body.c_str(), item);
         out << jsonText(toJson(item), true) << '\n';
     });
-    const std::optional<Defect> defect = findDefect(body);
+    const std::optional<Finding> defect = findDefect(body);
     if (defect) {
-        err << "calljournal: standard input: " << describe(*defect) << '\n';
+        err << "calljournal: standard input: " << TextPosition(body).of(defect->place.at) << ": "
+            << sentenceOf(*defect, &showValue) << '\n';
         return exitRefused;
     }
     return exitDone;

@@ -52,10 +52,14 @@ std::vector<std::string> messages() {
     return all;
 }
 
+std::string raw(std::string_view value, ValueUse) {
+    return std::string(value);
+}
+
 std::string linesOf(const std::vector<Finding>& findings) {
     std::string lines;
     for (const Finding& finding : findings) {
-        lines += std::to_string(finding.at) + ": " + finding.what + "\n";
+        lines += std::to_string(finding.place.at) + ": " + sentenceOf(finding, &raw) + "\n";
     }
     return lines;
 }
@@ -64,9 +68,10 @@ std::string linesOf(const std::vector<Finding>& findings) {
 void expectPlacesInOrder(const std::string& text, const CheckedMessage& checked) {
     std::size_t before = 0;
     for (const Finding& finding : checked.findings) {
-        EXPECT_LE(before, finding.at);
-        EXPECT_LE(finding.at, text.size());
-        before = finding.at;
+        EXPECT_LE(before, finding.place.at);
+        EXPECT_LE(finding.place.at, text.size());
+        before = finding.place.at;
+        EXPECT_NE(sentenceOf(finding, &raw), "");
     }
 }
 

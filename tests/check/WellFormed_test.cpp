@@ -3,14 +3,18 @@
 #include <gtest/gtest.h>
 #include <string>
 
-using calljournal::describe;
-using calljournal::findDefect;
+#include "PrintableText.h"
+#include "TextPosition.h"
 
 namespace {
 
+std::string shown(std::string_view value, calljournal::ValueUse) {
+    return calljournal::printable(value);
+}
+
 std::string defectOf(const std::string& text) {
-    const auto defect = findDefect(text);
-    return defect ? describe(*defect) : "";
+    const auto defect = calljournal::findDefect(text);
+    return defect ? calljournal::TextPosition(text).of(defect->place.at) + ": " + sentenceOf(*defect, &shown) : "";
 }
 
 TEST(WellFormed, ARunOfElementsHasNoDefect) {

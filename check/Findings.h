@@ -1,0 +1,55 @@
+#ifndef CALLJOURNAL_FINDINGS_H
+#define CALLJOURNAL_FINDINGS_H
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Finding.h"
+#include "Outline.h"
+
+namespace calljournal {
+
+/// Collects what is found in a text.
+class Findings {
+public:
+    /// `outline` must outlive this.
+    explicit Findings(const Outline& outline);
+
+    template <class... Values>
+    Finding& report(const Place& place, FindingKind kind, const Values&... values) {
+        return add({kind, place, {std::string(values)...}});
+    }
+    Finding& report(const Place& place, const SyntaxError& error);
+
+    /// Reports text in `element` (or in the whole text, for noElement) that belongs to no element inside it: the first.
+    /// A syntax error in such a text reports it already. Returns whether anything was reported.
+    bool reportLooseText(Place place, std::size_t element);
+
+    /// Returns the syntax errors inside `element`, in the order of the text, and leaves them to the caller.
+    std::vector<const SyntaxError*> takeSyntaxErrors(std::size_t element);
+
+    /// Returns the syntax errors that nobody took.
+    std::vector<const SyntaxError*> remainingSyntaxErrors() const;
+
+    /// Returns all, in the order of the text, and keeps none.
+    std::vector<Finding> takeInOrder();
+
+private:
+    struct ErrorsOfElement {
+        std::vector<const SyntaxError*> errors;
+        bool isTaken = false;
+    };
+
+    Finding& add(Finding finding);
+    bool hasSyntaxError(std::size_t element, std::size_t begin, std::size_t end) const;
+
+    const Outline& outline_;
+    std::vector<Finding> all_;
+    std::map<std::size_t, ErrorsOfElement> errorsOf_;
+};
+
+}  // namespace calljournal
+
+#endif
