@@ -1,5 +1,5 @@
-#ifndef CSVPARSERIFC_H
-#define CSVPARSERIFC_H
+#ifndef CALLJOURNAL_CSVPARSERIFC_H
+#define CALLJOURNAL_CSVPARSERIFC_H
 
 #include <vector>
 

@@ -1,5 +1,5 @@
-#ifndef CSVTYPE_H
-#define CSVTYPE_H
+#ifndef CALLJOURNAL_CSVTYPE_H
+#define CALLJOURNAL_CSVTYPE_H
 
 /// Outcome of a contacts import. Only CSV_TAMBER and CSV_OUTLOOK mean success. The numbers are part of the interface.
 enum CSVType : int {

@@ -1,5 +1,5 @@
-#ifndef CALLBACKITEM_H
-#define CALLBACKITEM_H
+#ifndef CALLJOURNAL_CALLBACKITEM_H
+#define CALLJOURNAL_CALLBACKITEM_H
 
 #include <string>
 

@@ -1,5 +1,5 @@
-#ifndef CALLINFO_H
-#define CALLINFO_H
+#ifndef CALLJOURNAL_CALLINFO_H
+#define CALLJOURNAL_CALLINFO_H
 
 #include <string>
 

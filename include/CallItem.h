@@ -1,5 +1,5 @@
-#ifndef CALLITEM_H
-#define CALLITEM_H
+#ifndef CALLJOURNAL_CALLITEM_H
+#define CALLJOURNAL_CALLITEM_H
 
 #include <string>
 

@@ -1,5 +1,5 @@
-#ifndef CALLJOURNALEXPORT_H
-#define CALLJOURNALEXPORT_H
+#ifndef CALLJOURNAL_CALLJOURNALEXPORT_H
+#define CALLJOURNAL_CALLJOURNALEXPORT_H
 
 /// Marks what the shared library offers; everything else in it stays hidden.
 #if defined(__GNUC__)

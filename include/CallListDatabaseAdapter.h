@@ -1,16 +1,18 @@
-#ifndef CALLLISTDATABASEADAPTER_H
-#define CALLLISTDATABASEADAPTER_H
+#ifndef CALLJOURNAL_CALLLISTDATABASEADAPTER_H
+#define CALLJOURNAL_CALLLISTDATABASEADAPTER_H
 
 #include <deque>
 #include <string>
 
+#include "CallBackItem.h"
 #include "CallJournalExport.h"
+#include "CallListDatabaseAdapterHelper.h"
 #include "DataAccessServiceIfc.h"
-
-class DialledCallItem;
-class ForwardedCallItem;
-class MissedCallItem;
-class ReceivedCallItem;
+#include "DialledCallItem.h"
+#include "ForwardedCallItem.h"
+#include "MissedCallItem.h"
+#include "ReceivedCallItem.h"
+#include "StorageSpace.h"
 
 /// The journal service's door to the data access service: it wraps call log entries into requests and reads the missed
 /// call list.

@@ -1,5 +1,5 @@
-#ifndef CALLLISTDATABASEADAPTERHELPER_H
-#define CALLLISTDATABASEADAPTERHELPER_H
+#ifndef CALLJOURNAL_CALLLISTDATABASEADAPTERHELPER_H
+#define CALLJOURNAL_CALLLISTDATABASEADAPTERHELPER_H
 
 #include <deque>
 #include <list>
@@ -16,6 +16,12 @@
 #include "NumberType.h"
 #include "ReceivedCallItem.h"
 #include "TransferNumber.h"
+
+// A program may have macros of these names, as curses.h does. They are set aside here and are back behind the class.
+#pragma push_macro("TRUE")
+#pragma push_macro("FALSE")
+#undef TRUE
+#undef FALSE
 
 /// The call log's XML: its vocabulary, the primitives that write and find elements, the converters between enumerations
 /// and their words, the codecs of the four kinds of entries, the reader of the missed call list, and the notifications.
@@ -159,6 +165,7 @@ public:
     static const char* const VOICEDIAL;           ///< VoiceDial
     static const char* const EXTERNALID;          ///< ExternalID
     static const char* const CONTACTSOURCE;       ///< ContactSource
+
     // Primitives. A tag is one of the texts above, without angle brackets; values are written as given, never escaped.
 
     /// Returns "<tag>".
@@ -186,10 +193,10 @@ public:
     /// front.
     static void addXMLHeaderFooter(std::string& msg, const std::string& schemaName);
 
-    /// Stores the unescaped text of the first element `tag` at or behind `cursor` in `out` and returns the place behind
-    /// it if it stood right at `cursor`; otherwise, and if there is none (`out` is then empty), returns `cursor`.
-    /// Called for one element after the other in the order written, it reads in one pass and still finds elements out
-    /// of order.
+    /// Stores the text of the first element `tag` at or behind `cursor` in `out`, unescaped by the platform, and returns
+    /// the place behind it if it was right at `cursor`; otherwise, and if there is none (`out` is then empty), returns
+    /// `cursor`. Called for one element after the other in the order written, it reads in one pass and still finds
+    /// elements out of order.
     static const char* getXMLValue2(const char* cursor, const char* tag, std::string& out);
 
     /// The same for a flag: true only for exactly "True".
@@ -329,5 +336,8 @@ public:
         std::string callLogType;  ///< "Missed" while entries are taken; stays from entry to entry.
     };
 };
+
+#pragma pop_macro("FALSE")
+#pragma pop_macro("TRUE")
 
 #endif

@@ -1,5 +1,5 @@
-#ifndef DIALLEDCALLITEM_H
-#define DIALLEDCALLITEM_H
+#ifndef CALLJOURNAL_DIALLEDCALLITEM_H
+#define CALLJOURNAL_DIALLEDCALLITEM_H
 
 #include <list>
 #include <string>

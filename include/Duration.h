@@ -1,5 +1,5 @@
-#ifndef DURATION_H
-#define DURATION_H
+#ifndef CALLJOURNAL_DURATION_H
+#define CALLJOURNAL_DURATION_H
 
 #include <string>
 

@@ -1,5 +1,5 @@
-#ifndef IMPORTCONTACTSCSVPARSER_H
-#define IMPORTCONTACTSCSVPARSER_H
+#ifndef CALLJOURNAL_IMPORTCONTACTSCSVPARSER_H
+#define CALLJOURNAL_IMPORTCONTACTSCSVPARSER_H
 
 #include <boost/token_functions.hpp>
 #include <boost/tokenizer.hpp>
@@ -11,6 +11,7 @@
 #include "CSVType.h"
 #include "CallJournalExport.h"
 #include "Contact.h"
+#include "StorageSpace.h"
 
 /// Number of columns of the Tamber layout: 12.
 extern CALLJOURNAL_EXPORT const int TAMBER_HEADERS_SIZE;
@@ -27,7 +28,8 @@ extern CALLJOURNAL_EXPORT const int TAMBER_HEADERS_SIZE;
 /// escapes. Bad input is no exception but an outcome code; the reason goes to the platform log (module
 /// "ImportContactscSVParser", level 2).
 ///
-/// The steps of an import are public so that each can be used and tested alone; they work on the object's state.
+/// The steps of an import are public, and so is the object's state, on which they work: each can be used and tested
+/// alone.
 class CALLJOURNAL_EXPORT ImportContactsCSVParser : public CSVParserIfc {
 public:
     /// Imports `fileName` into a phonebook that already holds `existingContacts` contacts: header and contacts together
@@ -92,7 +94,6 @@ public:
     /// Moves the default number of `c` into business1.
     void setDefaultNumberForTQ2(Contact& c);
 
-protected:
     typedef boost::escaped_list_separator<char> Separator;
 
     std::vector<Contact> contacts;

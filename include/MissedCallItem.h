@@ -1,5 +1,5 @@
-#ifndef MISSEDCALLITEM_H
-#define MISSEDCALLITEM_H
+#ifndef CALLJOURNAL_MISSEDCALLITEM_H
+#define CALLJOURNAL_MISSEDCALLITEM_H
 
 #include <list>
 #include <string>

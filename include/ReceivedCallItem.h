@@ -1,5 +1,5 @@
-#ifndef RECEIVEDCALLITEM_H
-#define RECEIVEDCALLITEM_H
+#ifndef CALLJOURNAL_RECEIVEDCALLITEM_H
+#define CALLJOURNAL_RECEIVEDCALLITEM_H
 
 #include <list>
 #include <string>

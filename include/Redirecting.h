@@ -1,5 +1,5 @@
-#ifndef REDIRECTING_H
-#define REDIRECTING_H
+#ifndef CALLJOURNAL_REDIRECTING_H
+#define CALLJOURNAL_REDIRECTING_H
 
 #include <string>
 

@@ -1,5 +1,5 @@
-#ifndef STORAGESPACE_H
-#define STORAGESPACE_H
+#ifndef CALLJOURNAL_STORAGESPACE_H
+#define CALLJOURNAL_STORAGESPACE_H
 
 #include <string>
 

@@ -1,5 +1,5 @@
-#ifndef TIMEFORMAT_H
-#define TIMEFORMAT_H
+#ifndef CALLJOURNAL_TIMEFORMAT_H
+#define CALLJOURNAL_TIMEFORMAT_H
 
 #include "CallJournalExport.h"
 #include "CallLogEntryEvent.h"

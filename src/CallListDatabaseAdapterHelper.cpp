@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "ClientUtils.h"
 #include "detail/Elements.h"
 #include "format/Texts.h"
 
@@ -71,7 +72,7 @@ void CallListDatabaseAdapterHelper::addXMLHeaderFooter(std::string& msg, const s
 const char* CallListDatabaseAdapterHelper::getXMLValue2(const char* cursor, const char* tag, std::string& out) {
     const detail::FoundElement element = detail::findElement(cursor, tag);
     if (element) {
-        detail::assignUnescaped(out, element.raw());
+        out = ClientUtils::unescapeXMLString(std::string(element.raw()));
     } else {
         out.clear();
     }

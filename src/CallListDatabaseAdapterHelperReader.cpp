@@ -181,12 +181,12 @@ CALLJOURNAL_APART void takeEntryText(Parser& parser, std::string_view value) {
             break;
         case Data::TAG_SURNAME:
             if (entry.getSurname().empty()) {
-                entry.setSurname(detail::unescaped(value));
+                entry.setSurname(ClientUtils::unescapeXMLString(std::string(value)));
             }
             break;
         case Data::TAG_FIRSTNAME:
             if (entry.getFirstname().empty()) {
-                entry.setFirstname(detail::unescaped(value));
+                entry.setFirstname(ClientUtils::unescapeXMLString(std::string(value)));
             }
             break;
         case Data::TAG_PICTURE_CLIP:

@@ -86,14 +86,12 @@ CALLJOURNAL_FLAT FoundElement findElement(const char* cursor, std::string_view t
     return {begin, close, isAtCursor ? close + tag.size() + 3 : cursor};
 }
 
-void assignResolved(std::string& out, std::string_view raw) {
-    out = ClientUtils::unescapeXMLString(std::string(raw));
-}
-
 std::string unescaped(std::string_view raw) {
-    std::string out;
-    assignUnescaped(out, raw);
-    return out;
+    std::string text(raw);
+    if (mayHoldEntities(raw)) {
+        text = ClientUtils::unescapeXMLString(text);
+    }
+    return text;
 }
 
 }  // namespace detail

@@ -1,5 +1,5 @@
-#ifndef CALLLOGENTRYEVENT_H
-#define CALLLOGENTRYEVENT_H
+#ifndef CALLJOURNAL_CALLLOGENTRYEVENT_H
+#define CALLJOURNAL_CALLLOGENTRYEVENT_H
 
 /// Enumerations of the platform's call events. Stored data relies on the numbers.
 class CallLogEntryEvent {

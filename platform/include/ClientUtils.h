@@ -1,5 +1,5 @@
-#ifndef CLIENTUTILS_H
-#define CLIENTUTILS_H
+#ifndef CALLJOURNAL_CLIENTUTILS_H
+#define CALLJOURNAL_CLIENTUTILS_H
 
 #include <string>
 
@@ -9,8 +9,9 @@ namespace ClientUtils {
 /// Returns `text` with `&`, `<`, `>`, `"` and `'` written as the five predefined entities of XML 1.0 (section 4.6).
 std::string escapeXMLString(const std::string& text);
 
-/// Undoes escapeXMLString in one pass (`&amp;lt;` becomes `&lt;`) and leaves anything else as it is. A text without
-/// `&` comes back unchanged on every platform, so callers may skip the call for it.
+/// Undoes escapeXMLString in one pass (`&amp;lt;` becomes `&lt;`) and leaves anything else as it is. On every platform a
+/// text without `&` comes back unchanged: for such a text the library's decoders of whole bodies skip the call. Its
+/// getXMLValue2 for a text makes it for every text, and its list reader for every surname and first name.
 std::string unescapeXMLString(const std::string& text);
 
 /// Returns `text`, of the same length, with every byte that XML 1.0 forbids (control characters other than tab, line

@@ -1,5 +1,5 @@
-#ifndef CONTACT_H
-#define CONTACT_H
+#ifndef CALLJOURNAL_CONTACT_H
+#define CALLJOURNAL_CONTACT_H
 
 #include <string>
 

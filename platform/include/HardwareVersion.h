@@ -1,5 +1,5 @@
-#ifndef HARDWAREVERSION_H
-#define HARDWAREVERSION_H
+#ifndef CALLJOURNAL_HARDWAREVERSION_H
+#define CALLJOURNAL_HARDWAREVERSION_H
 
 /// Which phone this is.
 namespace HardwareVersion {

@@ -1,5 +1,5 @@
-#ifndef NUMBERTYPE_H
-#define NUMBERTYPE_H
+#ifndef CALLJOURNAL_NUMBERTYPE_H
+#define CALLJOURNAL_NUMBERTYPE_H
 
 /// The kind of a phone number, shown as an icon beside it. Stored data relies on the numbers.
 class NumberType {

@@ -1,5 +1,5 @@
-#ifndef PLATFORMLOG_H
-#define PLATFORMLOG_H
+#ifndef CALLJOURNAL_PLATFORMLOG_H
+#define CALLJOURNAL_PLATFORMLOG_H
 
 #if defined(__GNUC__)
 #define PLATFORMLOG_PRINTF(formatIndex, firstArgument) __attribute__((format(printf, formatIndex, firstArgument)))

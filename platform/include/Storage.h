@@ -1,5 +1,5 @@
-#ifndef STORAGE_H
-#define STORAGE_H
+#ifndef CALLJOURNAL_STORAGE_H
+#define CALLJOURNAL_STORAGE_H
 
 #include <cstdint>
 #include <string>

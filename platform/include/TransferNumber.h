@@ -1,5 +1,5 @@
-#ifndef TRANSFERNUMBER_H
-#define TRANSFERNUMBER_H
+#ifndef CALLJOURNAL_TRANSFERNUMBER_H
+#define CALLJOURNAL_TRANSFERNUMBER_H
 
 /// Which number of a transferred call a number is. Stored data relies on the numbers.
 class TransferNumber {

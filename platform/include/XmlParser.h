@@ -1,5 +1,5 @@
-#ifndef XMLPARSER_H
-#define XMLPARSER_H
+#ifndef CALLJOURNAL_XMLPARSER_H
+#define CALLJOURNAL_XMLPARSER_H
 
 /// Event-driven XML parser of the platform. It calls back synchronously on the caller's thread, in document order, and
 /// hands over text as it is in the message (entities are not resolved).

@@ -94,17 +94,7 @@ inline bool mayHoldEntities(std::string_view raw) {
     return raw.find('&') != std::string_view::npos;
 }
 
-/// Stores `raw`, in which there are entities, in `out`, unescaped by the platform.
-CALLJOURNAL_RARE void assignResolved(std::string& out, std::string_view raw);
-
-/// Stores `raw` in `out`, unescaped by the platform.
-inline void assignUnescaped(std::string& out, std::string_view raw) {
-    if (mayHoldEntities(raw)) {
-        assignResolved(out, raw);
-    } else {
-        out.assign(raw.data(), raw.size());
-    }
-}
+/// Returns `raw` unescaped. The platform is asked only where that could change it.
 std::string unescaped(std::string_view raw);
 
 }  // namespace detail

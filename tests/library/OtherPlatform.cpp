@@ -26,6 +26,7 @@ std::string escapeXMLString(const std::string& text) {
 }
 
 std::string unescapeXMLString(const std::string& text) {
+    otherPlatform().unescaped.push_back(text);
     static const std::pair<std::string, std::string> entities[] = {{"&and;", "&"},
                                                                    {"&T;", "True"},
                                                                    {"&I;", "<Item>"},

@@ -22,7 +22,8 @@ struct OtherPlatform {
     };
 
     std::function<std::string(const std::string&)> fix = [](const std::string& text) { return text; };
-    std::vector<std::string> fixed;  ///< What was given to be fixed.
+    std::vector<std::string> fixed;      ///< What was given to be fixed.
+    std::vector<std::string> unescaped;  ///< What was given to be unescaped.
     std::function<void(void* userData, XmlParser::TagBegin, XmlParser::TagEnd, XmlParser::Data)> script;
     std::vector<Parse> parses;
     std::vector<std::string> events;  ///< Log lines, "parser made", "parse", "parser gone", in order.

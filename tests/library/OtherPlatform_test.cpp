@@ -1,5 +1,6 @@
 #include "OtherPlatform.h"
 
+#include <cstring>
 #include <deque>
 #include <gtest/gtest.h>
 #include <list>
@@ -201,6 +202,38 @@ TEST_F(OtherPlatformTest, TakesWhatTheParserReportsUnescapingNamesOnly) {
     ASSERT_EQ(list.front().getMissedCallInfoList().size(), 1u);
     EXPECT_EQ(list.front().getMissedCallInfoList().front().number, "&T;&and;");
     EXPECT_FALSE(list.front().getMissedCallInfoList().front().completedElsewhere);
+}
+
+TEST_F(OtherPlatformTest, HasEverySurnameAndFirstNameOfAListUnescapedAndNothingElse) {
+    otherPlatform().script = [](void* userData, XmlParser::TagBegin begin, XmlParser::TagEnd end,
+                                XmlParser::Data data) {
+        const char* none[] = {nullptr};
+        begin(userData, "Entry", none);
+        for (const char* name : {"UniqueId", "EntryId", "Surname", "Firstname", "PictureClip", "Number"}) {
+            begin(userData, name, none);
+            data(userData, name, static_cast<int>(std::strlen(name)));
+            end(userData, name);
+        }
+        end(userData, "Entry");
+    };
+    std::deque<MissedCallItem> list;
+
+    Helper::parseXMLMissedCallList("whatever", list);
+
+    EXPECT_EQ(otherPlatform().unescaped, (Texts{"Surname", "Firstname"}));
+}
+
+TEST_F(OtherPlatformTest, HasEveryTextThatAPrimitiveReadsUnescaped) {
+    std::string text;
+    bool flag = false;
+
+    Helper::getXMLValue2("<Number>plain</Number>", "Number", text);
+    Helper::getXMLValue2("<Number></Number>", "Number", text);
+    Helper::getXMLValue2("<Number>&and;</Number>", "Number", text);
+    Helper::getXMLValue2("<Other>none</Other>", "Number", text);
+    Helper::getXMLValue2("<Viewed>True</Viewed>", "Viewed", flag);
+
+    EXPECT_EQ(otherPlatform().unescaped, (Texts{"plain", "", "&and;"}));
 }
 
 TEST_F(OtherPlatformTest, HasTheListEmptyBeforeAnythingIsReported) {
