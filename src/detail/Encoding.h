@@ -49,7 +49,7 @@ constexpr std::size_t longestWord(Enumeration value) {
     std::size_t longest = 0;
     const Words& words = wordsFor(value);
     for (const Word* row = words.begin; row != words.end; ++row) {
-        longest = row->word.size() > longest ? row->word.size() : longest;
+        longest = std::max(longest, row->word.size());
     }
     return longest;
 }

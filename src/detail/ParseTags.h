@@ -1,6 +1,7 @@
 #ifndef CALLJOURNAL_DETAIL_PARSETAGS_H
 #define CALLJOURNAL_DETAIL_PARSETAGS_H
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <iterator>
@@ -30,8 +31,7 @@ inline constexpr ParseTag parseTags[] = {
 constexpr std::size_t countParseTagNumbers() {
     std::size_t highest = CallListDatabaseAdapterData::TAG_UNKNOWN;
     for (const ParseTag& element : parseTags) {
-        const auto number = static_cast<std::size_t>(element.tag);
-        highest = number > highest ? number : highest;
+        highest = std::max(highest, static_cast<std::size_t>(element.tag));
     }
     return highest + 1;
 }
