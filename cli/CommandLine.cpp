@@ -12,6 +12,7 @@
 #include "DeleteCommand.h"
 #include "DemoCommand.h"
 #include "EncodeCommand.h"
+#include "ErrorMessage.h"
 #include "HostPlatform.h"
 #include "ImportCommand.h"
 #include "ListCommand.h"
@@ -81,7 +82,7 @@ ExitCode runCommand(int argc, const char* const* argv, std::istream& in, std::os
     } catch (const CLI::ParseError& error) {
         return app.exit(error, out, err) == 0 ? exitDone : exitWrongUsage;
     } catch (const ValueError& error) {
-        err << "calljournal: " << error.what() << '\n';
+        printError(err, error.what());
         return exitWrongUsage;
     }
 }

@@ -58,6 +58,10 @@ if(CALLJOURNAL_HOST AND CALLJOURNAL_COMMAND)
     install(DIRECTORY examples/contacts DESTINATION ${example_dir} COMPONENT command)
     install(FILES docs/man/calljournal.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT command)
     install(FILES ${PROJECT_BINARY_DIR}/man/calljournal.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT command)
-    install(FILES packaging/bash-completion/calljournal
+    set(completion ${PROJECT_SOURCE_DIR}/packaging/completion/calljournal)
+    install(FILES ${completion}.bash RENAME calljournal
             DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT command)
+    install(FILES ${completion}.zsh RENAME _calljournal
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT command)
+    install(FILES ${completion}.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT command)
 endif()

@@ -6,6 +6,7 @@
 #include <optional>
 #include <ostream>
 
+#include "ErrorMessage.h"
 #include "FindingView.h"
 #include "ItemJson.h"
 #include "Kinds.h"
@@ -28,8 +29,8 @@ ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& ou
     });
     const std::optional<Finding> defect = findDefect(body);
     if (defect) {
-        err << "calljournal: standard input: " << TextPosition(body).of(defect->place.at) << ": "
-            << sentenceOf(*defect, &showValue) << '\n';
+        printError(
+            err, "standard input: " + TextPosition(body).of(defect->place.at) + ": " + sentenceOf(*defect, &showValue));
         return exitRefused;
     }
     return exitDone;

@@ -92,6 +92,30 @@ std::string optionName(std::string_view element) {
     return name;
 }
 
+/// Has completion offer the words of the elements that are enumerations.
+void offerWords(const CLI::App& record, CommandContext& context) {
+    const auto offer = [&](std::string_view element, auto value) {
+        if constexpr (std::is_enum_v<decltype(value)>) {
+            std::vector<std::string>& offers = context.offers[record.get_option("--" + optionName(element))];
+            offers.clear();
+            const format::Words words = format::wordsFor(value);
+            for (const format::Word* word = words.begin; word != words.end; ++word) {
+                if (!word->word.empty()) {
+                    offers.emplace_back(word->word);
+                }
+            }
+        }
+    };
+    forEachKind([&](auto type) {
+        using Call = typename format::CallKind<typename decltype(type)::Item>::Call;
+        for (const auto& field : format::CallKind<typename decltype(type)::Item>::callFields) {
+            std::visit([&](auto member) { offer(field.tag, Call().*member); }, field.member);
+        }
+    });
+    offer(format::text::CALLBACKTYPE, CallBackItem::NOTYPE);
+    offer(format::text::CALLBACKSTATE, CallBackItem::NOSTATE);
+}
+
 /// One option for each element that a call of any kind has, taken from the kinds' own tables.
 void addCallOptions(CLI::App& app, Json& call) {
     std::set<std::string_view> known;
@@ -224,6 +248,7 @@ void addRecordCommand(CLI::App& app, CommandContext& context) {
     auto options = std::make_shared<RecordOptions>();
     addKind(*record, context, options->kind, recordableKinds(), false);
     addCallOptions(*record, options->call);
+    offerWords(*record, context);
     CLI::Option* from =
         record->add_option("--from", options->from, "a file of calls, one JSON object a line; - for standard input");
     context.offers[from] = {fileOffer};

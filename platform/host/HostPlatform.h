@@ -16,6 +16,13 @@ void setLogLevel(int level);
 /// leaves the level as it is for any other text.
 bool setLogLevelFromText(const std::string& text);
 
+/// Takes a line of the log, with its line feed. Other control characters but tabs are written out, as "\n" or "\x1b".
+typedef void (*LogSink)(const std::string& line);
+
+/// Hands the lines of the log to `sink`, on the thread that logs, instead of writing them to standard error. Null, as at
+/// the start: to standard error.
+void setLogSink(LogSink sink);
+
 /// Sets which phone this machine plays: whether it is the NQ platform, and the variant of its sub-platform (1 is TQ2).
 /// At the start it is neither.
 void setHardware(bool isNq, int subPlatformVariant);

@@ -17,6 +17,7 @@
 namespace {
 
 std::atomic<int> highestLevel{0};
+std::atomic<calljournal::LogSink> logSink{nullptr};
 
 /// Returns the printf text; the bare format where it cannot be formatted (beyond INT_MAX bytes, or no character).
 std::string formatted(const char* format, std::va_list arguments) {
@@ -77,13 +78,21 @@ void writeRecord(const char* module, const char* sourceFile, int level, int line
         "[" + std::to_string(level) + "] " + module + " " + sourceFile + ":" + std::to_string(line) + " ";
     appendOnOneLine(record, text);
     record += '\n';
-    writeToStandardError(record);
+    if (const calljournal::LogSink sink = logSink) {
+        sink(record);
+    } else {
+        writeToStandardError(record);
+    }
 }
 
 }  // namespace
 
 void calljournal::setLogLevel(int level) {
     highestLevel = level;
+}
+
+void calljournal::setLogSink(LogSink sink) {
+    logSink = sink;
 }
 
 bool calljournal::setLogLevelFromText(const std::string& text) {

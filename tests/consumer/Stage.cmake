@@ -11,7 +11,7 @@ file(RENAME ${WORK_DIR}/before ${STAGE})
 
 # Pages of the manual and the like are the packages' business; examples are what the source tree has.
 list_files(files ${STAGE})
-string(REGEX REPLACE "share/(man|bash-completion|doc|zsh)[^\n]*\n" "" files "${files}")
+string(REGEX REPLACE "share/(man|bash-completion|doc|fish|zsh)[^\n]*\n" "" files "${files}")
 foreach(folder contacts own-platform)
     file(GLOB examples RELATIVE ${EXAMPLES}/${folder} ${EXAMPLES}/${folder}/*)
     foreach(example IN LISTS examples)

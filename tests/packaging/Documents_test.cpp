@@ -153,8 +153,8 @@ TEST(Manual, FitsIntoEightyColumns) {
 
 /// What bash offers for the last of `words`.
 std::vector<std::string> completed(const std::vector<std::string>& words, const std::string& folder = ".") {
-    std::string script = "cd \"$1\"; shift; source " COMPLETION
-                         "; COMP_WORDS=(calljournal \"$@\");"
+    std::string script = "PATH=" COMMAND_FOLDER ":$PATH; cd \"$1\"; shift; source " COMPLETION
+                         ".bash; COMP_WORDS=(calljournal \"$@\");"
                          "COMP_CWORD=$#; _calljournal; printf '%s\\n' \"${COMPREPLY[@]}\"";
     std::vector<std::string> arguments = {"bash", "--norc", "-uc", script, "bash", folder};
     arguments.insert(arguments.end(), words.begin(), words.end());
@@ -245,10 +245,54 @@ TEST(Completion, OffersFiles) {
 }
 
 TEST(Completion, IsLoadedByARealBash) {
-    const Finished finished = runProgram(
-        {"bash", "--norc", "-c", "source " COMPLETION " && complete -p calljournal && compgen -A function _callj"});
+    const Finished finished =
+        runProgram({"bash", "--norc", "-c",
+                    "source " COMPLETION ".bash && complete -p calljournal && compgen -A function _callj"});
     EXPECT_EQ(finished.status, 0);
     EXPECT_THAT(linesOf(finished.out), Contains("complete -F _calljournal calljournal"));
+}
+
+/// What zsh offers for the last of `words`; its own functions for lists and files print what they are given.
+std::vector<std::string> completedByZsh(std::vector<std::string> words) {
+    const std::string script = "path=(" COMMAND_FOLDER
+                               " $path); words=(calljournal \"$@\"); CURRENT=$#words;"
+                               "PREFIX=$words[-1]; compset() { PREFIX=${PREFIX#--*=} };"
+                               "_describe() { print -rl -- \"${(@P)2}\" }; _files() { print -r files $PREFIX };"
+                               "source " COMPLETION ".zsh";
+    words.insert(words.begin(), {"zsh", "-f", "-c", script, "zsh"});
+    const Finished finished = runProgram(words);
+    EXPECT_EQ(finished.err, "");
+    return linesOf(finished.out);
+}
+
+TEST(Completion, OffersTheSameInZsh) {
+    EXPECT_THAT(completedByZsh({"vi"}), ElementsAre("viewed:Mark a missed entry as seen"));
+    EXPECT_THAT(completedByZsh({"list", "--format", "j"}), ElementsAre("json"));
+    EXPECT_THAT(completedByZsh({"import", "--format=v"}), ElementsAre("--format=vcard"));
+    EXPECT_THAT(completedByZsh({"import", "my"}), ElementsAre("files my"));
+    EXPECT_THAT(completedByZsh({"convert", "--out=my"}), ElementsAre("files my"));
+    EXPECT_THAT(completedByZsh({"list", "missed", ""}), IsEmpty());
+}
+
+/// What fish offers for the end of `line`.
+std::vector<std::string> completedByFish(const std::string& line, const std::string& folder = ".") {
+    const std::string script =
+        "set PATH " COMMAND_FOLDER " $PATH; cd $argv[1]; source " COMPLETION ".fish; complete -C $argv[2]";
+    const Finished finished = runProgram({"fish", "--no-config", "-c", script, folder, line});
+    EXPECT_EQ(finished.err, "");
+    return linesOf(finished.out);
+}
+
+TEST(Completion, OffersTheSameInFish) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("notes", "");
+    const std::string place = path.substr(0, path.rfind('/'));
+    EXPECT_THAT(completedByFish("calljournal vi"), ElementsAre("viewed\tMark a missed entry as seen"));
+    EXPECT_THAT(completedByFish("calljournal list --format j"), ElementsAre("json"));
+    EXPECT_THAT(completedByFish("calljournal import --format=v"), ElementsAre("--format=vcard"));
+    EXPECT_THAT(completedByFish("calljournal import no", place), ElementsAre("notes"));
+    EXPECT_THAT(completedByFish("calljournal convert --out=no", place), ElementsAre("--out=notes"));
+    EXPECT_THAT(completedByFish("calljournal list missed "), IsEmpty());
 }
 
 }  // namespace

@@ -84,6 +84,17 @@ TEST_F(HostLog, KeepsATextOnItsLine) {
     EXPECT_EQ(written(), "[4] Journal Service CallItem:7 Eve\\n[4] forged\\r\\x1b[2J\\x7f\tJos\xC3\xA9\\n\n");
 }
 
+TEST_F(HostLog, HandsItsLinesToASink) {
+    static std::string handed;
+    calljournal::setLogLevel(6);
+    calljournal::setLogSink([](const std::string& line) { handed += line; });
+    logAppZel("Journal Service", "CallItem", 4, 7, "Eve\x1b\n");
+    calljournal::setLogSink(nullptr);
+    logAppZel("Journal Service", "CallItem", 4, 8, "again");
+    EXPECT_EQ(handed, "[4] Journal Service CallItem:7 Eve\\x1b\n");
+    EXPECT_EQ(written(), "[4] Journal Service CallItem:8 again\n");
+}
+
 TEST_F(HostLog, WritesAHugeTextWhole) {
     calljournal::setLogLevel(6);
     const std::string text(5000000, 'x');

@@ -1,0 +1,16 @@
+#ifndef CALLJOURNAL_ERRORMESSAGE_H
+#define CALLJOURNAL_ERRORMESSAGE_H
+
+#include <ostream>
+#include <string>
+
+namespace calljournal {
+
+/// Says on `err`, as the program, what went wrong.
+inline void printError(std::ostream& err, const std::string& sentence) {
+    err << "calljournal: " << sentence << '\n';
+}
+
+}  // namespace calljournal
+
+#endif
