@@ -16,10 +16,10 @@ using format::contactTexts;
 /// First name and last name, or the one that there is.
 std::string fullName(const Contact& contact);
 
-/// Tells whether two contacts have the same texts and the same default number.
+/// Returns whether two contacts have the same texts and the same default number.
 bool haveSameFields(const Contact& one, const Contact& other);
 
-/// Tells whether one of the contact's texts is `text`.
+/// Returns whether one of the contact's texts is `text`.
 bool holdsText(const Contact& contact, const std::string& text);
 
 }  // namespace calljournal

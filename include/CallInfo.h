@@ -20,7 +20,7 @@ public:
     /// All texts empty, all enumerations 0.
     CallInfo();
 
-    /// Tells whether all eleven members are equal. Texts are compared byte for byte.
+    /// Returns whether all eleven members are equal. Texts are compared byte for byte.
     virtual bool operator==(const CallInfo& other) const;
 
     /// Goes back to the state of a new object.

@@ -21,7 +21,7 @@ public:
     CallItem& operator=(CallItem&&) = default;
     virtual ~CallItem();
 
-    /// Tells whether entry id, surname and first name are equal byte for byte.
+    /// Returns whether entry id, surname and first name are equal byte for byte.
     virtual bool operator==(const CallItem& other) const;
 
     /// Empties the three texts.

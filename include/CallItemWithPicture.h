@@ -27,7 +27,7 @@ public:
     /// Empties all five texts.
     void reset() override;
 
-    /// Tells whether the items are equal as CallItem (through its virtual operator) and in unique id and picture clip.
+    /// Returns whether the items are equal as CallItem (through its virtual operator), in unique id and in picture.
     virtual bool operator==(const CallItemWithPicture& other) const;
 
     const std::string& getUniqueId() const;

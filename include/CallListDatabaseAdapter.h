@@ -36,7 +36,7 @@ public:
     /// Returns the service's reply to `request`, or "failed" without a service.
     std::string processRequest(const std::string& request);
 
-    /// Tells whether `reason` is exactly "delete_request".
+    /// Returns whether `reason` is exactly "delete_request".
     bool isDeleteRequest(const std::string& reason) const;
 
     /// Sends `entries`, ready-made `Entry` elements, with `reason` to the schema `schemaName` and returns the reply.
@@ -73,7 +73,7 @@ private:
     DataAccessServiceIfc* service_;
 };
 
-/// Tells whether `first` stands before `second`: its key is greater, bytes compared as unsigned. The key is the time
+/// Returns whether `first` comes before `second`: its key is greater, bytes compared as unsigned. The key is the time
 /// and date of the newest call, or the entry id of an item without calls. Equal keys are in no order.
 CALLJOURNAL_EXPORT bool isMissedCallOrdered(const MissedCallItem& first, const MissedCallItem& second);
 

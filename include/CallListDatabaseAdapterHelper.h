@@ -202,11 +202,10 @@ public:
     /// The same for a flag: true only for exactly "True".
     static const char* getXMLValue2(const char* cursor, const char* tag, bool& out);
 
-    /// Cuts the text from the first "<tag>" to the first "</tag>" out of `xml` and stores what stood between them in
-    /// `out`, not unescaped. Returns false and leaves both untouched if an end tag is missing or nothing stands
-    /// between. Positions are signed 32-bit numbers, and a missing begin tag is at -1: an end tag alone is then taken
-    /// from position length of "<tag>" on; `out` is what stands before it but for that length less one, and nothing is
-    /// cut off.
+    /// Cuts the text from the first "<tag>" to the first "</tag>" out of `xml` and stores what was between them in
+    /// `out`, not unescaped. Returns false and leaves both untouched if an end tag is missing or nothing is between.
+    /// Positions are signed 32-bit numbers, and a missing begin tag is at -1: an end tag alone is then taken from
+    /// position length of "<tag>" on; `out` is what is before it but for that length less one, and nothing is cut off.
     static bool getAndRemoveXMLValue(std::string& xml, const char* tag, std::string& out);
 
     /// Returns `msg` from "<Method>", included, up to "</Method>"; an empty text if either is missing.
@@ -283,10 +282,10 @@ public:
 
     // Notifications to observers of the journal. They carry no schema element and no reason.
 
-    /// Returns the message that tells the number of unviewed missed entries, in signed decimal.
+    /// Returns the message with the number of unviewed missed entries, in signed decimal.
     static std::string obsReqMissedCallsCountUpdate(unsigned int count);
 
-    /// Return the message that tells of one changed entry: its whole body, the id to delete unless that is empty (not
+    /// Return the message on one changed entry: its whole body, the id to delete unless that is empty (not
     /// escaped), and the action.
     static std::string obsReqMissedCallsUpdate(const MissedCallItem& item, std::string uniqueIdToDelete,
                                                JournalServiceObserverIfc::ActionType action);

@@ -8,7 +8,7 @@
 /// How long a call lasted; a part of call detail records. A plain value without a virtual destructor.
 class CALLJOURNAL_EXPORT Duration {
 public:
-    /// Tells whether both texts are equal byte for byte: "1:00" and "01:00" differ.
+    /// Returns whether both texts are equal byte for byte: "1:00" and "01:00" differ.
     virtual bool operator==(const Duration& other) const;
 
     /// Empties the text.

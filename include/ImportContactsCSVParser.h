@@ -59,17 +59,17 @@ public:
     /// Turns a later line, in `line`, into a contact; an Outlook record may take further lines from `file`.
     void lineContentParser();
 
-    /// Tells whether `headers` are the names of the Tamber layout in their order, byte for byte. Fills `columnMap`.
+    /// Returns whether `headers` are the names of the Tamber layout in their order, byte for byte. Fills `columnMap`.
     bool isValidTamberHeader(const std::vector<std::string>& headers);
 
-    /// Tells whether there are 92 `headers`, whatever their names, since they come in the user's language.
+    /// Returns whether there are 92 `headers`, whatever their names, since they come in the user's language.
     bool isValidOutlookHeader(const std::vector<std::string>& headers);
 
     /// Returns the longest prefix of `field` that takes at most 249 bytes once XML-escaped. The cut counts bytes and
     /// may split a UTF-8 character.
     std::string trimFieldLength(const std::string& field);
 
-    /// Tells whether the zero-terminated `text` is well-formed UTF-8 (RFC 3629): no overlong forms, no surrogates,
+    /// Returns whether the zero-terminated `text` is well-formed UTF-8 (RFC 3629): no overlong forms, no surrogates,
     /// nothing above U+10FFFF. A null pointer is valid.
     bool is_valid_utf8(const char* text) const;
 
@@ -82,13 +82,13 @@ public:
     /// Fills `c` from `tokens` by the layout found. Returns false, with a line in the log, if there is none.
     bool parseContact(Contact& c);
 
-    /// Tells whether all eleven texts that an import fills are empty.
+    /// Returns whether all eleven texts that an import fills are empty.
     bool isEmpty(const Contact& c);
 
     void parseTamberContactFields(Contact& c);
     void parseOutlookContactFields(Contact& c);
 
-    /// Tells whether this is the TQ2 hardware, which always dials the first business number.
+    /// Returns whether this is the TQ2 hardware, which always dials the first business number.
     bool isTQ2() const;
 
     /// Moves the default number of `c` into business1.

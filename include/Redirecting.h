@@ -15,7 +15,7 @@ public:
     /// Both texts empty, all enumerations 0.
     Redirecting();
 
-    /// Tells whether all six members are equal. Texts are compared byte for byte.
+    /// Returns whether all six members are equal. Texts are compared byte for byte.
     virtual bool operator==(const Redirecting& other) const;
 
     /// Goes back to the state of a new object.

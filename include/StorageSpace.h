@@ -5,7 +5,7 @@
 
 #include "CallJournalExport.h"
 
-/// Tells whether the user storage has room for importing the file `path`: more than 9999999 bytes beyond twice its
+/// Returns whether the user storage has room for importing the file `path`: more than 9999999 bytes beyond twice its
 /// size. The sum is done in unsigned 32-bit numbers and wraps: a file whose double exceeds the free space is let
 /// through.
 extern "C" CALLJOURNAL_EXPORT bool hasPhoneAvailableMemorySpace(const std::string& path);

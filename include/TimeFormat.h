@@ -10,7 +10,7 @@ public:
     /// The format 0.
     TimeFormat();
 
-    /// Tells whether both formats are equal.
+    /// Returns whether both formats are equal.
     virtual bool operator==(const TimeFormat& other) const;
 
     /// Goes back to the format 0.

@@ -21,14 +21,13 @@ namespace {
 constexpr char module[] = "CallListDatabaseAdapter";
 constexpr char source[] = "CallListDatabaseAdapter";
 
-/// The text by which an item is ordered. An item without calls has no time; its entry id stands in.
+/// The text by which an item is ordered. An item without calls has no time; its entry id is taken instead.
 const std::string& sortKey(const MissedCallItem& item) {
     const auto& calls = item.getMissedCallInfoList();
     return calls.empty() ? item.getEntryId() : calls.front().timeDate;
 }
 
-/// What tells keys apart: their first bytes, a whole time, as numbers. Where those of two keys differ, they are ordered
-/// as the keys are.
+/// The first bytes of a key, a whole time, as numbers. Where those of two keys differ, they are ordered as the keys are.
 struct KeyFront {
     std::uint64_t numbers[3];
 
@@ -78,7 +77,7 @@ void sortNewestFirst(std::deque<MissedCallItem>& list) {
     }
 }
 
-/// Logs the calls of one item of the walk, and tells whether the log wanted it.
+/// Logs the calls of one item of the walk, and returns whether the log wanted it.
 bool logCalls(const MissedCallItem& item) {
     if (!loggingOnAppZel(module, 5)) {
         return false;

@@ -10,14 +10,14 @@ namespace detail {
 
 namespace {
 
-/// Whether "name>" stands at `text`; never looks behind the terminator.
+/// Whether "name>" is at `text`; never looks behind the terminator.
 bool isNameAt(const char* text, std::string_view name) {
     // Most other names differ in their first letter already.
     return (name.empty() || *text == name.front()) && std::strncmp(text, name.data(), name.size()) == 0 &&
            text[name.size()] == '>';
 }
 
-/// Returns the next "<", or null. Often it stands right there.
+/// Returns the next "<", or null. Often it is right there.
 const char* findMarkup(const char* text) {
     return *text == '<' ? text : std::strchr(text, '<');
 }

@@ -44,7 +44,7 @@ void ImportContactsCSVParser::parseCSVTypeAndEraseFile(const std::string& fileNa
     try {
         parseCSVType(fileName);
     } catch (const std::exception&) {
-        // What failed was the log, while it was told of another failure.
+        // What failed was the log, while another failure was written to it.
         csvType = CSV_FILE_ERROR;
     }
     Storage::deleteFile_noEx(fileName);

@@ -25,7 +25,7 @@ std::string Contact::*memberOf(int code) {
     return &Contact::business1;
 }
 
-/// Where a column of the Outlook layout goes. Some only stand in for an earlier one that is empty.
+/// Where a column of the Outlook layout goes. Some are used only where an earlier one is empty.
 struct OutlookColumn {
     std::size_t index;
     std::string Contact::*member;

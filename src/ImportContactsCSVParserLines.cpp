@@ -109,7 +109,7 @@ private:
     char* end_ = nullptr;
 };
 
-/// Tells whether `piece`, which starts outside quotes, ends inside: each quote that is not escaped changes sides.
+/// Returns whether `piece`, which starts outside quotes, ends inside: each quote that is not escaped changes sides.
 bool endsInQuotes(const char* piece, const char* end) {
     bool inside = false;
     for (; piece != end; ++piece) {
@@ -231,7 +231,7 @@ private:
     bool inQuotes_ = false;   ///< Whether the text ends inside quotes.
 };
 
-/// Tells whether `line` stops where no field ends: behind a quote that has just opened one, or behind plain text.
+/// Returns whether `line` stops where no field ends: behind a quote that has just opened one, or behind plain text.
 bool stopsInsideField(const std::string& line) {
     const char last = line.back();
     if (last == '"') {
@@ -303,7 +303,7 @@ private:
     bool continuation_ = false;  ///< The last line that was joined left its field open.
 };
 
-/// Tells whether a DefaultDial column, blanks around it aside, is a number from 0 to 4.
+/// Returns whether a DefaultDial column, blanks around it aside, is a number from 0 to 4.
 bool isDefaultDial(const std::string& column) {
     const std::string text = ClientUtils::trim(column);
     if (!ClientUtils::isAllDigits(text)) {

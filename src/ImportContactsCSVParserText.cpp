@@ -12,7 +12,7 @@ constexpr unsigned char firstLead = 0x80;
 
 /// How UTF-8 writes the longer characters of one length.
 struct Form {
-    unsigned char leadMask;  ///< The bits of the lead byte that tell the length ...
+    unsigned char leadMask;  ///< The bits of the lead byte that give the length ...
     unsigned char leadBits;  ///< ... and their value.
     int followers;
     std::uint32_t lowest;  ///< The code points that need this length; a lower one would be overlong.

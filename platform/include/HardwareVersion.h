@@ -4,7 +4,7 @@
 /// Which phone this is.
 namespace HardwareVersion {
 
-/// Tells whether this is the NQ platform, whose phonebook holds 1000 contacts (100 elsewhere).
+/// Returns whether this is the NQ platform, whose phonebook holds 1000 contacts (100 elsewhere).
 bool is_NQ();
 
 /// Returns the variant of the hardware's sub-platform; 1 is TQ2.

@@ -7,7 +7,7 @@
 #define PLATFORMLOG_PRINTF(formatIndex, firstArgument)
 #endif
 
-/// Tells whether lines of `module` at `level` are wanted: asked before each line, so that an unwanted one costs
+/// Returns whether lines of `module` at `level` are wanted: asked before each line, so that an unwanted one costs
 /// nothing.
 bool loggingOnAppZel(const char* module, int level);
 

@@ -63,9 +63,9 @@ const Tag* takeBegin(Walk& walk, const ItemField<Base>& field) {
     return walk.takeBegin(field.writtenAs) ? &field.writtenAs : nullptr;
 }
 
-/// Takes the fields that stand at the walk, in the order of the table, and hands the raw text of each to `take` by its
-/// index. Returns false if a text stops before its end tag. A field that does not stand there counts as absent and
-/// empty, also where it stands under the name that only writing uses; that holds if nothing but expected tags follows.
+/// Takes the fields that are at the walk, in the order of the table, and hands the raw text of each to `take` by its
+/// index. Returns false if a text stops before its end tag. A field that is not there counts as absent and empty, also
+/// where it is there under the name that only writing uses; that holds if nothing but expected tags follows.
 template <class Walk, class Fields, class Take>
 bool takeFields(Walk& walk, const Fields& fields, Take take) {
     Walk here = walk;  // in registers, this loop being most of the work
@@ -128,7 +128,7 @@ void readCall(const char* xml, typename CallKind<Item>::Call& call) {
     }
 }
 
-/// Appends the call that stands at the walk, if it is just as it was written and without entities. An "Item" without
+/// Appends the call at the walk, if it is just as it was written and without entities. An "Item" without
 /// any text does not count.
 template <class Item>
 bool takeCall(PlainText& walk, CallsOf<Item>& calls) {
@@ -173,7 +173,7 @@ bool readCalls(const char* xml, const char* end, CallsOf<Item>& calls) {
     while (takeCall<Item>(walk, calls)) {
         rest = walk.at();
     }
-    // No end tag can stand among the calls that were taken.
+    // No end tag can be among the calls that were taken.
     const char* const close = findClose(rest, logListTag);
     if (close == nullptr) {
         calls.clear();
@@ -235,7 +235,7 @@ void readItem(const char* xml, Item& item) {
     CallsOf<Item> calls;
     const bool isAsWritten = readCalls<Item>(isWalked ? walk.at() : findAll(), end, calls);
     if (isWalked && !isAsWritten) {
-        // A field that did not stand in its place may stand somewhere behind.
+        // A field that was not in its place may be somewhere behind.
         findAll();
     }
     party.assignTo(static_cast<CallItemWithPicture&>(item));

@@ -42,13 +42,13 @@ const char* findBegin(const char* text, std::string_view tag);
 const char* findClose(const char* text, std::string_view tag);
 
 /// Searches the zero-terminated text at `cursor` for the first "<tag>" and the first "</tag>" behind it. `next` is the
-/// place behind the element if it stands right at `cursor`, and `cursor` otherwise, so that an element that was skipped
+/// place behind the element if it is right at `cursor`, and `cursor` otherwise, so that an element that was skipped
 /// can still be found.
 FoundElement findElement(const char* cursor, std::string_view tag);
 
 /// A walk over an entry or a call that may be just as it was written: one element behind the other in the order of the
 /// table, each text without markup. Every "<" that the walk has passed was then a tag that it expected, so no other
-/// element can have stood there, and nothing needs to be searched for. A text ends at the first of `stops`.
+/// element can have been there, and nothing needs to be searched for. A text ends at the first of `stops`.
 template <char... stops>
 class Walk {
 public:
@@ -83,7 +83,7 @@ private:
     const char* end_;
 };
 
-/// Texts with entities are taken as they stand ...
+/// Texts with entities are taken as they are ...
 using WrittenText = Walk<'<'>;
 
 /// ... or stop the walk.

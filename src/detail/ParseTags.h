@@ -41,7 +41,7 @@ constexpr std::size_t parseTagCount = countParseTagNumbers();
 constexpr std::size_t parseTagSlotCount = 128;  // a power of two, more than twice the number of names
 constexpr unsigned char freeParseTagSlot = 255;
 
-/// Three letters and the length tell the names apart but for two pairs; looking at all of them would cost more.
+/// Three letters and the length distinguish the names but for two pairs; looking at all of them would cost more.
 constexpr std::size_t parseTagSlot(std::string_view name) {
     if (name.empty()) {
         return 0;
