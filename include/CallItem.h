@@ -5,6 +5,13 @@
 
 #include "CallJournalExport.h"
 
+namespace calljournal {
+namespace detail {
+template <class Item>
+struct OwnMembers;
+}
+}  // namespace calljournal
+
 /// What every entry of a call list has: its id and the name of the remote party.
 ///
 /// A plain value: copies are deep, getters return references that live as long as the item. Texts are UTF-8 and stored
@@ -37,6 +44,8 @@ public:
     void setFirstname(const std::string& name);
 
 private:
+    friend struct calljournal::detail::OwnMembers<CallItem>;
+
     std::string entryId_;
     std::string surname_;
     std::string firstname_;

@@ -6,13 +6,6 @@
 #include "CallItem.h"
 #include "CallJournalExport.h"
 
-namespace calljournal {
-namespace detail {
-template <class Item>
-struct OwnMembers;
-}
-}  // namespace calljournal
-
 /// A call list entry as the data access service keeps it: with the service's id and a picture of the party.
 class CALLJOURNAL_EXPORT CallItemWithPicture : public CallItem {
 public:

@@ -193,10 +193,10 @@ public:
     /// front.
     static void addXMLHeaderFooter(std::string& msg, const std::string& schemaName);
 
-    /// Stores the text of the first element `tag` at or behind `cursor` in `out`, unescaped by the platform, and returns
-    /// the place behind it if it was right at `cursor`; otherwise, and if there is none (`out` is then empty), returns
-    /// `cursor`. Called for one element after the other in the order written, it reads in one pass and still finds
-    /// elements out of order.
+    /// Stores the text of the first element `tag` at or behind `cursor` in `out`, unescaped by the platform, and
+    /// returns the place behind it if it was right at `cursor`; otherwise, and if there is none (`out` is then empty),
+    /// returns `cursor`. Called for one element after the other in the order written, it reads in one pass and still
+    /// finds elements out of order.
     static const char* getXMLValue2(const char* cursor, const char* tag, std::string& out);
 
     /// The same for a flag: true only for exactly "True".

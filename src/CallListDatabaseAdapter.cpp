@@ -27,7 +27,7 @@ const std::string& sortKey(const MissedCallItem& item) {
     return calls.empty() ? item.getEntryId() : calls.front().timeDate;
 }
 
-/// The first bytes of a key, a whole time, as numbers. Where those of two keys differ, they are ordered as the keys are.
+/// The first bytes of a key, a whole time, as numbers: where those of two keys differ, they are ordered as the keys.
 struct KeyFront {
     std::uint64_t numbers[3];
 

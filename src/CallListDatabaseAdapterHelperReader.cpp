@@ -181,12 +181,12 @@ CALLJOURNAL_APART void takeEntryText(Parser& parser, std::string_view value) {
             break;
         case Data::TAG_SURNAME:
             if (entry.getSurname().empty()) {
-                entry.setSurname(ClientUtils::unescapeXMLString(std::string(value)));
+                entry.*detail::OwnMembers<CallItem>::surname = ClientUtils::unescapeXMLString(std::string(value));
             }
             break;
         case Data::TAG_FIRSTNAME:
             if (entry.getFirstname().empty()) {
-                entry.setFirstname(ClientUtils::unescapeXMLString(std::string(value)));
+                entry.*detail::OwnMembers<CallItem>::firstname = ClientUtils::unescapeXMLString(std::string(value));
             }
             break;
         case Data::TAG_PICTURE_CLIP:

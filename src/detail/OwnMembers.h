@@ -14,6 +14,12 @@ template <class Item>
 struct OwnMembers;
 
 template <>
+struct OwnMembers<CallItem> {
+    static constexpr auto surname = &CallItem::surname_;
+    static constexpr auto firstname = &CallItem::firstname_;
+};
+
+template <>
 struct OwnMembers<CallItemWithPicture> {
     static constexpr auto pictureClip = &CallItemWithPicture::pictureClip_;
 };
