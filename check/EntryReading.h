@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "EntryValues.h"
 #include "Message.h"
 
 namespace calljournal {

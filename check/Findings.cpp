@@ -6,10 +6,10 @@ namespace calljournal {
 
 Findings::Findings(const Outline& outline) : outline_(outline) {
     for (const SyntaxError& error : outline.syntaxErrors) {
-        errorsOf_[error.element].errors.push_back(&error);
+        errorsOf_[error.element].push_back(&error);
     }
-    for (auto& [element, found] : errorsOf_) {
-        std::stable_sort(found.errors.begin(), found.errors.end(),
+    for (auto& [element, errors] : errorsOf_) {
+        std::stable_sort(errors.begin(), errors.end(),
                          [](const SyntaxError* a, const SyntaxError* b) { return a->at < b->at; });
     }
 }
@@ -53,29 +53,15 @@ bool Findings::hasSyntaxError(std::size_t element, std::size_t begin, std::size_
     if (found == errorsOf_.end()) {
         return false;
     }
-    const std::vector<const SyntaxError*>& errors = found->second.errors;
+    const std::vector<const SyntaxError*>& errors = found->second;
     const auto error = std::lower_bound(errors.begin(), errors.end(), begin,
                                         [](const SyntaxError* one, std::size_t at) { return one->at < at; });
     return error != errors.end() && (*error)->at < end;
 }
 
 std::vector<const SyntaxError*> Findings::takeSyntaxErrors(std::size_t element) {
-    const auto found = errorsOf_.find(element);
-    if (found == errorsOf_.end()) {
-        return {};
-    }
-    found->second.isTaken = true;
-    return found->second.errors;
-}
-
-std::vector<const SyntaxError*> Findings::remainingSyntaxErrors() const {
-    std::vector<const SyntaxError*> remaining;
-    for (const SyntaxError& error : outline_.syntaxErrors) {
-        if (!errorsOf_.at(error.element).isTaken) {
-            remaining.push_back(&error);
-        }
-    }
-    return remaining;
+    const auto found = errorsOf_.extract(element);
+    return found.empty() ? std::vector<const SyntaxError*>() : found.mapped();
 }
 
 std::vector<Finding> Findings::takeInOrder() {

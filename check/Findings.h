@@ -27,27 +27,21 @@ public:
     /// A syntax error in such a text reports it already. Returns whether anything was reported.
     bool reportLooseText(Place place, std::size_t element);
 
-    /// Returns the syntax errors inside `element`, in the order of the text, and leaves them to the caller.
-    std::vector<const SyntaxError*> takeSyntaxErrors(std::size_t element);
+    /// The syntax errors that nobody took, by the element that they are in; each list in the order of the text.
+    const std::map<std::size_t, std::vector<const SyntaxError*>>& syntaxErrors() const { return errorsOf_; }
 
-    /// Returns the syntax errors that nobody took.
-    std::vector<const SyntaxError*> remainingSyntaxErrors() const;
+    std::vector<const SyntaxError*> takeSyntaxErrors(std::size_t element);
 
     /// Returns all, in the order of the text, and keeps none.
     std::vector<Finding> takeInOrder();
 
 private:
-    struct ErrorsOfElement {
-        std::vector<const SyntaxError*> errors;
-        bool isTaken = false;
-    };
-
     Finding& add(Finding finding);
     bool hasSyntaxError(std::size_t element, std::size_t begin, std::size_t end) const;
 
     const Outline& outline_;
     std::vector<Finding> all_;
-    std::map<std::size_t, ErrorsOfElement> errorsOf_;
+    std::map<std::size_t, std::vector<const SyntaxError*>> errorsOf_;
 };
 
 }  // namespace calljournal

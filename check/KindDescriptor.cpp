@@ -33,11 +33,43 @@ FieldDescriptor describe(const format::ItemField<Party>& field) {
                : FieldDescriptor{field.writtenAs, field.readAs, ValueType::text, {}, text->form, itemTextUnescapes, 0};
 }
 
+std::string valueText(const std::string& value) {
+    return value;
+}
+
+template <class Value>
+std::string valueText(Value value) {
+    return std::string(std::string_view(format::wordOf(value)));
+}
+
+/// The values of an item of one kind of call.
+template <class Item>
+EntryValues valuesOfItem(const Item& item) {
+    using Kind = format::CallKind<Item>;
+    EntryValues values;
+    const CallItemWithPicture& party = item;
+    const auto add = [&](const auto& base, const auto& fields) {
+        for (const auto& field : fields) {
+            std::visit([&](const auto& access) { values.fields.push_back(valueText(std::invoke(access.get, base))); },
+                       field.access);
+        }
+    };
+    add(party, format::partyFields);
+    add(item, Kind::itemFields);
+    for (const auto& call : std::invoke(Kind::calls, item)) {
+        values.calls.emplace_back();
+        for (const auto& field : Kind::callFields) {
+            std::visit([&](auto member) { values.calls.back().push_back(valueText(call.*member)); }, field.member);
+        }
+    }
+    return values;
+}
+
 template <class Item>
 EntryValues decodeItem(const char* body) {
     Item item;
     KindInterface<Item>::decode(body, item);
-    return valuesOf(item);
+    return valuesOfItem(item);
 }
 
 template <class Item>
@@ -113,6 +145,10 @@ const KindDescriptor* findKind(Is is) {
 const std::vector<KindDescriptor>& kindDescriptors() {
     static const std::vector<KindDescriptor> descriptors = makeDescriptors();
     return descriptors;
+}
+
+EntryValues valuesOf(const MissedCallItem& item) {
+    return valuesOfItem(item);
 }
 
 const KindDescriptor* kindNamed(std::string_view name) {

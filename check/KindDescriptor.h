@@ -2,10 +2,12 @@
 #define CALLJOURNAL_KINDDESCRIPTOR_H
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
-#include "EntryValues.h"
+#include "CallKinds.h"
+#include "Words.h"
 
 namespace calljournal {
 
@@ -23,6 +25,12 @@ struct FieldDescriptor {
 
     bool isAlwaysWritten() const { return type != ValueType::text; }
     bool isNamed(std::string_view name) const { return writtenAs == name || readAs == name; }
+};
+
+/// What a reader made of an entry: texts, "True" or "False", and the word of each value.
+struct EntryValues {
+    std::vector<std::string> fields;              ///< In the order of KindDescriptor::fields.
+    std::vector<std::vector<std::string>> calls;  ///< Each in the order of KindDescriptor::callFields.
 };
 
 /// One kind of entry: its table in the data access service, its elements and its decoder.
@@ -44,6 +52,8 @@ const std::vector<KindDescriptor>& kindDescriptors();
 const KindDescriptor* kindNamed(std::string_view name);
 const KindDescriptor* kindOfSchema(std::string_view schema);
 const KindDescriptor* kindOfMethod(std::string_view method);
+
+EntryValues valuesOf(const MissedCallItem& item);
 
 }  // namespace calljournal
 

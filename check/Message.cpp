@@ -17,20 +17,16 @@ constexpr std::string_view listSchemas[] = {"", text::DAS_CALLLOG, text::DAS_CAL
                                             text::DAS_CONVERSATIONS};
 
 /// The names of the elements of an entry and of its calls.
-std::set<std::string_view> namesIn(const Outline& outline, const std::vector<std::size_t>& elements) {
+std::set<std::string_view> namesIn(const Outline& outline, std::vector<std::size_t> elements) {
     std::set<std::string_view> names;
-    const auto add = [&](const std::vector<std::size_t>& from, const auto& inside) {
-        for (const std::size_t element : from) {
-            const std::string_view name = outline.elements[element].name;
-            if (name == text::LOGLIST || name == text::ITEM) {
-                inside(outline.elements[element].children);
-            } else {
-                names.insert(name);
-            }
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        const Element& element = outline.elements[elements[i]];
+        if (element.name == text::LOGLIST || element.name == text::ITEM) {
+            elements.insert(elements.end(), element.children.begin(), element.children.end());
+        } else {
+            names.insert(element.name);
         }
-    };
-    const auto nothing = [](const std::vector<std::size_t>&) {};
-    add(elements, [&](const auto& items) { add(items, [&](const auto& fields) { add(fields, nothing); }); });
+    }
     return names;
 }
 
@@ -134,7 +130,9 @@ private:
         for (const std::size_t element : elements) {
             const Element& entry = message_.outline.elements[element];
             if (entry.name == text::ENTRY) {
-                message_.entries.push_back({element, entry.children, entry.textBegin, entry.textEnd});
+                const Place place{entry.begin, message_.entries.size() + 1,
+                                  message_.textOf(entry.children, text::UNIQUEID)};
+                message_.entries.push_back({place, element, entry.children, entry.textBegin, entry.textEnd});
             }
         }
     }
@@ -147,7 +145,8 @@ private:
         if (message_.kind == nullptr) {
             return;
         }
-        MessageEntry entry{noElement, {}, outline.elements[method].end, outline.text.size()};
+        const std::size_t begin = outline.elements[method].end;
+        MessageEntry entry{{begin}, noElement, {}, begin, outline.text.size()};
         for (const std::size_t element : outline.top) {
             if (!isOneOf(outline.elements[element].name, {text::METHOD, text::UNIQUEIDTODELETE, text::ACTIONTYPE})) {
                 entry.elements.push_back(element);
@@ -160,28 +159,18 @@ private:
         const Outline& outline = message_.outline;
         message_.type = MessageType::entries;
         message_.kind = kindOf(outline.top);
-        message_.entries.push_back({noElement, outline.top, outline.begin, outline.text.size()});
+        message_.entries.push_back({{outline.begin}, noElement, outline.top, outline.begin, outline.text.size()});
     }
 
     std::string_view kindName_;
     Message message_;
 };
 
-std::string countedEntries(const Message& message) {
-    const std::size_t count = message.entries.size();
-    return std::to_string(count) + (count == 1 ? " entry" : " entries");
-}
-
-std::string requestTitle(const Message& message, const std::string& kind) {
-    const std::string_view reason =
-        message.textOf(message.outline.elements[message.schema].children, text::REASONFORMESSAGE);
-    if (reason == text::READREQUEST) {
-        return "read request, " + kind;
-    }
-    const std::string what = reason == text::WRITEREQUEST    ? "write request, "
-                             : reason == text::DELETEREQUEST ? "delete request, "
-                                                             : "request, ";
-    return what + kind + ", " + countedEntries(message);
+std::string requestTitle(std::string_view reason) {
+    return reason == text::READREQUEST     ? "read request, "
+           : reason == text::WRITEREQUEST  ? "write request, "
+           : reason == text::DELETEREQUEST ? "delete request, "
+                                           : "request, ";
 }
 
 }  // namespace
@@ -196,20 +185,24 @@ Message messageOf(std::string_view text, std::string_view kindName) {
 }
 
 std::string titleOf(const Message& message, ShowValue show) {
+    const bool hasSchema = message.type == MessageType::request || message.type == MessageType::reply;
     const bool isOwnSchema = message.kind != nullptr && message.kind->schema == message.schemaName;
-    const std::string kind =
-        message.type == MessageType::entries || message.type == MessageType::notification || isOwnSchema
-            ? std::string(message.kind == nullptr ? "" : message.kind->name)
-            : "schema \"" + show(message.schemaName, ValueUse::text) + '"';
+    const std::string kind = hasSchema && !isOwnSchema ? "schema \"" + show(message.schemaName, ValueUse::text) + '"'
+                                                       : std::string(message.kind == nullptr ? "" : message.kind->name);
+    const std::size_t count = message.entries.size();
+    const std::string entries = std::to_string(count) + (count == 1 ? " entry" : " entries");
     switch (message.type) {
-        case MessageType::request:
-            return requestTitle(message, kind);
+        case MessageType::request: {
+            const std::string_view reason =
+                message.textOf(message.outline.elements[message.schema].children, text::REASONFORMESSAGE);
+            return requestTitle(reason) + kind + (reason == text::READREQUEST ? "" : ", " + entries);
+        }
         case MessageType::reply:
-            return "reply, " + kind + ", " + countedEntries(message);
+            return "reply, " + kind + ", " + entries;
         case MessageType::notification:
             return kind.empty() ? "notification" : "notification, " + kind;
         case MessageType::entries:
-            return countedEntries(message) + ", " + kind;
+            return entries + ", " + kind;
         case MessageType::unknown:
             break;
     }

@@ -21,42 +21,10 @@ bool isSignedNumber(std::string_view text) {
     return !digits.empty() && digits.size() <= 10 && digits.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// For each element the place that people know it by.
-class Places {
-public:
-    explicit Places(const Message& message) : entryOf_(message.outline.elements.size(), noElement) {
-        for (const MessageEntry& entry : message.entries) {
-            if (entry.element == noElement) {
-                places_.push_back({entry.begin});
-            } else {
-                entryOf_[entry.element] = places_.size();
-                places_.push_back({message.outline.elements[entry.element].begin, places_.size() + 1,
-                                   message.textOf(entry.elements, text::UNIQUEID)});
-            }
-        }
-        for (std::size_t i = 0; i < entryOf_.size(); ++i) {
-            const std::size_t parent = message.outline.elements[i].parent;
-            if (entryOf_[i] == noElement && parent != noElement) {
-                entryOf_[i] = entryOf_[parent];
-            }
-        }
-    }
-
-    const Place& ofEntry(std::size_t index) const { return places_[index]; }
-
-    Place ofElement(std::size_t element) const {
-        return element == noElement || entryOf_[element] == noElement ? Place() : places_[entryOf_[element]];
-    }
-
-private:
-    std::vector<std::size_t> entryOf_;  ///< Of each element.
-    std::vector<Place> places_;         ///< Of each entry.
-};
-
 class MessageCheck {
 public:
     explicit MessageCheck(const Message& message)
-        : message_(message), outline_(message.outline), findings_(message.outline), places_(message) {}
+        : message_(message), outline_(message.outline), findings_(message.outline) {}
 
     std::vector<Finding> run() {
         switch (message_.type) {
@@ -79,8 +47,10 @@ public:
                                                         : FindingKind::unknownText);
                 break;
         }
-        for (const SyntaxError* error : findings_.remainingSyntaxErrors()) {
-            findings_.report(places_.ofElement(error->element), *error);
+        for (const auto& [element, errors] : findings_.syntaxErrors()) {
+            for (const SyntaxError* error : errors) {
+                findings_.report(placeOf(element), *error);
+            }
         }
         return findings_.takeInOrder();
     }
@@ -89,6 +59,15 @@ private:
     template <class... Values>
     void report(std::size_t at, FindingKind kind, const Values&... values) {
         findings_.report({at}, kind, values...);
+    }
+
+    /// The place of the entry that `element` is or is inside of.
+    Place placeOf(std::size_t element) const {
+        const auto isBefore = [](std::size_t one, const MessageEntry& entry) { return one < entry.element; };
+        const auto behind = std::upper_bound(message_.entries.begin(), message_.entries.end(), element, isBefore);
+        const bool isInside = element != noElement && behind != message_.entries.begin() &&
+                              outline_.elements[element].begin < outline_.elements[std::prev(behind)->element].end;
+        return isInside ? std::prev(behind)->place : Place();
     }
 
     /// Reports an element where nobody looks for it.
@@ -265,30 +244,30 @@ private:
                            [&](const MessageEntry& entry) { return message_.isClosed(entry) ? &*next++ : nullptr; });
         } else {
             const bool hasPlace = !message_.entries.empty() && message_.entries.front().element != noElement;
-            report(hasPlace ? places_.ofEntry(0).at : outline_.begin, FindingKind::tornEntries, std::to_string(closed),
-                   std::to_string(read.size()));
+            report(hasPlace ? message_.entries.front().place.at : outline_.begin, FindingKind::tornEntries,
+                   std::to_string(closed), std::to_string(read.size()));
         }
         for (std::size_t i = 0; i < readOf.size(); ++i) {
-            checkOne(message_.entries[i], places_.ofEntry(i), readOf[i]);
+            checkOne(message_.entries[i], readOf[i]);
         }
     }
 
     /// `read` is null if it is not known what was read of the entry.
-    void checkOne(const MessageEntry& entry, const Place& place, const ReadEntry* read) {
+    void checkOne(const MessageEntry& entry, const ReadEntry* read) {
         const EntryValues* const values = read != nullptr && read->values.has_value() ? &*read->values : nullptr;
         if (read != nullptr && values == nullptr) {
-            reportDropped(place, read->callLogType);
+            reportDropped(entry.place, read->callLogType);
         }
         if (values != nullptr && message_.reader == Reader::missedList && values->calls.empty()) {
-            findings_.report(place, FindingKind::entryWithoutCalls);
+            findings_.report(entry.place, FindingKind::entryWithoutCalls);
         }
         if (entry.element != noElement) {
-            findings_.reportLooseText(place, entry.element);
+            findings_.reportLooseText(entry.place, entry.element);
         }
-        checkEntry(
-            outline_,
-            {*message_.kind, message_.reader, entry.elements, place, values, message_.type == MessageType::request},
-            findings_);
+        checkEntry(outline_,
+                   {*message_.kind, message_.reader, entry.elements, entry.place, values,
+                    message_.type == MessageType::request},
+                   findings_);
     }
 
     void reportDropped(const Place& place, const std::string& category) {
@@ -302,7 +281,6 @@ private:
     const Message& message_;
     const Outline& outline_;
     Findings findings_;
-    Places places_;
 };
 
 }  // namespace

@@ -37,97 +37,77 @@ std::size_t entityLength(std::string_view text, std::size_t at) {
     return end != std::string_view::npos && end > begin && text[end] == ';' ? end + 1 - at : 0;
 }
 
-bool isBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
 /// One tag of a text.
 struct Tag {
     std::string_view name;
     std::string_view attribute;
-    std::size_t end = 0;  ///< Behind the ">".
+    std::size_t length = 0;
     bool isEnd = false;
     bool isEmpty = false;  ///< "<Name/>"
     bool isPlain = true;   ///< Nothing but its name between the brackets.
 };
 
-/// Reads one tag.
+/// Reads the tag that a text begins with.
 class TagReader {
 public:
-    TagReader(std::string_view text, std::size_t at) : text_(text), at_(at) {}
+    explicit TagReader(std::string_view text) : rest_(text) {}
 
     /// False if there is no tag; what may be its name is in `tag` then, too.
     bool read(Tag& tag) {
-        tag.isEnd = text_.substr(at_, 2) == "</";
-        at_ += tag.isEnd ? 2 : 1;
+        const std::size_t size = rest_.size();
+        tag.isEnd = rest_.substr(0, 2) == "</";
+        rest_.remove_prefix(tag.isEnd ? 2 : 1);
         tag.name = takeName();
-        tag.isPlain = at_ < text_.size() && text_[at_] == '>';
-        if (tag.name.empty() || (!tag.isEnd && !takeAttributes(tag))) {
+        tag.isPlain = rest_.substr(0, 1) == ">";
+        if (tag.name.empty() || (!tag.isEnd && !takeAttributes(tag.attribute))) {
             return false;
         }
-        if (!tag.isEnd && at_ < text_.size() && text_[at_] == '/') {
-            tag.isEmpty = true;
-            ++at_;
-        }
+        tag.isEmpty = !tag.isEnd && take('/');
         skipBlanks();
-        tag.end = at_ + 1;
-        return at_ < text_.size() && text_[at_] == '>';
+        const bool isWhole = take('>');
+        tag.length = size - rest_.size();
+        return isWhole;
     }
 
 private:
+    bool take(char c) {
+        const bool isThere = !rest_.empty() && rest_.front() == c;
+        rest_.remove_prefix(isThere ? 1 : 0);
+        return isThere;
+    }
+
+    bool skipBlanks() {
+        const std::size_t count = std::min(rest_.find_first_not_of(" \t\n\r"), rest_.size());
+        rest_.remove_prefix(count);
+        return count > 0;
+    }
+
     std::string_view takeName() {
-        const std::size_t begin = at_;
-        while (at_ < text_.size() && (at_ == begin ? isNameStart(text_[at_]) : isNamePart(text_[at_]))) {
-            ++at_;
-        }
-        return text_.substr(begin, at_ - begin);
+        const bool isThere = !rest_.empty() && isNameStart(rest_.front());
+        const auto* const end = isThere ? std::find_if_not(rest_.begin(), rest_.end(), isNamePart) : rest_.begin();
+        const std::string_view name = rest_.substr(0, static_cast<std::size_t>(end - rest_.begin()));
+        rest_.remove_prefix(name.size());
+        return name;
     }
 
-    void skipBlanks() {
-        while (at_ < text_.size() && isBlank(text_[at_])) {
-            ++at_;
-        }
-    }
-
-    /// False if what follows the name is neither attributes nor the end of the tag.
-    bool takeAttributes(Tag& tag) {
-        bool isFirst = true;
-        while (at_ < text_.size() && isBlank(text_[at_])) {
+    /// False if what follows the name is neither attributes nor the end of the tag. `value` is that of the first.
+    bool takeAttributes(std::string_view& value) {
+        while (skipBlanks() && !takeName().empty()) {
             skipBlanks();
-            if (takeName().empty()) {
-                break;
-            }
-            std::string_view value;
-            if (!takeValue(value)) {
+            const bool hasValue = take('=');
+            skipBlanks();
+            const char quote = rest_.empty() ? ' ' : rest_.front();
+            const std::size_t end = rest_.find_first_of(quote == '"' ? "\"<" : "'<", 1);
+            if (!hasValue || (quote != '"' && quote != '\'') || end == std::string_view::npos || rest_[end] != quote) {
                 return false;
             }
-            tag.attribute = isFirst ? value : tag.attribute;
-            isFirst = false;
+            value = value.data() == nullptr ? rest_.substr(1, end - 1) : value;
+            rest_.remove_prefix(end + 1);
         }
         return true;
     }
 
-    bool takeValue(std::string_view& value) {
-        skipBlanks();
-        if (at_ >= text_.size() || text_[at_] != '=') {
-            return false;
-        }
-        ++at_;
-        skipBlanks();
-        if (at_ >= text_.size() || (text_[at_] != '"' && text_[at_] != '\'')) {
-            return false;
-        }
-        const std::size_t end = text_.find_first_of(text_[at_] == '"' ? "\"<" : "'<", at_ + 1);
-        if (end == std::string_view::npos || text_[end] == '<') {
-            return false;
-        }
-        value = text_.substr(at_ + 1, end - at_ - 1);
-        at_ = end + 1;
-        return true;
-    }
-
-    std::string_view text_;
-    std::size_t at_;
+    std::string_view rest_;
 };
 
 /// One walk over a text that keeps the open elements.
@@ -168,7 +148,7 @@ private:
 
     void takeTag() {
         Tag tag;
-        if (!TagReader(outline_.text, at_).read(tag)) {
+        if (!TagReader(outline_.text.substr(at_)).read(tag)) {
             const std::size_t from = at_ + (tag.isEnd ? 2 : 1);
             const bool isCut = outline_.text.find_first_of("<>", from) == std::string_view::npos;
             error(isCut ? FindingKind::cutTag : FindingKind::rawLessThan, tag.name);
@@ -183,13 +163,21 @@ private:
         } else {
             open(tag);
         }
-        at_ = tag.end;
+        at_ += tag.length;
     }
 
     void open(const Tag& tag) {
         const std::size_t index = outline_.elements.size();
         const std::size_t parent = open_.empty() ? noElement : open_.back();
-        outline_.elements.push_back({tag.name, tag.attribute, at_, tag.end, tag.end, tag.end, parent, {}, tag.isEmpty});
+        outline_.elements.push_back({tag.name,
+                                     tag.attribute,
+                                     at_,
+                                     at_ + tag.length,
+                                     at_ + tag.length,
+                                     at_ + tag.length,
+                                     parent,
+                                     {},
+                                     tag.isEmpty});
         (parent == noElement ? outline_.top : outline_.elements[parent].children).push_back(index);
         if (!tag.isEmpty) {
             open_.push_back(index);
@@ -210,7 +198,7 @@ private:
         closeDownTo(depth, at_);
         Element& element = outline_.elements[open_.back()];
         element.textEnd = at_;
-        element.end = tag.end;
+        element.end = at_ + tag.length;
         element.isClosed = true;
         pop();
     }

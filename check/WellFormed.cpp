@@ -6,31 +6,19 @@ namespace calljournal {
 
 namespace {
 
-Finding findingAt(std::size_t at, FindingKind kind, std::vector<std::string> values = {}) {
-    return {kind, {at}, std::move(values)};
-}
-
 /// A `<` that begins no whole tag, with the name that follows it.
-Finding brokenTag(const Outline& outline, const SyntaxError& error) {
-    if (error.what.empty()) {
-        return findingAt(error.at, FindingKind::noTag);
-    }
-    const bool isCutInName = error.what.data() + error.what.size() == outline.text.data() + outline.text.size();
-    return isCutInName ? findingAt(error.at, FindingKind::unendedTag)
-                       : findingAt(error.at, FindingKind::noPlainTag, {std::string(error.what)});
+FindingKind kindOfBrokenTag(const Outline& outline, std::string_view name) {
+    const bool isCutInName = name.data() + name.size() == outline.text.data() + outline.text.size();
+    return name.empty() ? FindingKind::noTag : isCutInName ? FindingKind::unendedTag : FindingKind::noPlainTag;
 }
 
-/// An element that the end of the text leaves open, or the end tag of one around it.
-Finding unclosed(const Outline& outline, const SyntaxError& error) {
+/// The element around `error` whose end tag left it open; noElement if the end of the text did.
+std::size_t closedAround(const Outline& outline, const SyntaxError& error) {
     std::size_t around = error.element;
     while (around != noElement && !outline.elements[around].isClosed) {
         around = outline.elements[around].parent;
     }
-    if (around == noElement) {
-        return findingAt(error.at, error.kind, {std::string(error.what)});
-    }
-    const Element& closed = outline.elements[around];
-    return findingAt(closed.textEnd, FindingKind::wrongEndTag, {std::string(closed.name), std::string(error.what)});
+    return around;
 }
 
 }  // namespace
@@ -38,32 +26,29 @@ Finding unclosed(const Outline& outline, const SyntaxError& error) {
 std::optional<Finding> findDefect(std::string_view body) {
     const Outline outline = outlineOf(body);
     if (outline.begin > 0) {
-        return findingAt(0, FindingKind::noTag);  // An XML declaration is none of the elements.
+        return Finding{FindingKind::noTag, {0}, {}};  // An XML declaration is no element.
     }
     if (outline.syntaxErrors.empty()) {
         return std::nullopt;
     }
     const SyntaxError& first = outline.syntaxErrors.front();
-    const std::string what(first.what);
-    switch (first.kind) {
-        case FindingKind::rawAmpersand:
-            return findingAt(first.at, FindingKind::noEntity);
-        case FindingKind::forbiddenByte:
-            return findingAt(first.at, FindingKind::disallowedByte, {what});
-        case FindingKind::attributes:
-            return findingAt(first.at, FindingKind::noPlainTag, {what});
-        case FindingKind::strayEndTag:
-            return first.element == noElement ? findingAt(first.at, first.kind, {what})
-                                              : findingAt(first.at, FindingKind::wrongEndTag,
-                                                          {what, std::string(outline.elements[first.element].name)});
-        case FindingKind::unclosedElement:
-            return unclosed(outline, first);
-        case FindingKind::rawLessThan:
-        case FindingKind::cutTag:
-            return brokenTag(outline, first);
-        default:
-            return findingAt(first.at, first.kind, {what});
+    Finding defect{first.kind, {first.at}, {std::string(first.what)}};
+    if (first.kind == FindingKind::rawAmpersand) {
+        defect.kind = FindingKind::noEntity;
+    } else if (first.kind == FindingKind::forbiddenByte) {
+        defect.kind = FindingKind::disallowedByte;
+    } else if (first.kind == FindingKind::attributes) {
+        defect.kind = FindingKind::noPlainTag;
+    } else if (first.kind == FindingKind::rawLessThan || first.kind == FindingKind::cutTag) {
+        defect.kind = kindOfBrokenTag(outline, first.what);
+    } else if (first.kind == FindingKind::strayEndTag && first.element != noElement) {
+        defect.kind = FindingKind::wrongEndTag;
+        defect.values.emplace_back(outline.elements[first.element].name);
+    } else if (first.kind == FindingKind::unclosedElement && closedAround(outline, first) != noElement) {
+        const Element& closed = outline.elements[closedAround(outline, first)];
+        defect = {FindingKind::wrongEndTag, {closed.textEnd}, {std::string(closed.name), std::string(first.what)}};
     }
+    return defect;
 }
 
 }  // namespace calljournal
