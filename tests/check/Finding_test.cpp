@@ -14,7 +14,7 @@ std::string marked(std::string_view value, ValueUse use) {
 }
 
 TEST(Finding, LeavesItToTheFrontEndHowAValueIsShown) {
-    const Finding finding{FindingKind::noFlag, {7, 2, "1\n", 3, 0, "Viewed"}, {"\x1b", "False"}};
+    const Finding finding{FindingKind::noFlag, {7, 2, "1\n", 3, "Viewed"}, {"\x1b", "False"}};
     EXPECT_EQ(sentenceOf(finding, &marked),
               "entry 2 (UniqueId I(1\n)), call 3: N(Viewed): \"T(\x1b)\" is neither True nor False; it is read as "
               "N(False)");
@@ -27,10 +27,8 @@ TEST(Finding, LeavesOutWhatItHasNoValueFor) {
 }
 
 TEST(Finding, TellsOneFromMany) {
-    EXPECT_EQ(sentenceOf({FindingKind::otherCalls, {}, {"1", "2"}}, &marked),
-              "here is N(1) call, but N(2) are read");
-    EXPECT_EQ(sentenceOf({FindingKind::otherCalls, {}, {"0", "1"}}, &marked),
-              "here are N(0) calls, but N(1) is read");
+    EXPECT_EQ(sentenceOf({FindingKind::otherCalls, {}, {"1", "2"}}, &marked), "here is N(1) call, but N(2) are read");
+    EXPECT_EQ(sentenceOf({FindingKind::otherCalls, {}, {"0", "1"}}, &marked), "here are N(0) calls, but N(1) is read");
 }
 
 TEST(Finding, SaysWhatATextWithAnErrorIsReadAs) {
