@@ -14,7 +14,7 @@ namespace calljournal {
 template <class Value>
 using WordTable = std::map<std::string, Value>;
 
-/// Adds an option that is one of the words of `table` and sets `value` to what the word stands for. Any other word is
+/// Adds an option that is one of the words of `table` and sets `value` to what the word means there. Any other word is
 /// wrong usage.
 template <class Value>
 CLI::Option* addWordOption(CLI::App& app, CommandContext& context, const std::string& name, Value& value,

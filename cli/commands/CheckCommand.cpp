@@ -10,6 +10,7 @@
 
 #include "Capture.h"
 #include "EntryDiff.h"
+#include "ErrorMessage.h"
 #include "FindingView.h"
 #include "KindDescriptor.h"
 #include "MessageCheck.h"
@@ -119,7 +120,7 @@ ExitCode checkFiles(const CheckOptions& options, std::istream& in, std::ostream&
         try {
             code = checkFile(path, options, in, out) ? code : exitRefused;
         } catch (const std::runtime_error& error) {
-            err << "calljournal: " << nameOf(path) << ": " << printable(error.what()) << '\n';
+            printError(err, nameOf(path) + ": " + printable(error.what()));
             code = exitRefused;
         }
     }

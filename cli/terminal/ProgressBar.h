@@ -33,7 +33,7 @@ public:
     ~ProgressBar();
 
     /// Starts a piece of work, such as "reading contacts.csv". From then on `position`, which the drawing thread calls,
-    /// tells where it is.
+    /// reports where it is.
     void start(const std::string& work, std::function<Position()> position);
 
     /// The line for a piece of work: "reading contacts.csv  [=====>    ]  50 %".

@@ -21,7 +21,7 @@ protected:
     int sync() override;
 
 private:
-    /// Passes on what stands before `end` in the pending text.
+    /// Passes on what is in front of `end` in the pending text.
     bool passOn(std::size_t end);
 
     std::streambuf& target_;

@@ -377,6 +377,13 @@ TEST_F(Command, TellsItsVersionAndHelps) {
     }
 }
 
+TEST_F(Command, ShowsLogLinesOnATerminalWithoutWhatDrivesIt) {
+    const std::string line = COMMAND " --log 6 --store " + store() + " record missed --number 1 --surname 'a\u202eb'";
+    const std::string shown = runProgram({"script", "-qec", line, "/dev/null"}).out;
+    EXPECT_NE(shown.find("<Surname>a\\u202eb</Surname>"), std::string::npos) << shown;
+    EXPECT_EQ(shown.find("\u202e"), std::string::npos) << shown;
+}
+
 TEST_F(Command, TheTourShowsEachStep) {
     const Finished tour = runProgram({COMMAND, "demo"});
     EXPECT_EQ(tour.status, 0) << tour.err;
