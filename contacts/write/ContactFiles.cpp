@@ -81,8 +81,8 @@ void ContactFiles::open() {
     }));
     ::fchmod(descriptor_, mode_);
     count_ = 0;
-    if (options_.format == ContactFormat::phone && !prover_) {
-        prover_.emplace(options_.limit, options_.existing, options_.place);
+    if (options_.format == ContactFormat::phone && !check_) {
+        check_.emplace(options_.limit, options_.existing, options_.place);
     }
     text_ = options_.format == ContactFormat::phone ? phoneFileHeader() : std::string();
 }
@@ -107,7 +107,7 @@ void ContactFiles::add(const SpooledContact& contact) {
     switch (options_.format) {
         case ContactFormat::phone:
             appendPhoneLine(text_, contact.contact);
-            prover_->note(contact);
+            check_->note(contact);
             break;
         case ContactFormat::vCard:
             text_ += toVCard(contact.contact, contact.isJoinedAddress ? CSV_OUTLOOK : CSV_TAMBER);
@@ -126,8 +126,8 @@ void ContactFiles::add(const SpooledContact& contact) {
 void ContactFiles::close() {
     flush();
     demand(::close(std::exchange(descriptor_, -1)) == 0);
-    if (prover_) {
-        demandSame(prover_->prove(temporary_.back()));
+    if (check_) {
+        demandSame(check_->check(temporary_.back()));
     }
 }
 
@@ -155,8 +155,8 @@ void ContactFiles::finish() {
     if (descriptor_ >= 0) {
         close();
     }
-    if (prover_) {
-        demandSame(prover_->finish());
+    if (check_) {
+        demandSame(check_->finish());
     }
 }
 

@@ -44,12 +44,12 @@ public:
     ContactFiles& operator=(const ContactFiles&) = delete;
     ~ContactFiles();
 
-    /// Adds a contact. A file that is full is proved while the next ones are written: the phone's own importer reads a
+    /// Adds a contact. A file that is full is checked while the next ones are written: the phone's own importer reads a
     /// copy. If what is read back differs, which is a fault of this program and never of the input, throws
     /// ContactFilesError, at the latest from finish().
     void add(const SpooledContact& contact);
 
-    /// Ends the last file and waits until all are proved. Without any contact it is a file that holds none.
+    /// Ends the last file and waits until all are checked. Without any contact it is a file that holds none.
     void finish();
 
     /// Gives the files their names, all or none, and returns these.
@@ -74,7 +74,7 @@ private:
     ContactFilesOptions options_;
     const mode_t mode_;  ///< What the files may be read and written by.
     std::vector<std::string> temporary_;
-    std::optional<RoundTripCheck> prover_;  ///< Of files for a phone.
+    std::optional<RoundTripCheck> check_;  ///< Of files for a phone.
     // Of the current file.
     unsigned count_ = 0;
     int descriptor_ = -1;

@@ -1,7 +1,6 @@
 #ifndef CALLJOURNAL_ROUNDTRIPCHECK_H
 #define CALLJOURNAL_ROUNDTRIPCHECK_H
 
-#include <cstddef>
 #include <exception>
 #include <functional>
 #include <string>
@@ -10,51 +9,54 @@
 
 #include "Contact.h"
 #include "ContactSpool.h"
-#include "ImportProof.h"
 #include "RingBuffer.h"
+#include "TemporaryFolder.h"
 
 namespace calljournal {
 
-/// Proves files for a phone, one after another, in a thread of its own while the next ones are written. The machine
-/// plays that phone meanwhile (see ImportProof); nobody else may play one.
+/// Checks files for a phone, one after another, in a thread of its own while the next ones are written: imports a copy
+/// of each as the phone would and compares contact by contact. The machine plays a phone of that limit during an import
+/// and a standard one afterwards; nobody else may play one.
 class RoundTripCheck {
 public:
-    /// Names a contact for a sentence. It is called from the thread.
+    /// Names a contact for a sentence: "record 7 (lines 9 to 11)". It is called from the thread.
     typedef std::function<std::string(const ContactOrigin&)> Place;
 
-    /// `limit` is how many contacts the phone holds, `existing` how many it holds already. Throws std::system_error if
-    /// there is no room for temporary files, or for a thread.
+    /// `limit` is how many contacts the phone holds, 100 or 1000; `existing` is how many it holds already. Throws
+    /// std::system_error if there is no room for temporary files, or for a thread.
     RoundTripCheck(unsigned limit, unsigned existing, Place place);
     RoundTripCheck(const RoundTripCheck&) = delete;
     RoundTripCheck& operator=(const RoundTripCheck&) = delete;
-    /// Waits for the proofs that were asked for.
+    /// Waits for the checks that were asked for.
     ~RoundTripCheck();
 
     /// Notes what the file holds that is being written.
     void note(const SpooledContact& contact);
 
-    /// Asks for the proof of the file, which now is whole and holds what was noted. Returns what finish() does if a
-    /// file before it is known to be wrong, else an empty text.
-    std::string prove(const std::string& file);
+    /// Asks for the check of the file, which now is whole and holds what was noted; it stays. Returns what finish() does
+    /// if a file before it is known to be wrong, else an empty text.
+    std::string check(const std::string& file);
 
-    /// Waits for all proofs. Returns an empty text, or the first difference as ImportProof does; throws whatever kept a
-    /// proof from being made.
+    /// Waits for all checks. Returns an empty text if all contacts are read as they were written, else a sentence with
+    /// the first record and field that differ. Throws whatever kept a check from being made: std::system_error if the
+    /// folder for temporary files has less room than a phone wants for an import.
     std::string finish();
 
 private:
     struct WrittenFile {
         std::string name;
-        std::vector<Contact> contacts;
-        std::vector<ContactOrigin> origins;
+        std::vector<SpooledContact> contacts;
     };
 
     void work();
     bool isAsWritten(const WrittenFile& file);
+    std::string differenceIn(const WrittenFile& file) const;
+    std::string firstDifference(const std::vector<SpooledContact>& written, const std::vector<Contact>& read) const;
 
     const unsigned limit_;
     const unsigned existing_;
     const Place place_;
-    const ImportProof proof_;
+    const TemporaryFolder folder_;
     RingBuffer<WrittenFile> files_;
     WrittenFile* file_;  ///< The one that is being written.
     // What the thread found out, to be looked at when it is over.

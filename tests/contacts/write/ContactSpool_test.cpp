@@ -102,7 +102,7 @@ TEST(IdentityTable, TellsContactsApartWhoseTextsOnlyLieOtherwise) {
 }
 
 TEST(SpoolFile, TellsThatThereIsNoRoom) {
-    for (const char* folder : {"/nonexistent", "/proc"}) {
+    for (const char* folder : {"/proc/nonexistent", "/proc"}) {
         ::setenv("TMPDIR", folder, 1);
         EXPECT_THROW(SpoolFile(), std::system_error) << folder;
         EXPECT_THROW(TemporaryFolder("test"), std::system_error) << folder;

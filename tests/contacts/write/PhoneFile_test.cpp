@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include "ContactFields.h"
-#include "ImportProof.h"
+#include "RoundTripCheck.h"
 #include "RunCommand.h"
 
 namespace calljournal {
@@ -29,31 +29,40 @@ Contact called(const std::string& lastName) {
     return contact;
 }
 
-std::string place(std::size_t index) {
-    return "contact " + std::to_string(index);
+std::string place(const ContactOrigin& origin) {
+    return "contact " + std::to_string(origin.record);
 }
 
-/// What the proof says of `contacts` once they are in a file.
-std::string proofOf(const std::vector<Contact>& contacts, const std::vector<Contact>& expected, unsigned limit = 100,
-                    unsigned existing = 0) {
+/// What the check says of a file that should hold the contacts.
+std::string differenceIn(const std::string& file, const std::vector<Contact>& expected, unsigned limit = 100,
+                         unsigned existing = 0) {
+    RoundTripCheck check(limit, existing, place);
+    SpooledContact spooled;
+    for (const Contact& contact : expected) {
+        spooled.contact = contact;
+        check.note(spooled);
+        ++spooled.record;
+    }
+    check.check(file);
+    return check.finish();
+}
+
+/// What the check says of `contacts` once they are in a file.
+std::string differenceOf(const std::vector<Contact>& contacts, const std::vector<Contact>& expected,
+                         unsigned limit = 100, unsigned existing = 0) {
     std::string text = phoneFileHeader();
     for (const Contact& contact : contacts) {
         appendPhoneLine(text, contact);
     }
     const ::TemporaryFolder folder;
-    ProofTask task;
-    task.file = folder.write("contacts.csv", text);
-    task.limit = limit;
-    task.existing = existing;
-    task.contacts = &expected;
-    task.place = place;
-    const std::string difference = ImportProof().prove(task);
-    EXPECT_EQ(readFile(task.file), text) << "the proof works on a copy";
+    const std::string file = folder.write("contacts.csv", text);
+    std::string difference = differenceIn(file, expected, limit, existing);
+    EXPECT_EQ(readFile(file), text) << "the check works on a copy";
     return difference;
 }
 
-std::string proofOf(const std::vector<Contact>& contacts) {
-    return proofOf(contacts, contacts);
+std::string differenceOf(const std::vector<Contact>& contacts) {
+    return differenceOf(contacts, contacts);
 }
 
 TEST(PhoneFile, HasTheColumnsOfThePhonesOwnLayout) {
@@ -75,7 +84,7 @@ TEST(PhoneFile, WritesEachFieldIntoItsColumn) {
     contact.address2 = "a2";
     contact.defaultDial = 4;
     EXPECT_EQ(lineOf(contact), "last;first;b1;b2;m1;p1;c1;a1;a2;pos;e1;4\n");
-    EXPECT_EQ(proofOf({contact}), "");
+    EXPECT_EQ(differenceOf({contact}), "");
 }
 
 TEST(PhoneFile, QuotesASemicolonAndEscapesWhatQuotesCannotHold) {
@@ -96,9 +105,9 @@ TEST(PhoneFile, IsReadBackWhateverTheTextsAre) {
         Contact contact = called(text);
         contact.firstName = text;
         contact.email1 = text;
-        EXPECT_EQ(proofOf({contact}), "") << text;
+        EXPECT_EQ(differenceOf({contact}), "") << text;
     }
-    EXPECT_EQ(proofOf({called(std::string("a\0b", 3))}), "");
+    EXPECT_EQ(differenceOf({called(std::string("a\0b", 3))}), "");
 }
 
 TEST(PhoneFile, HoldsRandomContactsWithoutLoss) {
@@ -117,7 +126,7 @@ TEST(PhoneFile, HoldsRandomContactsWithoutLoss) {
             }
             contact.defaultDial = static_cast<int>(random() % 5);
         }
-        ASSERT_EQ(proofOf(contacts), "") << "seed " << seed << ", round " << round;
+        ASSERT_EQ(differenceOf(contacts), "") << "seed " << seed << ", round " << round;
     }
 }
 
@@ -135,36 +144,33 @@ TEST(StorableLength, IsWhatTheImporterKeepsUpToTheEndOfACharacter) {
         << "bytes that are no characters are cut where they stand";
 }
 
-TEST(ImportProof, NamesRecordAndFieldOfADifference) {
+TEST(RoundTripCheck, NamesRecordAndFieldOfADifference) {
     Contact one = called("Adams");
     Contact other = one;
     other.company1 = "Smith";
-    EXPECT_EQ(proofOf({one, other}, {one, one}),
+    EXPECT_EQ(differenceOf({one, other}, {one, one}),
               "contact 1: field company1 was written as \"\" and is read as \"Smith\"");
     other = one;
     other.defaultDial = 2;
-    EXPECT_EQ(proofOf({one}, {other}), "contact 0: field defaultDial was written as 2 and is read as 0");
-    EXPECT_EQ(proofOf({one}, {one, other}), "contact 1: is not read back at all");
-    EXPECT_EQ(proofOf({one, one}, {one}), "one more contact is read back than was written");
+    EXPECT_EQ(differenceOf({one}, {other}), "contact 0: field defaultDial was written as 2 and is read as 0");
+    EXPECT_EQ(differenceOf({one}, {one, other}), "contact 1: is not read back at all");
+    EXPECT_EQ(differenceOf({one, one}, {one}), "one more contact is read back than was written");
 }
 
-TEST(ImportProof, TakesAFileFromAnotherFileSystem) {
+TEST(RoundTripCheck, TakesAFileFromAnotherFileSystem) {
     const std::vector<Contact> contacts = {called("Adams")};
     const ::TemporaryFolder folder;
     const int file = ::open(folder.write("contacts.csv", phoneFileHeader() + lineOf(contacts[0])).c_str(), O_RDONLY);
-    ProofTask task;
     // A name in there cannot have a second one elsewhere.
-    task.file = "/proc/self/fd/" + std::to_string(file);
-    task.contacts = &contacts;
-    EXPECT_EQ(ImportProof().prove(task), "");
+    EXPECT_EQ(differenceIn("/proc/self/fd/" + std::to_string(file), contacts), "");
     ::close(file);
 }
 
-TEST(ImportProof, TellsThatTheImporterRefusesAFile) {
-    EXPECT_EQ(proofOf(std::vector<Contact>(101, called("a"))), "the importer refuses the file with outcome 0");
+TEST(RoundTripCheck, ReportsThatTheImporterRefusesAFile) {
+    EXPECT_EQ(differenceOf(std::vector<Contact>(101, called("a"))), "the importer refuses the file with outcome 0");
     const std::vector<Contact> thousand(1000, called("a"));
-    EXPECT_EQ(proofOf(thousand, thousand, 1000), "");
-    EXPECT_EQ(proofOf(thousand, thousand, 1000, 1), "the importer refuses the file with outcome 0");
+    EXPECT_EQ(differenceOf(thousand, thousand, 1000), "");
+    EXPECT_EQ(differenceOf(thousand, thousand, 1000, 1), "the importer refuses the file with outcome 0");
 }
 
 }  // namespace
