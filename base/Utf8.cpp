@@ -1,16 +1,18 @@
 #include "Utf8.h"
 
+#include <algorithm>
+
 namespace calljournal {
 
 namespace {
 
 constexpr std::size_t longestCharacter = 4;
 
-bool isFollower(char c) {
-    return (static_cast<unsigned char>(c) & 0xc0u) == 0x80u;
-}
-
 }  // namespace
+
+bool isAscii(std::string_view text) {
+    return std::none_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80u) != 0; });
+}
 
 Utf8Character characterAt(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
@@ -26,7 +28,7 @@ Utf8Character characterAt(std::string_view text) {
     }
     char32_t codePoint = length == 1 ? lead : lead & (0x7fu >> length);
     for (std::size_t i = 1; i < length; ++i) {
-        if (!isFollower(text[i])) {
+        if (!isContinuation(text[i])) {
             return {1, 0, false};
         }
         codePoint = (codePoint << 6) | (byte(i) & 0x3fu);
@@ -56,7 +58,7 @@ std::size_t wholeCharacters(std::string_view text, std::size_t most) {
     // A byte that goes on with a character stays with its lead byte; more of them than a character has are no
     // characters.
     for (std::size_t back = 0; back < longestCharacter && back <= most; ++back) {
-        if (!isFollower(text[most - back])) {
+        if (!isContinuation(text[most - back])) {
             return most - back;
         }
     }

@@ -14,6 +14,14 @@ struct Utf8Character {
     bool isValid;
 };
 
+/// Whether a byte is part of a character without beginning it.
+constexpr bool isContinuation(char c) {
+    return (static_cast<unsigned char>(c) & 0xc0u) == 0x80u;
+}
+
+/// Whether all of `text` is ASCII.
+bool isAscii(std::string_view text);
+
 /// Returns the first character of `text`, which is not empty.
 Utf8Character characterAt(std::string_view text);
 

@@ -11,6 +11,7 @@
 #include "Capture.h"
 #include "EntryDiff.h"
 #include "ErrorMessage.h"
+#include "Files.h"
 #include "FindingView.h"
 #include "KindDescriptor.h"
 #include "MessageCheck.h"
@@ -27,10 +28,6 @@ namespace calljournal {
 namespace {
 
 constexpr std::string_view storeMark = "SQLite format 3";
-
-std::string readAll(std::istream& in) {
-    return std::string{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 std::string readInput(const std::string& path, std::istream& in) {
     if (path == "-") {

@@ -1,12 +1,12 @@
 #include "DecodeCommand.h"
 
 #include <istream>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <ostream>
 
 #include "ErrorMessage.h"
+#include "Files.h"
 #include "FindingView.h"
 #include "ItemJson.h"
 #include "Kinds.h"
@@ -17,7 +17,7 @@
 namespace calljournal {
 
 ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& out, std::ostream& err) {
-    std::string body{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    std::string body = readAll(in);
     if (!body.empty() && body.back() == '\n') {
         body.pop_back();
     }

@@ -1,10 +1,10 @@
 #include "EncodeCommand.h"
 
 #include <istream>
-#include <iterator>
 #include <memory>
 #include <ostream>
 
+#include "Files.h"
 #include "ItemJson.h"
 #include "Kinds.h"
 #include "WordOption.h"
@@ -12,7 +12,7 @@
 namespace calljournal {
 
 void encodeEntry(const std::string& kind, std::istream& in, std::ostream& out) {
-    const Json json = parseJson(std::string{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()});
+    const Json json = parseJson(readAll(in));
     withKind(kind, [&](auto type) {
         using Item = typename decltype(type)::Item;
         out << KindInterface<Item>::encode(itemFromJson<Item>(json)) << '\n';

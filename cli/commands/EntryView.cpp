@@ -75,14 +75,6 @@ void addNotes(const ForwardedCallItem::ForwardedCallInfo& call, std::vector<std:
     addTransfer(call, notes);
 }
 
-std::string joined(const std::vector<std::string>& notes) {
-    std::string text;
-    for (const std::string& note : notes) {
-        text += (text.empty() ? "" : ", ") + note;
-    }
-    return text;
-}
-
 }  // namespace view
 
 EntryView viewOf(const StoredCallBack& stored) {
@@ -105,7 +97,7 @@ EntryView viewOf(const StoredCallBack& stored) {
     if (!item.getDeviceId().empty()) {
         notes.push_back("device " + item.getDeviceId());
     }
-    shown.note = view::joined(notes);
+    shown.note = joined(notes);
     return shown;
 }
 

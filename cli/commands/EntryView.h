@@ -8,6 +8,7 @@
 #include "CallBacks.h"
 #include "CallKinds.h"
 #include "KindInterface.h"
+#include "Wording.h"
 
 namespace calljournal {
 
@@ -40,7 +41,6 @@ void addNotes(const MissedCallItem::MissedCallInfo& call, std::vector<std::strin
 void addNotes(const DialledCallItem::DialledCallInfo& call, std::vector<std::string>& notes);
 void addNotes(const ReceivedCallItem::ReceivedCallInfo& call, std::vector<std::string>& notes);
 void addNotes(const ForwardedCallItem::ForwardedCallInfo& call, std::vector<std::string>& notes);
-std::string joined(const std::vector<std::string>& notes);
 
 }  // namespace view
 
@@ -65,7 +65,7 @@ EntryView viewOf(const Item& item) {
         }
         std::vector<std::string> notes;
         view::addNotes(newest, notes);
-        shown.note = view::joined(notes);
+        shown.note = joined(notes);
     }
     return shown;
 }

@@ -14,6 +14,7 @@
 #include "RecordCommand.h"
 #include "Session.h"
 #include "Terminal.h"
+#include "Text.h"
 #include "TextTable.h"
 #include "Time.h"
 #include "WordOption.h"
@@ -22,19 +23,12 @@ namespace calljournal {
 
 namespace {
 
-/// Folds the case of ASCII letters; names in other scripts are compared as they are.
-std::string folded(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return text;
-}
-
 bool isInTime(const std::string& time, const ListOptions& options) {
     return time >= options.since && (options.until.empty() || time <= options.until);
 }
 
 bool isNamed(const CallItem& item, const std::string& name) {
-    return folded(fullName(item.getFirstname(), item.getSurname())).find(folded(name)) != std::string::npos;
+    return lowerCase(fullName(item.getFirstname(), item.getSurname())).find(lowerCase(name)) != std::string::npos;
 }
 
 template <class Item>

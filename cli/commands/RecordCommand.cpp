@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <fstream>
 #include <istream>
-#include <iterator>
 #include <memory>
 #include <ostream>
 #include <set>
@@ -11,6 +10,7 @@
 #include "CallBackJson.h"
 #include "CallRecord.h"
 #include "EntryView.h"
+#include "Files.h"
 #include "Kinds.h"
 #include "WordOption.h"
 #include "Wording.h"
@@ -209,7 +209,7 @@ Json checkedCall(Json json, const std::string& kind) {
 }
 
 std::vector<Json> readCallFile(std::istream& in, const std::string& kind) {
-    const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const std::string text = readAll(in);
     std::vector<Json> calls;
     const std::size_t start = text.find_first_not_of(" \t\r\n");
     if (start != std::string::npos && text[start] == '[') {

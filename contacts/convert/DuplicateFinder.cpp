@@ -9,6 +9,8 @@
 
 #include "ContactColumns.h"
 #include "ContactFields.h"
+#include "Text.h"
+#include "Utf8.h"
 
 namespace calljournal {
 
@@ -23,25 +25,13 @@ constexpr std::size_t largestGroup = 4096;
 /// With how many of those that share something, in the order of names, a contact is compared.
 constexpr std::ptrdiff_t neighbours = 8;
 
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string lowerCase(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), lower);
-    return result;
-}
-
 /// What the rules of Unicode come to for a text in ASCII.
 std::string foldedAscii(std::string_view text) {
-    constexpr std::string_view blanks = " \t\n\v\f\r\x1c\x1d\x1e\x1f";
-    const std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());
-    return lowerCase(text.substr(begin, text.find_last_not_of(blanks) + 1 - begin));
+    return lowerCase(trimmed(text, " \t\n\v\f\r\x1c\x1d\x1e\x1f"));
 }
 
 std::string folded(const std::string& text) {
-    if (std::all_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80u) == 0; })) {
+    if (isAscii(text)) {
         return foldedAscii(text);
     }
     std::string result;
@@ -52,7 +42,9 @@ std::string folded(const std::string& text) {
 /// The end of a number as far as it is the number itself: an extension, however it is written, stands behind letters or
 /// commas.
 std::string_view withoutExtension(std::string_view number) {
-    const auto isExtension = [](char c) { return c == ',' || c == ';' || (lower(c) >= 'a' && lower(c) <= 'z'); };
+    const auto isExtension = [](char c) {
+        return c == ',' || c == ';' || (lowerCase(c) >= 'a' && lowerCase(c) <= 'z');
+    };
     const auto* const extension = std::find_if(number.begin(), number.end(), isExtension);
     return number.substr(0, static_cast<std::size_t>(extension - number.begin()));
 }

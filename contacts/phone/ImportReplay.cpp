@@ -11,6 +11,7 @@
 #include "ContactColumns.h"
 #include "HardwareVersion.h"
 #include "PrintableText.h"
+#include "Utf8.h"
 #include "Wording.h"
 
 namespace calljournal {
@@ -38,15 +39,6 @@ std::uint64_t positionIn(std::ifstream& file) {
     // Unlike tellg, the buffer answers at the end of the file, too.
     const std::streamoff position = file.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in);
     return position < 0 ? 0 : static_cast<std::uint64_t>(position);
-}
-
-/// The first character of `text`, whole if it is UTF-8.
-std::string firstCharacter(const std::string& text) {
-    std::size_t length = 1;
-    while (length < text.size() && length < 4 && (static_cast<unsigned char>(text[length]) & 0xc0u) == 0x80u) {
-        ++length;
-    }
-    return text.substr(0, length);
 }
 
 }  // namespace
@@ -334,7 +326,8 @@ std::string ImportReplay::describeEscapeFault() {
         }
         return place + (at + 1 == text.size()
                             ? ": the backslash at the end of the line has nothing to escape; write two for one"
-                            : ": the backslash before " + shownText(firstCharacter(text.substr(at + 1, 4))) +
+                            : ": the backslash before " +
+                                  shownText(text.substr(at + 1, characterAt(text.substr(at + 1)).length)) +
                                   " is not an escape the format knows; write two backslashes for one");
     }
     return std::string();

@@ -11,6 +11,9 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "Files.h"
+#include "TextStream.h"
+
 namespace calljournal {
 
 namespace {
@@ -42,22 +45,6 @@ private:
 std::string sizeText(std::uint64_t bytes) {
     constexpr std::uint64_t mebibyte = std::uint64_t{1024} * 1024;
     return bytes % mebibyte == 0 ? std::to_string(bytes / mebibyte) + " MiB" : std::to_string(bytes) + " bytes";
-}
-
-/// Each byte as the character of the same number.
-std::string latin1AsUtf8(std::string_view text) {
-    std::string converted;
-    converted.reserve(2 * text.size());
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            converted += c;
-        } else {
-            converted += static_cast<char>(0xc0u | (byte >> 6));
-            converted += static_cast<char>(0x80u | (byte & 0x3fu));
-        }
-    }
-    return converted;
 }
 
 /// Copies from one open file to another; `problem` says why it could not.
@@ -127,18 +114,11 @@ private:
     }
 
     bool write(std::string_view bytes) {
-        const std::string converted = options_.fromLatin1 ? latin1AsUtf8(bytes) : std::string();
-        std::string_view rest = options_.fromLatin1 ? std::string_view(converted) : bytes;
-        while (!rest.empty()) {
-            const ssize_t count = ::write(target_, rest.data(), rest.size());
-            if (count >= 0) {
-                rest.remove_prefix(static_cast<std::size_t>(count));
-            } else if (errno != EINTR) {
-                result_.problem = "cannot be copied to a temporary folder: " + errorText(errno);
-                return false;
-            }
+        const bool isWritten = writeAll(target_, options_.fromLatin1 ? decoded(bytes, "ISO-8859-1") : bytes);
+        if (!isWritten) {
+            result_.problem = "cannot be copied to a temporary folder: " + errorText(errno);
         }
-        return true;
+        return isWritten;
     }
 
     int source_;

@@ -12,6 +12,7 @@
 #include "ColumnFinder.h"
 #include "CsvReader.h"
 #include "LineReader.h"
+#include "Text.h"
 #include "TextStream.h"
 #include "Utf8.h"
 #include "VCardReader.h"
@@ -53,8 +54,7 @@ private:
 };
 
 std::size_t characters(const std::string& text) {
-    return static_cast<std::size_t>(std::count_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0u) != 0x80u; }));
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) { return !isContinuation(c); }));
 }
 
 std::string kindText(const RecognisedColumn& column) {
@@ -70,11 +70,7 @@ std::string kindText(const RecognisedColumn& column) {
 /// A name for a table: in one line, and not all of it if it is long.
 std::string shownName(std::string_view name) {
     constexpr std::size_t longest = 60;
-    const std::size_t length = wholeCharacters(name, longest);
-    std::string text(name.substr(0, length));
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == '\x7f'; }, ' ');
-    return length < name.size() ? text + "..." : text;
+    return inOneLine(shortened(name, longest));
 }
 
 /// The columns that are shown; the others are counted.

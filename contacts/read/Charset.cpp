@@ -1,7 +1,6 @@
 #include "Charset.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdint>
 #include <cstring>
 #include <istream>
@@ -13,6 +12,7 @@
 
 #include "AddressReader.h"
 #include "LineReader.h"
+#include "Text.h"
 #include "TextStream.h"
 #include "Utf8.h"
 
@@ -114,10 +114,6 @@ bool isForeign(char c) {
     return (static_cast<unsigned char>(c) & 0x80u) != 0;
 }
 
-bool isAscii(std::string_view text) {
-    return std::none_of(text.begin(), text.end(), isForeign);
-}
-
 /// The lines with foreign characters; cutting at line ends cuts no character in any character set that is guessed.
 std::string foreignLines(std::istream& bytes) {
     LineReader lines(TextStream(bytes, ""));
@@ -146,18 +142,12 @@ bool canRead(const std::string& sample, const std::string& charset) {
     return isCharset(charset) && isClean(decoded(sample, charset));
 }
 
-std::string upper(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return static_cast<char>(std::toupper(static_cast<unsigned char>(c))); });
-    return text;
-}
-
 /// What the frequency of bytes speaks for; empty if nothing does.
 std::string guessedCharset(const std::string& sample) {
     const std::unique_ptr<uchardet, void (*)(uchardet_t)> detector(uchardet_new(), uchardet_delete);
     uchardet_handle_data(detector.get(), sample.data(), sample.size());
     uchardet_data_end(detector.get());
-    const std::string guessed = upper(uchardet_get_charset(detector.get()));
+    const std::string guessed = upperCase(uchardet_get_charset(detector.get()));
     const auto* const wider = std::find_if(std::begin(widerCharsets), std::end(widerCharsets),
                                            [&](const Wider& w) { return w.guessed == guessed; });
     return wider == std::end(widerCharsets) ? guessed : wider->charset;
@@ -172,7 +162,7 @@ bool isUsualFor(const UsualCharset& usual, const std::string& language) {
 
 /// A vCard of the old kind may say it itself.
 std::string namedInside(const std::string& beginning) {
-    const std::string text = upper(beginning.substr(0, beginning.find('\0')));
+    const std::string text = upperCase(beginning.substr(0, beginning.find('\0')));
     const std::size_t found = text.find(";CHARSET=");
     if (found == std::string::npos) {
         return {};
@@ -238,18 +228,6 @@ std::vector<Candidate> candidates(const std::string& beginning, const std::strin
     return all;
 }
 
-std::string shortened(const std::string& text) {
-    constexpr std::size_t most = 70;
-    const std::size_t length = wholeCharacters(text, most);
-    return length < text.size() ? text.substr(0, length) + "..." : text;
-}
-
-std::string printable(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == '\x7f'; }, ' ');
-    return text;
-}
-
 /// The part of the first foreign line that has the foreign characters.
 std::string samplePart(const std::string& sample) {
     const std::string line = sample.substr(0, sample.find('\n'));
@@ -264,13 +242,14 @@ std::string samplePart(const std::string& sample) {
 /// Texts that differ are shown first: the same text twice helps nobody to choose.
 [[noreturn]] void askForCharset(const std::string& sample) {
     constexpr std::size_t wanted = 3;
+    constexpr std::size_t longestShown = 70;
     const std::string part = samplePart(sample);
     std::set<std::string> seen;
     std::string shown;
     std::size_t count = 0;
     for (const UsualCharset& usual : usualCharsets) {
-        const std::string text = printable(decoded(part, usual.charset));
-        const std::string row = "\n  " + std::string(usual.charset) + ": " + shortened(text);
+        const std::string text = inOneLine(decoded(part, usual.charset));
+        const std::string row = "\n  " + std::string(usual.charset) + ": " + shortened(text, longestShown);
         if (count < wanted && seen.insert(text).second) {
             shown += row;
             ++count;

@@ -1,7 +1,8 @@
 #include "FieldKind.h"
 
 #include <algorithm>
-#include <cctype>
+
+#include "Text.h"
 
 namespace calljournal {
 
@@ -137,13 +138,9 @@ constexpr Word phoneWords[] = {
     {"Position", FieldKind::jobTitle},
 };
 
-char lower(char c) {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-}
-
 bool isSameWord(std::string_view one, std::string_view other) {
     return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                      [](char a, char b) { return lower(a) == lower(b); });
+                      [](char a, char b) { return lowerCase(a) == lowerCase(b); });
 }
 
 template <std::size_t N>

@@ -6,6 +6,7 @@
 
 #include "AddressReader.h"
 #include "Charset.h"
+#include "Text.h"
 #include "TextStream.h"
 
 namespace calljournal {
@@ -65,7 +66,7 @@ std::string withoutQuotes(std::string_view text) {
 void addParameter(VCardProperty& property, std::string_view text) {
     const std::size_t sign = text.find('=');
     if (sign != std::string_view::npos) {
-        const std::string name = capitals(text.substr(0, sign));
+        const std::string name = upperCase(text.substr(0, sign));
         for (const std::string_view value : splitOutsideQuotes(text.substr(sign + 1), ',')) {
             // A list may be quoted as a whole: TYPE="work,voice".
             const std::string list = withoutQuotes(value);
@@ -75,7 +76,7 @@ void addParameter(VCardProperty& property, std::string_view text) {
         }
         return;
     }
-    const std::string word = capitals(text);
+    const std::string word = upperCase(text);
     const bool isEncoding = isOneOf(std::begin(encodings), std::end(encodings), word);
     property.parameters.push_back({isEncoding ? "ENCODING" : "TYPE", word});
 }
@@ -89,8 +90,8 @@ std::string parameter(const VCardProperty& property, std::string_view name) {
 bool parseName(VCardProperty& property, std::string_view text) {
     const std::vector<std::string_view> parts = splitOutsideQuotes(text, ';');
     const std::size_t dot = parts[0].rfind('.');
-    property.group = dot == std::string_view::npos ? std::string() : capitals(parts[0].substr(0, dot));
-    property.name = capitals(parts[0].substr(dot == std::string_view::npos ? 0 : dot + 1));
+    property.group = dot == std::string_view::npos ? std::string() : upperCase(parts[0].substr(0, dot));
+    property.name = upperCase(parts[0].substr(dot == std::string_view::npos ? 0 : dot + 1));
     property.source = text;
     property.parameters.clear();
     for (std::size_t i = 1; i < parts.size(); ++i) {
@@ -105,7 +106,7 @@ int hexDigit(char c) {
     if (c >= '0' && c <= '9') {
         return c - '0';
     }
-    const char lower = static_cast<char>(c | 0x20);
+    const char lower = lowerCase(c);
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
@@ -128,20 +129,13 @@ std::string quotedPrintable(std::string_view text) {
 std::string asText(const std::string& bytes, const std::string& charset) {
     Utf8Check check;
     check.add(bytes);
-    if (check.isValid() && (charset.empty() || capitals(charset) == "UTF-8")) {
+    if (check.isValid() && (charset.empty() || upperCase(charset) == "UTF-8")) {
         return bytes;
     }
     return decoded(bytes, !charset.empty() && isCharset(charset) ? charset : "windows-1252");
 }
 
 }  // namespace
-
-std::string capitals(std::string_view text) {
-    std::string upper(text);
-    std::transform(upper.begin(), upper.end(), upper.begin(),
-                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-    return upper;
-}
 
 std::vector<std::string_view> splitValue(std::string_view value, char delimiter) {
     std::vector<std::string_view> parts;
@@ -177,7 +171,7 @@ std::string unescaped(std::string_view value, bool isOldVersion) {
 
 bool VCardProperty::hasType(std::string_view type) const {
     return std::any_of(parameters.begin(), parameters.end(),
-                       [&](const VCardParameter& p) { return p.name == "TYPE" && capitals(p.value) == type; });
+                       [&](const VCardParameter& p) { return p.name == "TYPE" && upperCase(p.value) == type; });
 }
 
 bool VCardLines::peek() {
@@ -223,7 +217,7 @@ void VCardLines::takeHead(VCardProperty& property) {
     } else {
         property.name.clear();
     }
-    const std::string encoding = capitals(parameter(property, "ENCODING"));
+    const std::string encoding = upperCase(parameter(property, "ENCODING"));
     property.isBinary = isOneOf(std::begin(binaryNames), std::end(binaryNames), property.name) || encoding == "B" ||
                         encoding == "BASE64";
     property.isTooLong = property.isTooLong && !property.isBinary;
@@ -248,7 +242,7 @@ bool VCardLines::next(VCardProperty& property) {
         return false;
     }
     takeHead(property);
-    const bool isQuotedPrintable = capitals(parameter(property, "ENCODING")) == "QUOTED-PRINTABLE";
+    const bool isQuotedPrintable = upperCase(parameter(property, "ENCODING")) == "QUOTED-PRINTABLE";
     if (isQuotedPrintable) {
         takeQuotedPrintable(property);
     }

@@ -56,9 +56,6 @@ private:
     bool isOldVersion_ = false;
 };
 
-/// Returns the text in capitals; letters outside ASCII stay.
-std::string capitals(std::string_view text);
-
 /// Splits a value at a delimiter that no backslash stands before; the parts are as they stood.
 std::vector<std::string_view> splitValue(std::string_view value, char delimiter);
 

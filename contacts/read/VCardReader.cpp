@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "Text.h"
 #include "ValueKinds.h"
 
 namespace calljournal {
@@ -63,14 +64,10 @@ constexpr AddressPart addressParts[] = {AddressPart::poBox,  AddressPart::street
                                         AddressPart::city,   AddressPart::state,   AddressPart::postcode,
                                         AddressPart::country};
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
-    const std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());
-    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
-}
+constexpr std::string_view blanks = " \t\r\n";
 
 bool isMarker(const VCardProperty& property, std::string_view name) {
-    return property.name == name && capitals(trimmed(property.value)) == "VCARD";
+    return property.name == name && upperCase(trimmed(property.value, blanks)) == "VCARD";
 }
 
 /// 1 is liked best, 100 least; without a word about it a number comes behind these.
@@ -93,7 +90,7 @@ void sortByPreference(std::vector<VCardProperty>& properties) {
 
 /// "tel:+49-30-1234" is written for programs.
 std::string_view withoutScheme(std::string_view text, std::string_view scheme) {
-    return capitals(text.substr(0, scheme.size())) == scheme ? text.substr(scheme.size()) : text;
+    return upperCase(text.substr(0, scheme.size())) == scheme ? text.substr(scheme.size()) : text;
 }
 
 /// A part of a structured value may be a list.
@@ -109,9 +106,8 @@ std::string joinedList(std::string_view part, std::string_view separator, bool i
 }  // namespace
 
 bool isVCard(std::string_view beginning) {
-    const std::size_t begin = std::min(beginning.find_first_not_of(" \t\r\n"), beginning.size());
-    const std::string_view rest = beginning.substr(begin);
-    return capitals(trimmed(rest.substr(0, rest.find_first_of("\r\n")))) == "BEGIN:VCARD";
+    const std::string_view text = trimmed(beginning, blanks);
+    return upperCase(trimmed(text.substr(0, text.find_first_of("\r\n")), blanks)) == "BEGIN:VCARD";
 }
 
 VCardReader::VCardReader(TextStream stream, std::shared_ptr<const ColumnFinder> finder, Recognition recognition)
@@ -211,9 +207,9 @@ void VCardReader::addProperty(AddressRecord& record) {
     } else if (property.isTooLong) {
         record.problems.push_back({property.line, property.source, "it is too long"});
     } else if (property.name == "VERSION") {
-        isOldVersion_ = trimmed(property.value).substr(0, 2) == "2.";
+        isOldVersion_ = trimmed(property.value, blanks).substr(0, 2) == "2.";
         lines_.setOldVersion(isOldVersion_);
-    } else if (property.name == "AGENT" && trimmed(property.value).empty()) {
+    } else if (property.name == "AGENT" && trimmed(property.value, blanks).empty()) {
         skipNested(record);
     } else if (property.name == "N") {
         addName(record);
@@ -228,7 +224,7 @@ void VCardReader::addProperty(AddressRecord& record) {
     } else if (property.name == "X-ABLABEL") {
         labels_[property.group] = unescaped(property.value, isOldVersion_);
     } else if (property.name == "KIND" || property.name == "X-ADDRESSBOOKSERVER-KIND") {
-        if (capitals(trimmed(property.value)) == "GROUP") {
+        if (upperCase(trimmed(property.value, blanks)) == "GROUP") {
             record.fault = "it is a list of contacts";
         }
     } else {

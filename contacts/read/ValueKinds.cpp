@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "Text.h"
+
 namespace calljournal {
 
 namespace {
@@ -21,23 +23,6 @@ bool hasControl(std::string_view text) {
         }
     }
     return false;
-}
-
-/// Whether bytes that `trimmed` takes away may be at either end. Hardly any text has them.
-bool mayHaveBlanks(std::string_view text) {
-    const auto isLow = [](char c) { return static_cast<unsigned char>(c) <= 0x20; };
-    return text.empty() || isLow(text.front()) || isLow(text.back());
-}
-
-std::string_view trimmed(std::string_view text) {
-    if (!mayHaveBlanks(text)) {
-        return text;
-    }
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
 }
 
 }  // namespace
@@ -66,7 +51,7 @@ std::string valueText(std::string_view text) {
 }
 
 void assignValueText(std::string& value, std::string_view text) {
-    const std::string_view inner = trimmed(text);
+    const std::string_view inner = trimmed(text, blanks);
     if (!hasControl(inner)) {
         value.assign(inner);
         return;
@@ -81,7 +66,7 @@ void assignValueText(std::string& value, std::string_view text) {
             value += isControl(c) && c != '\n' ? ' ' : c;
         }
     }
-    value = std::string(trimmed(value));
+    value = std::string(trimmed(value, blanks));
 }
 
 void addValue(AddressRecord& record, FieldKind kind, std::string_view text, std::string_view source) {

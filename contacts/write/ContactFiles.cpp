@@ -13,6 +13,7 @@
 
 #include "CSVType.h"
 #include "ContactJson.h"
+#include "Files.h"
 #include "PhoneFile.h"
 #include "TemporaryPaths.h"
 #include "VCard.h"
@@ -88,12 +89,7 @@ void ContactFiles::open() {
 }
 
 void ContactFiles::flush() {
-    std::string_view rest = text_;
-    while (!rest.empty()) {
-        const ssize_t count = ::write(descriptor_, rest.data(), rest.size());
-        demand(count >= 0);
-        rest.remove_prefix(static_cast<std::size_t>(count));
-    }
+    demand(writeAll(descriptor_, text_));
     text_.clear();
 }
 

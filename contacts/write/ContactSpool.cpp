@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "ContactFields.h"
+#include "Files.h"
 #include "TemporaryPaths.h"
 
 namespace calljournal {
@@ -69,13 +70,8 @@ void SpoolFile::add(std::string_view bytes) {
 }
 
 void SpoolFile::flush() {
-    std::string_view rest = pending_;
-    while (!rest.empty()) {
-        const ssize_t count = ::write(descriptor_, rest.data(), rest.size());
-        demand(count >= 0);
-        rest.remove_prefix(static_cast<std::size_t>(count));
-        written_ += static_cast<std::uint64_t>(count);
-    }
+    demand(writeAll(descriptor_, pending_));
+    written_ += pending_.size();
     pending_.clear();
 }
 

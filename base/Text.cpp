@@ -1,0 +1,50 @@
+#include "Text.h"
+
+#include <algorithm>
+
+#include "Utf8.h"
+
+namespace calljournal {
+
+namespace {
+
+bool mayBeBlank(char c) {
+    return static_cast<unsigned char>(c) <= 0x20;
+}
+
+}  // namespace
+
+std::string lowerCase(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), [](char c) { return lowerCase(c); });
+    return result;
+}
+
+std::string upperCase(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), [](char c) { return upperCase(c); });
+    return result;
+}
+
+std::string_view trimmed(std::string_view text, std::string_view blanks) {
+    // Hardly any text has blanks at either end.
+    if (text.empty() || (!mayBeBlank(text.front()) && !mayBeBlank(text.back()))) {
+        return text;
+    }
+    const std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());
+    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
+}
+
+std::string inOneLine(std::string_view text) {
+    std::string line(text);
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == '\x7f'; }, ' ');
+    return line;
+}
+
+std::string shortened(std::string_view text, std::size_t most) {
+    const std::size_t length = wholeCharacters(text, most);
+    return std::string(text.substr(0, length)) + (length < text.size() ? "..." : "");
+}
+
+}  // namespace calljournal

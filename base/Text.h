@@ -1,0 +1,34 @@
+#ifndef CALLJOURNAL_TEXT_H
+#define CALLJOURNAL_TEXT_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace calljournal {
+
+// Letters outside ASCII keep their case.
+
+constexpr char lowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+constexpr char upperCase(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+std::string lowerCase(std::string_view text);
+std::string upperCase(std::string_view text);
+
+/// Returns `text` without the characters of `blanks` at either end. A blank is a space or a control character.
+std::string_view trimmed(std::string_view text, std::string_view blanks);
+
+/// Returns `text` with a space in the place of each control character of ASCII.
+std::string inOneLine(std::string_view text);
+
+/// Returns at most `most` bytes of `text`, no character cut, with "..." behind them if anything is missing.
+std::string shortened(std::string_view text, std::size_t most);
+
+}  // namespace calljournal
+
+#endif
