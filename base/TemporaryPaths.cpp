@@ -8,6 +8,8 @@ namespace calljournal {
 
 namespace {
 
+constexpr int mostAttempts = 1000;
+
 struct Registry {
     std::mutex mutex;
     std::set<std::string> paths;
@@ -36,8 +38,11 @@ std::unique_lock<std::mutex> holdTemporaries() {
 
 void removeTemporaries(const std::unique_lock<std::mutex>&) {
     for (const std::string& path : registry().paths) {
-        std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
+        // Another thread may put something into a folder just when it is empty and about to go.
+        std::error_code failure;
+        for (int attempt = 0; attempt == 0 || (failure && attempt < mostAttempts); ++attempt) {
+            std::filesystem::remove_all(path, failure);
+        }
     }
     registry().paths.clear();
 }

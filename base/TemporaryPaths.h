@@ -13,13 +13,13 @@ namespace calljournal {
 /// Makes a file or folder by `make`, which returns its path, and remembers it.
 std::string makeTemporary(const std::function<std::string()>& make);
 
-/// Tells that the path is no longer there, or that it may stay.
+/// Says that the path is no longer there, or that it may stay.
 void forgetTemporary(const std::string& path);
 
 /// Nothing is removed, made or forgotten while this is held: what is done meanwhile is done wholly or not at all.
 std::unique_lock<std::mutex> holdTemporaries();
 
-/// Removes all of them; `hold` shows that nobody is about to make another.
+/// Removes all of them, whatever other threads put into them meanwhile; `hold` shows that nobody is about to make another.
 void removeTemporaries(const std::unique_lock<std::mutex>& hold);
 
 }  // namespace calljournal

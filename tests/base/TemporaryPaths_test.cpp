@@ -4,6 +4,7 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <thread>
 #include <unistd.h>
@@ -59,6 +60,29 @@ TEST(TemporaryPaths, StayIfTheSignalIsIgnored) {
     send(SIGHUP, SIG_IGN);
     EXPECT_TRUE(fs::exists(file));
     forgetTemporary(file);
+}
+
+TEST(TemporaryPaths, GoWhileAnotherThreadPutsSomethingIntoThem) {
+    const ::TemporaryFolder folder;
+    for (int round = 0; round < 20; ++round) {
+        const std::string busy = makeTemporary([&] {
+            fs::create_directory(folder.file("busy"));
+            return folder.file("busy");
+        });
+        std::atomic<bool> isOver{false};
+        std::thread writer([&] {
+            for (int file = 0; !isOver; ++file) {
+                std::ofstream(busy + '/' + std::to_string(file));
+            }
+        });
+        while (fs::is_empty(busy)) {
+        }
+        removeTemporaries(holdTemporaries());
+        EXPECT_FALSE(fs::exists(busy)) << round;
+        isOver = true;
+        writer.join();
+        fs::remove_all(busy);
+    }
 }
 
 }  // namespace
