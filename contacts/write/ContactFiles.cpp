@@ -47,15 +47,23 @@ ContactFiles::~ContactFiles() {
     if (descriptor_ >= 0) {
         ::close(descriptor_);
     }
-    for (const std::string& file : temporary_) {
-        ::unlink(file.c_str());
-        forgetTemporary(file);
+    removeTemporary();
+}
+
+/// Removes what has no final name, if it is still there.
+void ContactFiles::removeTemporary() {
+    for (std::vector<std::string>* files : {&temporary_, &replaced_}) {
+        for (const std::string& file : *files) {
+            ::unlink(file.c_str());
+            forgetTemporary(file);
+        }
+        files->clear();
     }
 }
 
 void ContactFiles::refuseExisting(const std::string& name) const {
     std::error_code ignored;
-    // Whatever stands there would give way to the new file: a device, too, to one who may do everything.
+    // Whatever is there would give way to the new file: a device, too, to one who may do everything.
     const fs::file_status target = fs::status(name, ignored);
     if (fs::exists(target) && !fs::is_regular_file(target)) {
         throw ContactFilesError(name + ": is no file that could be overwritten; name another one");
@@ -65,7 +73,7 @@ void ContactFiles::refuseExisting(const std::string& name) const {
     }
 }
 
-/// Throws what errno tells if a call has failed.
+/// Throws what errno says if a call has failed.
 void ContactFiles::demand(bool isDone) const {
     if (!isDone) {
         throw ContactFilesError(because(options_.path));
@@ -174,18 +182,43 @@ std::vector<std::string> ContactFiles::publish() {
     std::for_each(all.begin(), all.end(), [this](const std::string& name) { refuseExisting(name); });
     putOnDisk();
     rename(all);
-    std::for_each(temporary_.begin(), temporary_.end(), forgetTemporary);
-    temporary_.clear();
+    removeTemporary();
     return all;
 }
 
-void ContactFiles::rename(const std::vector<std::string>& names) const {
+/// Keeps the file that the new one takes the place of, if there is one, under a further name until all have their
+/// names. Where a file can have only one name, a copy is kept.
+void ContactFiles::keepReplaced(const std::string& name, const std::string& further) {
+    std::error_code error;
+    if (!fs::exists(fs::symlink_status(name, error))) {
+        replaced_.emplace_back();
+        return;
+    }
+    replaced_.push_back(makeTemporary([&] {
+        if (::link(name.c_str(), further.c_str()) != 0 && !fs::copy_file(name, further, error)) {
+            throw ContactFilesError(name + ": " + error.message());
+        }
+        return further;
+    }));
+}
+
+/// At any moment, each name is that of the old file or of the new one.
+void ContactFiles::rename(const std::vector<std::string>& names) {
+    // The last file is replaced or stays, by itself.
+    for (std::size_t i = 0; i + 1 < names.size(); ++i) {
+        keepReplaced(names[i], temporary_[i] + ".old");
+    }
     const std::unique_lock<std::mutex> hold = holdTemporaries();
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (::rename(temporary_[i].c_str(), names[i].c_str()) != 0) {
             const std::string reason = because(names[i]);
-            std::for_each(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(i),
-                          [](const std::string& name) { ::unlink(name.c_str()); });
+            while (i-- != 0) {
+                if (replaced_[i].empty()) {
+                    ::unlink(names[i].c_str());
+                } else {
+                    ::rename(replaced_[i].c_str(), names[i].c_str());
+                }
+            }
             throw ContactFilesError(reason);
         }
     }

@@ -34,7 +34,7 @@ struct ContactFilesOptions {
     std::function<std::string(const ContactOrigin&)> place;
 };
 
-/// Writes contacts to as many files as the phone's limit asks for. Nothing stands under a final name before publish();
+/// Writes contacts to as many files as the phone's limit asks for. Nothing is under a final name before publish();
 /// what is not published goes with the object.
 class ContactFiles {
 public:
@@ -52,7 +52,8 @@ public:
     /// Ends the last file and waits until all are checked. Without any contact it is a file that holds none.
     void finish();
 
-    /// Gives the files their names, all or none, and returns these.
+    /// Gives the files their names, all or none, and returns these. If one cannot have its name, the files that were
+    /// there before are there again.
     std::vector<std::string> publish();
 
     /// The files before they have names.
@@ -66,7 +67,9 @@ private:
     void close();
     static void demandSame(const std::string& difference);
     void putOnDisk() const;
-    void rename(const std::vector<std::string>& names) const;
+    void keepReplaced(const std::string& name, const std::string& further);
+    void rename(const std::vector<std::string>& names);
+    void removeTemporary();
     void refuseExisting(const std::string& name) const;
     void demand(bool isDone) const;
     std::vector<std::string> names() const;
@@ -74,6 +77,8 @@ private:
     ContactFilesOptions options_;
     const mode_t mode_;  ///< What the files may be read and written by.
     std::vector<std::string> temporary_;
+    std::vector<std::string>
+        replaced_;  ///< For each name a further one of the file that was there; empty if there was none.
     std::optional<RoundTripCheck> check_;  ///< Of files for a phone.
     // Of the current file.
     unsigned count_ = 0;

@@ -6,6 +6,7 @@
 
 #include "LargestFile.h"
 #include "RunCommand.h"
+#include "TemporaryPaths.h"
 
 namespace calljournal {
 namespace {
@@ -97,6 +98,40 @@ TEST_F(ContactFilesTest, AreDeliveredAllOrNone) {
     fs::remove(files.temporaryFiles()[1]);
     EXPECT_EQ(failure([&] { files.publish(); }), folder_.file("out-2.csv") + ": No such file or directory");
     EXPECT_EQ(written(), Names{fs::path(files.temporaryFiles()[2]).filename()});
+}
+
+TEST_F(ContactFilesTest, LeaveTheOldFilesWhereOneCannotBeDelivered) {
+    ContactFilesOptions overwriting = options(100);
+    overwriting.overwrite = true;
+    folder_.write("out-1.csv", "mine");
+    folder_.write("out-3.csv", "mine, too");
+    {
+        ContactFiles files(overwriting);
+        add(files, 350);
+        files.finish();
+        fs::remove(files.temporaryFiles()[2]);
+        EXPECT_EQ(failure([&] { files.publish(); }), folder_.file("out-3.csv") + ": No such file or directory");
+        // A signal that ends the process now leaves no further names, either.
+        removeTemporaries(holdTemporaries());
+        EXPECT_EQ(written(), (Names{"out-1.csv", "out-3.csv"}));
+    }
+    EXPECT_EQ(written(), (Names{"out-1.csv", "out-3.csv"}));
+    EXPECT_EQ(readFile(folder_.file("out-1.csv")), "mine");
+    EXPECT_EQ(readFile(folder_.file("out-3.csv")), "mine, too");
+}
+
+TEST_F(ContactFilesTest, ReplaceOldFilesAndLeaveNoOtherNames) {
+    ContactFilesOptions overwriting = options(100);
+    overwriting.overwrite = true;
+    folder_.write("out-1.csv", "mine");
+    folder_.write("out-2.csv", "mine, too");
+    ContactFiles files(overwriting);
+    add(files, 150);
+    files.finish();
+    files.publish();
+    EXPECT_EQ(written(), (Names{"out-1.csv", "out-2.csv"}));
+    EXPECT_EQ(readFile(folder_.file("out-1.csv")).substr(0, 8), "LastName");
+    EXPECT_EQ(readFile(folder_.file("out-2.csv")).substr(0, 8), "LastName");
 }
 
 TEST_F(ContactFilesTest, TakeThePlaceOfFilesOnly) {
