@@ -3,31 +3,18 @@
 #include <algorithm>
 
 #include "ContactFields.h"
-#include "ImportReplay.h"
 #include "JsonText.h"
 #include "PrintableText.h"
-#include "Utf8.h"
+#include "Text.h"
 #include "Wording.h"
 
 namespace calljournal {
 
 namespace {
 
-/// So many columns are told of one by one where texts were left out; a file may have any number.
-constexpr std::size_t mostColumnsTold = 200;
-
 const char* nameOf(RecordResult result) {
     constexpr const char* names[] = {"taken", "duplicate", "empty", "broken"};
     return names[static_cast<int>(result)];
-}
-
-std::string linesOf(std::uint64_t first, std::uint64_t last) {
-    return first == last ? "line " + std::to_string(first)
-                         : "lines " + std::to_string(first) + " to " + std::to_string(last);
-}
-
-std::string placeOf(const std::string& file, std::uint64_t record, std::uint64_t first, std::uint64_t last) {
-    return printable(file) + ": record " + std::to_string(record) + " (" + linesOf(first, last) + ')';
 }
 
 std::string nameOf(const Contact& contact) {
@@ -35,10 +22,9 @@ std::string nameOf(const Contact& contact) {
     return printable(name.empty() ? contact.company1 : name);
 }
 
-std::string shortened(const std::string& name) {
+std::string shownName(const std::string& name) {
     constexpr std::size_t longest = 60;
-    const std::size_t length = wholeCharacters(name, longest);
-    return printable(name.substr(0, length)) + (length < name.size() ? "..." : "");
+    return printable(shortened(name, longest));
 }
 
 std::vector<std::string> unknownColumns(const Recognition& recognition) {
@@ -56,7 +42,7 @@ std::string columnHints(const Recognition& recognition) {
     constexpr std::size_t mostShown = 10;
     std::string hints;
     for (const std::string& name : recognition.unusedMappings) {
-        hints += "--map \"" + shortened(name) + "\" fits no column\n";
+        hints += "--map \"" + shownName(name) + "\" fits no column\n";
     }
     const std::vector<std::string> names = unknownColumns(recognition);
     if (names.empty()) {
@@ -64,16 +50,30 @@ std::string columnHints(const Recognition& recognition) {
     }
     hints += "not recognised: ";
     for (std::size_t i = 0; i < std::min(names.size(), mostShown); ++i) {
-        hints += (i == 0 ? "" : ", ") + shortened(names[i]);
+        hints += (i == 0 ? "" : ", ") + shownName(names[i]);
     }
     hints += names.size() > mostShown ? " and " + std::to_string(names.size() - mostShown) + " more" : "";
-    return hints + "; say what a column means with --map \"" + shortened(names[0]) + "=Mobile1\"\n";
+    return hints + "; say what a column means with --map \"" + shownName(names[0]) + "=Mobile1\"\n";
+}
+
+/// What was done about two contacts that may be one person.
+std::string sentenceOf(const NearResult& result) {
+    switch (result.outcome) {
+        case NearOutcome::kept:
+            return "they may be one person; --merge makes them one contact";
+        case NearOutcome::alreadyOne:
+            return "they are one contact already";
+        case NearOutcome::different:
+            return "not merged, they differ in " + std::string(result.difference.empty() ? "name" : result.difference);
+        default:
+            return "they were merged";
+    }
 }
 
 }  // namespace
 
 std::string ConvertReport::place(const ContactOrigin& contact) const {
-    return placeOf(files_[contact.file], contact.record, contact.firstLine, contact.lastLine);
+    return printable(placeOf(files_[contact.file], contact));
 }
 
 void ConvertReport::book(std::size_t file, const Recognition& recognition) {
@@ -110,37 +110,16 @@ void ConvertReport::book(std::size_t file, const Recognition& recognition) {
     out_ << '\n' << columnHints(recognition);
 }
 
-void ConvertReport::countRemarks(const MappedContact& mapped) {
-    for (const Remark& remark : mapped.remarks) {
-        counts_.changed += remark.kind == Remark::changed ? 1 : 0;
-        counts_.doubtful += remark.kind == Remark::doubtful ? 1 : 0;
-        if (remark.kind == Remark::leftOut) {
-            ++counts_.leftOut;
-            const auto known = leftOut_.find(remark.source);
-            if (known != leftOut_.end()) {
-                ++known->second;
-            } else if (leftOut_.size() < mostColumnsTold) {
-                leftOut_.emplace(remark.source, 1);
-            }
-        }
-    }
-}
-
-void ConvertReport::record(std::size_t file, const AddressRecord& record, const MappedContact& mapped,
+void ConvertReport::record(const ContactOrigin& origin, const AddressRecord& record, const MappedContact& mapped,
                            RecordResult result, const SpooledContact* earlier) {
-    ++counts_.records;
-    counts_.duplicates += result == RecordResult::duplicate ? 1 : 0;
-    counts_.empty += result == RecordResult::empty ? 1 : 0;
-    counts_.broken += result == RecordResult::broken ? 1 : 0;
-    countRemarks(mapped);
     if (detail_ == json) {
-        jsonRecord(file, record, mapped, result, earlier);
+        jsonRecord(origin, record, mapped, result, earlier);
     } else {
-        textRecord(file, record, mapped, result, earlier);
+        textRecord(origin, record, mapped, result, earlier);
     }
 }
 
-void ConvertReport::textRecord(std::size_t file, const AddressRecord& record, const MappedContact& mapped,
+void ConvertReport::textRecord(const ContactOrigin& origin, const AddressRecord& record, const MappedContact& mapped,
                                RecordResult result, const SpooledContact* earlier) {
     std::string lines;
     if (detail_ == text && result == RecordResult::taken) {
@@ -165,7 +144,7 @@ void ConvertReport::textRecord(std::size_t file, const AddressRecord& record, co
     if (detail_ == remarkable && result == RecordResult::taken && lines.empty()) {
         return;
     }
-    out_ << placeOf(files_[file], record.number, record.firstLine, record.lastLine) << ": ";
+    out_ << place(origin) << ": ";
     switch (result) {
         case RecordResult::taken:
             out_ << nameOf(mapped.contact);
@@ -183,9 +162,9 @@ void ConvertReport::textRecord(std::size_t file, const AddressRecord& record, co
     out_ << '\n' << lines;
 }
 
-void ConvertReport::jsonRecord(std::size_t file, const AddressRecord& record, const MappedContact& mapped,
+void ConvertReport::jsonRecord(const ContactOrigin& origin, const AddressRecord& record, const MappedContact& mapped,
                                RecordResult result, const SpooledContact* earlier) {
-    Json line = {{"file", files_[file]},
+    Json line = {{"file", files_[origin.file]},
                  {"record", record.number},
                  {"firstLine", record.firstLine},
                  {"lastLine", record.lastLine},
@@ -214,15 +193,14 @@ void ConvertReport::jsonRecord(std::size_t file, const AddressRecord& record, co
 }
 
 void ConvertReport::near(const SpooledContact& earlier, const SpooledContact& later, const std::string& shared,
-                         const std::string& outcome, bool isMerged) {
-    ++counts_.near;
-    counts_.merged += isMerged ? 1 : 0;
+                         const NearResult& result) {
+    const std::string outcome = sentenceOf(result);
     if (detail_ == json) {
         const Json line = {{"near",
                             {{{"file", files_[earlier.file]}, {"record", earlier.record}},
                              {{"file", files_[later.file]}, {"record", later.record}}}},
                            {"shared", shared},
-                           {"merged", isMerged},
+                           {"merged", result.outcome == NearOutcome::merged},
                            {"outcome", outcome}};
         out_ << jsonText(line, false) << '\n';
     } else {
@@ -230,17 +208,16 @@ void ConvertReport::near(const SpooledContact& earlier, const SpooledContact& la
     }
 }
 
-void ConvertReport::say(const std::string& sentence) {
-    if (detail_ == json) {
-        out_ << jsonText(Json{{"note", sentence}}, false) << '\n';
-    } else {
-        out_ << printable(sentence) << '\n';
-    }
+void ConvertReport::limit(const LimitReached& reached) {
+    const std::string sentence = "the phone takes " + counted(reached.limit, "contact") + " and holds " +
+                                 std::to_string(reached.existing) + ": of " + std::to_string(reached.contacts) + ", " +
+                                 (reached.isCut ? "the first " + std::to_string(reached.written) + " were taken"
+                                                : "each of " + std::to_string(reached.files) + " files has at most " +
+                                                      std::to_string(reached.limit - reached.existing));
+    out_ << (detail_ == json ? jsonText(Json{{"note", sentence}}, false) : sentence) << '\n';
 }
 
-void ConvertReport::finish(std::uint64_t contacts, const std::vector<std::string>& written) {
-    counts_.contacts = contacts;
-    const ConvertCounts& c = counts_;
+void ConvertReport::finish(const ConversionCounts& c, const std::vector<std::string>& written) {
     if (detail_ == json) {
         const Json line = {{"counts",
                             {{"records", c.records},
@@ -253,12 +230,12 @@ void ConvertReport::finish(std::uint64_t contacts, const std::vector<std::string
                              {"changed", c.changed},
                              {"doubtful", c.doubtful},
                              {"leftOut", c.leftOut}}},
-                           {"leftOutOf", leftOut_},
+                           {"leftOutOf", c.leftOutOf},
                            {"files", written}};
         out_ << jsonText(line, false) << '\n';
         return;
     }
-    for (const auto& [column, count] : leftOut_) {
+    for (const auto& [column, count] : c.leftOutOf) {
         out_ << "left out of " << printable(column) << ": " << counted(count, "text") << '\n';
     }
     out_ << counted(c.records, "record") << ": " << counted(c.contacts, "contact") << ", "

@@ -51,6 +51,20 @@ private:
     std::thread thread_;
 };
 
+/// Where a piece of work is, set on one thread and read on another.
+class SharedPosition {
+public:
+    void set(std::uint64_t done, std::uint64_t total) {
+        done_ = done;
+        total_ = total;
+    }
+    ProgressBar::Position get() const { return {done_, total_}; }
+
+private:
+    std::atomic<std::uint64_t> done_{0};
+    std::atomic<std::uint64_t> total_{0};
+};
+
 /// Draws on standard error if that is a terminal; empty otherwise.
 ProgressBar::Draw terminalDrawing();
 

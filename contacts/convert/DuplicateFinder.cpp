@@ -17,7 +17,7 @@ namespace calljournal {
 namespace {
 
 /// Numbers of one line end in the same digits, however they begin.
-constexpr std::size_t tellingDigits = 7;
+constexpr std::size_t comparedDigits = 7;
 
 /// A number or mail address of more contacts than this is nobody's own; those contacts meet in groups of that size.
 constexpr std::size_t largestGroup = 4096;
@@ -39,7 +39,7 @@ std::string folded(const std::string& text) {
     return result;
 }
 
-/// The end of a number as far as it is the number itself: an extension, however it is written, stands behind letters or
+/// The end of a number as far as it is the number itself: an extension, however it is written, is behind letters or
 /// commas.
 std::string_view withoutExtension(std::string_view number) {
     const auto isExtension = [](char c) {
@@ -53,7 +53,7 @@ std::string_view withoutExtension(std::string_view number) {
 std::string coarseNumber(std::string_view number) {
     std::string digits;
     const std::string_view itself = withoutExtension(number);
-    for (auto c = itself.rbegin(); c != itself.rend() && digits.size() < tellingDigits; ++c) {
+    for (auto c = itself.rbegin(); c != itself.rend() && digits.size() < comparedDigits; ++c) {
         if (*c >= '0' && *c <= '9') {
             digits += *c;
         }
@@ -76,7 +76,7 @@ bool isInitial(const std::string& shorter, const std::string& longer) {
     return isOneLetter && longer.compare(0, length, shorter, 0, length) == 0;
 }
 
-/// Whether a part of a name is there as an initial and can be told in full.
+/// Whether a part of a name is there as an initial and can be given in full.
 bool isLonger(std::string Contact::*member, const std::string& initial, const std::string& name) {
     return (member == &Contact::firstName || member == &Contact::lastName) && isInitial(folded(initial), folded(name));
 }
@@ -170,7 +170,7 @@ std::vector<DuplicateFinder::Key> DuplicateFinder::keysOfPart(std::size_t part, 
     return keys;
 }
 
-void DuplicateFinder::find(ContactSpool& spool, const std::function<void(const NearPair&)>& tell,
+void DuplicateFinder::find(ContactSpool& spool, const std::function<void(const NearPair&)>& report,
                            std::size_t partSize) {
     const std::size_t parts = static_cast<std::size_t>(keys_.size() / partSize) + 1;
     for (std::size_t part = 0; part < parts; ++part) {
@@ -182,7 +182,7 @@ void DuplicateFinder::find(ContactSpool& spool, const std::function<void(const N
                 ++next;
             }
             if (next - begin > 1) {
-                lookAt(spool, begin, next, tell);
+                lookAt(spool, begin, next, report);
             }
             begin = next;
         }
@@ -200,7 +200,7 @@ std::vector<DuplicateFinder::Member> DuplicateFinder::membersOf(ContactSpool& sp
     return members;
 }
 
-void DuplicateFinder::lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Tell& tell) const {
+void DuplicateFinder::lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Report& report) const {
     struct Candidate {
         const std::string* shared;
         const Member* member;
@@ -210,7 +210,7 @@ void DuplicateFinder::lookAt(ContactSpool& spool, const Key* begin, const Key* e
         return std::any_of<const Member*>(
             members.data(), &one, [&](const Member& other) { return areNamesCompatible(one.name, other.name); });
     };
-    // Names are quick to compare and numbers are not. Where all meet, the names may tell that there is nothing to find.
+    // Names are quick to compare and numbers are not. Where all meet, the names may show that there is nothing to find.
     if (end - begin <= neighbours && std::none_of(members.begin(), members.end(), isNearByName)) {
         return;
     }
@@ -227,7 +227,7 @@ void DuplicateFinder::lookAt(ContactSpool& spool, const Key* begin, const Key* e
         return std::tie(*a.shared, a.member->order, a.member->place) <
                std::tie(*b.shared, b.member->order, b.member->place);
     });
-    // Two contacts meet wherever they share something; what they share first is where they are told.
+    // Two contacts meet wherever they share something; what they share first is where they are reported.
     const auto isFirstShared = [](const Candidate& one, const Candidate& other) {
         const auto& others = other.member->sharable;
         const auto first =
@@ -243,13 +243,14 @@ void DuplicateFinder::lookAt(ContactSpool& spool, const Key* begin, const Key* e
             if (one->member != other->member && isFirstShared(*one, *other) &&
                 areNamesCompatible(one->member->name, other->member->name)) {
                 const auto places = std::minmax(one->member->place, other->member->place);
-                tell({places.first, places.second, *one->shared});
+                report({places.first, places.second, *one->shared});
             }
         }
     }
 }
 
-std::optional<Contact> DuplicateFinder::merged(const Contact& one, const Contact& other, std::string& conflict) const {
+std::optional<Contact> DuplicateFinder::merged(const Contact& one, const Contact& other,
+                                               std::string_view& conflict) const {
     Contact both = one;
     for (const ContactText& text : contactTexts) {
         std::string& own = both.*text.member;

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Contact.h"
@@ -38,20 +39,20 @@ public:
     /// Remembers what a contact of the spool might share.
     void add(const Contact& contact, std::uint64_t place);
 
-    /// Finds the pairs; tells each once. `partSize` is how many bytes of memory a part may take.
-    void find(ContactSpool& spool, const std::function<void(const NearPair&)>& tell,
+    /// Finds the pairs; reports each once. `partSize` is how many bytes of memory a part may take.
+    void find(ContactSpool& spool, const std::function<void(const NearPair&)>& report,
               std::size_t partSize = std::size_t{64} << 20);
 
     /// The contact that holds all that both hold, or nothing if a text of one would be lost; `conflict` then names the
     /// field. Of what both say, the words of `one` stay.
-    std::optional<Contact> merged(const Contact& one, const Contact& other, std::string& conflict) const;
+    std::optional<Contact> merged(const Contact& one, const Contact& other, std::string_view& conflict) const;
 
 private:
     struct Key {
         std::uint64_t hash;
         std::uint64_t place;
     };
-    /// Tells of hashes whether they came more than once, in a fixed amount of memory: of some that came once it says
+    /// Knows of hashes whether they came more than once, in a fixed amount of memory: of some that came once it says
     /// so, too.
     class Repeated {
     public:
@@ -79,11 +80,11 @@ private:
         std::string order;  ///< The name again, for the order in which contacts meet.
         std::vector<Sharable> sharable;
     };
-    typedef std::function<void(const NearPair&)> Tell;
+    typedef std::function<void(const NearPair&)> Report;
 
     void note(std::uint64_t hash, std::uint64_t place);
     std::vector<Key> keysOfPart(std::size_t part, std::size_t parts);
-    void lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Tell& tell) const;
+    void lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Report& report) const;
     static std::vector<Member> membersOf(ContactSpool& spool, const Key* begin, const Key* end);
     std::vector<Sharable> sharableOf(const Contact& contact) const;
     bool addNumber(Contact& contact, std::string Contact::*member, const std::string& number) const;
@@ -95,7 +96,7 @@ private:
 
 FoldedName foldedName(const Contact& contact);
 
-/// Tells whether two names may be those of one person: one of the parts is there in both and the same but for case, and
+/// Returns whether two names may be those of one person: one of the parts is there in both and the same but for case, and
 /// the other is the same, missing or an initial. Without any names the companies have to be the same.
 bool areNamesCompatible(const FoldedName& one, const FoldedName& other);
 bool areNamesCompatible(const Contact& one, const Contact& other);

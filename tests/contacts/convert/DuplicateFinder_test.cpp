@@ -125,7 +125,7 @@ TEST(MergedContact, HoldsAllThatBothHold) {
     other.business2 = "030 2345679";
     other.private1 = "030 2345680";
     one.company1 = "Schmidt & Co";
-    std::string conflict;
+    std::string_view conflict;
     const auto both = DuplicateFinder("DE").merged(one, other, conflict);
     ASSERT_TRUE(both);
     EXPECT_EQ(both->firstName, "Anna");
@@ -145,7 +145,7 @@ TEST(MergedContact, DerivesItsDefaultNumberAnew) {
     Contact one = contact("Anna", "Schmidt", "", "anna@example.com");
     one.mobile1 = "0170 2345678";
     one.defaultDial = 4;
-    std::string conflict;
+    std::string_view conflict;
     const auto both =
         DuplicateFinder("DE").merged(one, contact("Anna", "Schmidt", "030 2345678", "anna@example.com"), conflict);
     ASSERT_TRUE(both);
@@ -153,7 +153,7 @@ TEST(MergedContact, DerivesItsDefaultNumberAnew) {
 }
 
 TEST(MergedContact, IsNoneWhereATextWouldBeLost) {
-    std::string conflict;
+    std::string_view conflict;
     EXPECT_FALSE(DuplicateFinder("DE").merged(contact("Anna", "Schmidt", "1", "a@example.com"),
                                               contact("Anna", "Schmidt", "1", "b@example.com"), conflict));
     EXPECT_EQ(conflict, "email1");
