@@ -1,6 +1,5 @@
 #include "ImportCommand.h"
 
-#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -60,15 +59,21 @@ private:
     int level_;
 };
 
+/// The sentence with texts of the file as a terminal bears them.
+std::string shown(const Sentence& sentence) {
+    constexpr std::size_t widestText = 40;
+    return sentence.text([](const std::string& text) { return fitted(printable(text), widestText); });
+}
+
 /// The sentence of a refused file: what ended the import, and what was wrong before.
 std::string refusal(const ImportReplay& replay, int outcome, const std::string& folder) {
     const auto& faults = replay.faults();
     if (faults.empty() || faults.back().outcome != outcome) {
         return outcome == CSV_NO_CAPACITY ? "too little free space in " + folder : "the file cannot be read";
     }
-    std::string sentence = faults.back().sentence;
+    std::string sentence = shown(faults.back().sentence);
     for (std::size_t earlier = 0; earlier + 1 < faults.size(); ++earlier) {
-        sentence += "; and before that, " + faults[earlier].sentence;
+        sentence += "; and before that, " + shown(faults[earlier].sentence);
     }
     return sentence;
 }
@@ -176,7 +181,7 @@ private:
         }
     }
 
-    /// Finds what is wrong with a refused file, and what a check has to tell. Returns the sentence of a refused file.
+    /// Finds what is wrong with a refused file, and what a check has to say. Returns the sentence of a refused file.
     std::string lookAgain(const std::string& again, std::uint64_t size, int outcome) {
         const QuietLog quiet(options_.log);
         auto position = std::make_shared<SharedPosition>();
@@ -190,7 +195,9 @@ private:
         }
         ImportCheck check(options_.existing);
         check.replay(again, progress);
-        check.report(out_);
+        for (const Sentence& line : check.report()) {
+            out_ << "  " << shown(line) << '\n';
+        }
         return refusal(check, outcome, folder);
     }
 
@@ -208,18 +215,6 @@ private:
 
     /// Says something about the file: to people below its contacts, else beside the data.
     void tell(const std::string& sentence) { (isForPeople() ? out_ : err_) << shownName_ << ": " << sentence << '\n'; }
-
-    /// Where a work is, told on one thread and read on another.
-    struct SharedPosition {
-        std::atomic<std::uint64_t> done{0};
-        std::atomic<std::uint64_t> total{0};
-
-        void set(std::uint64_t newDone, std::uint64_t newTotal) {
-            done = newDone;
-            total = newTotal;
-        }
-        ProgressBar::Position get() const { return {done, total}; }
-    };
 
     const std::string& file_;
     const std::string shownName_;

@@ -1,7 +1,6 @@
 #include "ImportCheck.h"
 
 #include <algorithm>
-#include <ostream>
 #include <utility>
 
 #include "CSVType.h"
@@ -79,21 +78,21 @@ void ImportCheck::lookAtRecord(const Contact* contact) {
 
 void ImportCheck::lookAtText(std::size_t index, const std::string& whole) {
     const std::string& text = tokens[index];
-    const std::string place = lines() + ", " + columnName(index);
+    const auto place = [&] { return lines() + ", " + columnName(index); };
     const bool isCut = text.size() < whole.size();
     if (isCut) {
-        note(cut_, place + " (" + std::to_string(whole.size()) + " bytes)");
+        note(cut_, place() + " (" + std::to_string(whole.size()) + " bytes)");
     }
     if (text == loneQuote) {
-        note(loneQuote_, place);
+        note(loneQuote_, place());
     }
     if (is_valid_utf8(text.c_str())) {
         return;
     }
     if (is_valid_utf8(whole.c_str())) {
-        note(cutCharacter_, place);
+        note(cutCharacter_, place());
     } else {
-        note(csvType == CSV_OUTLOOK ? converted_ : notUtf8_, place);
+        note(csvType == CSV_OUTLOOK ? converted_ : notUtf8_, place());
     }
 }
 
@@ -107,7 +106,7 @@ void ImportCheck::lookForLoss(std::size_t index, const Contact* contact) {
     if (tokens[index].find('@') != std::string::npos) {
         ++column.addresses;
     } else if (column.isMail && column.firstNoMail.empty()) {
-        column.firstNoMail = shownText(tokens[index]) + " on " + lines();
+        column.firstNoMail = quoted(tokens[index]) + " on " + lines();
     }
     // The Tamber layout leaves nothing behind.
     if (contact == nullptr || csvType != CSV_OUTLOOK || holdsText(*contact, tokens[index])) {
@@ -119,73 +118,70 @@ void ImportCheck::lookForLoss(std::size_t index, const Contact* contact) {
     column.lost += isLost ? 1 : 0;
 }
 
-void ImportCheck::note(Finding& finding, const std::string& place) {
+void ImportCheck::note(Finding& finding, const Sentence& place) {
     ++finding.count;
     if (finding.places.size() < mostPlaces) {
         finding.places.push_back(place);
     }
 }
 
-void ImportCheck::printFinding(const Finding& finding, std::ostream& out) {
+/// Empty if nothing was found, as below.
+Sentence ImportCheck::describe(const Finding& finding) {
     if (finding.count == 0) {
-        return;
+        return {};
     }
-    out << "  " << finding.count << ' ' << (finding.count == 1 ? finding.one : finding.many);
-    const char* before = ": ";
-    for (const std::string& place : finding.places) {
-        out << before << place;
-        before = "; ";
+    Sentence sentence = std::to_string(finding.count) + ' ' + (finding.count == 1 ? finding.one : finding.many);
+    for (const Sentence& place : finding.places) {
+        sentence = sentence + (&place == finding.places.data() ? ": " : "; ") + place;
     }
-    if (finding.count > finding.places.size()) {
-        out << "; and " << finding.count - finding.places.size() << " more";
-    }
-    out << '\n';
+    const std::size_t others = finding.count - finding.places.size();
+    return others == 0 ? sentence : sentence + ("; and " + std::to_string(others) + " more");
 }
 
-void ImportCheck::printLostColumns(std::ostream& out) const {
-    const char* before = "  not taken over: ";
-    bool isAny = false;
+Sentence ImportCheck::describeLostColumns() const {
+    Sentence sentence;
     for (std::size_t index = 0; index < columns_.size(); ++index) {
         if (columns_[index].lost > 0) {
-            out << before << columnName(index) << " (" << counted(columns_[index].lost, "record") << ')';
-            before = "; ";
-            isAny = true;
+            sentence = sentence + (sentence.empty() ? "not taken over: " : "; ") + columnName(index) +
+                       (" (" + counted(columns_[index].lost, "record") + ')');
         }
     }
-    out << (isAny ? "\n" : "");
+    return sentence;
 }
 
-void ImportCheck::printMailColumn(std::ostream& out) const {
+Sentence ImportCheck::describeMailColumn() const {
     const auto mail =
         std::find_if(columns_.begin(), columns_.end(), [](const Column& column) { return column.isMail; });
     if (mail == columns_.end() || mail->firstNoMail.empty()) {
-        return;
+        return {};
     }
-    const auto indexOf = [&](auto column) { return static_cast<std::size_t>(column - columns_.begin()); };
-    out << "  " << columnName(indexOf(mail)) << " is taken for the mail address, but "
-        << counted(mail->texts - mail->addresses, "record") << (mail->texts - mail->addresses == 1 ? " has" : " have")
-        << " something else there: " << mail->firstNoMail;
+    const auto nameOf = [&](auto column) { return columnName(static_cast<std::size_t>(column - columns_.begin())); };
+    const std::size_t others = mail->texts - mail->addresses;
+    const Sentence sentence = nameOf(mail) + " is taken for the mail address, but " + counted(others, "record") +
+                              (others == 1 ? " has" : " have") + " something else there: " + mail->firstNoMail;
     const auto best = std::max_element(columns_.begin(), columns_.end(), [](const Column& one, const Column& other) {
         return one.addresses < other.addresses;
     });
-    if (best != mail && best->addresses > 0) {
-        out << "; mail addresses stand in " << columnName(indexOf(best));
-    }
-    out << '\n';
+    return best == mail || best->addresses == 0 ? sentence : sentence + "; mail addresses stand in " + nameOf(best);
 }
 
-void ImportCheck::report(std::ostream& out) {
+std::vector<Sentence> ImportCheck::report() {
     if (columns_.empty()) {
-        return;
+        return {};
     }
     const bool isOutlook = columns_.size() != static_cast<std::size_t>(TAMBER_HEADERS_SIZE);
-    out << "  " << (isOutlook ? "Outlook" : "Tamber") << " layout, " << columns_.size() << " columns separated by "
-        << (isCommaSeparated() ? "commas" : "semicolons") << ", " << counted(contactCount_, "contact") << '\n';
+    std::vector<Sentence> lines = {std::string(isOutlook ? "Outlook" : "Tamber") + " layout, " +
+                                   std::to_string(columns_.size()) + " columns separated by " +
+                                   (isCommaSeparated() ? "commas" : "semicolons") + ", " +
+                                   counted(contactCount_, "contact")};
     for (const Finding* finding : {&noContact_, &cut_, &cutCharacter_, &converted_, &notUtf8_, &loneQuote_}) {
-        printFinding(*finding, out);
+        lines.push_back(describe(*finding));
     }
-    printMailColumn(out);
-    printLostColumns(out);
+    lines.push_back(describeMailColumn());
+    lines.push_back(describeLostColumns());
+    lines.erase(std::remove_if(lines.begin(), lines.end(), [](const Sentence& sentence) { return sentence.empty(); }),
+                lines.end());
+    return lines;
 }
 
 }  // namespace calljournal

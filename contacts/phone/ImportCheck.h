@@ -2,7 +2,6 @@
 #define CALLJOURNAL_IMPORTCHECK_H
 
 #include <cstddef>
-#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -16,8 +15,9 @@ class ImportCheck : public ImportReplay {
 public:
     explicit ImportCheck(unsigned existingContacts);
 
-    /// Writes what was noted, one line for each kind of finding, each with the first places and the number of all.
-    void report(std::ostream& out);
+    /// Returns what was noted: the layout, then a line for each kind of finding with the first places and the number of
+    /// all. Empty for a file without a layout.
+    std::vector<Sentence> report();
 
 protected:
     void recordTaken(const Contact* contact) override;
@@ -28,7 +28,7 @@ private:
         std::string one;   ///< "line gives no contact"
         std::string many;  ///< "lines give no contact"
         std::size_t count;
-        std::vector<std::string> places;  ///< The first few.
+        std::vector<Sentence> places;  ///< The first few.
     };
 
     /// What is known of a column of the file.
@@ -38,7 +38,7 @@ private:
         std::size_t texts = 0;      ///< Records with a text here.
         std::size_t addresses = 0;  ///< Those that look like a mail address.
         std::size_t lost = 0;       ///< Those whose text is in no contact.
-        std::string firstNoMail;    ///< The first text that looks otherwise, and where it stands.
+        Sentence firstNoMail;       ///< The first text that looks otherwise, and where it is.
     };
 
     void learnColumns();
@@ -47,10 +47,10 @@ private:
     void lookAtRecord(const Contact* contact);
     void lookAtText(std::size_t index, const std::string& whole);
     void lookForLoss(std::size_t index, const Contact* contact);
-    static void note(Finding& finding, const std::string& place);
-    static void printFinding(const Finding& finding, std::ostream& out);
-    void printLostColumns(std::ostream& out) const;
-    void printMailColumn(std::ostream& out) const;
+    static void note(Finding& finding, const Sentence& place);
+    static Sentence describe(const Finding& finding);
+    Sentence describeLostColumns() const;
+    Sentence describeMailColumn() const;
 
     std::vector<Column> columns_;
     std::size_t contactCount_ = 0;

@@ -10,7 +10,6 @@
 #include "ClientUtils.h"
 #include "ContactColumns.h"
 #include "HardwareVersion.h"
-#include "PrintableText.h"
 #include "Utf8.h"
 #include "Wording.h"
 
@@ -19,7 +18,6 @@ namespace calljournal {
 namespace {
 
 constexpr std::size_t outlookColumnCount = 92;
-constexpr std::size_t longestShown = 40;
 constexpr char loneQuote[] = "\"";
 
 /// Programs whose exports are often offered, by the columns of their header.
@@ -43,8 +41,8 @@ std::uint64_t positionIn(std::ifstream& file) {
 
 }  // namespace
 
-std::string shownText(const std::string& text) {
-    return '"' + fitted(printable(text.substr(0, 4 * longestShown)), longestShown) + '"';
+Sentence quoted(const std::string& text) {
+    return "\"" + Sentence::fromFile(text) + "\"";
 }
 
 std::size_t PhysicalLines::between(std::uint64_t begin, std::uint64_t end) {
@@ -157,8 +155,8 @@ void ImportReplay::settle() {
         return;
     }
     if (!exception_.empty()) {
-        const std::string place = describeEscapeFault();
-        addFault(CSV_FILE_ERROR, !place.empty() ? place : lines() + ": cannot be read: " + exception_);
+        const Sentence place = describeEscapeFault();
+        addFault(CSV_FILE_ERROR, place.empty() ? lines() + ": cannot be read: " + exception_ : place);
     } else if (isHeader_ && csvType != CSV_TAMBER && csvType != CSV_OUTLOOK) {
         addFault(csvType, describeHeaderFault());
     } else if (csvType == CSV_TAMBER || csvType == CSV_OUTLOOK) {
@@ -185,7 +183,7 @@ void ImportReplay::settleLimit() {
     faults_.push_back({CSV_NO_CAPACITY, sentence});
 }
 
-void ImportReplay::addFault(int outcome, const std::string& sentence) {
+void ImportReplay::addFault(int outcome, const Sentence& sentence) {
     faults_.push_back({outcome, sentence});
 }
 
@@ -196,9 +194,10 @@ std::string ImportReplay::lines() const {
                                    : "lines " + std::to_string(firstLine_) + " to " + std::to_string(lastLine_);
 }
 
-std::string ImportReplay::columnName(std::size_t index) const {
+Sentence ImportReplay::columnName(std::size_t index) const {
     const std::string name = index < headers_.size() ? headers_[index] : std::string();
-    return "column " + std::to_string(index + 1) + (name.empty() ? "" : ' ' + fitted(printable(name), longestShown));
+    const std::string column = "column " + std::to_string(index + 1);
+    return name.empty() ? column : column + ' ' + Sentence::fromFile(name);
 }
 
 /// Names are read as the importer reads texts: what is not UTF-8 is ISO 8859-1.
@@ -224,23 +223,23 @@ bool ImportReplay::endsInsideQuotes(const std::string& text) {
     return !text.empty() && countColumns(text + (isCommaSeparated() ? ',' : ';')) == countColumns(text);
 }
 
-std::string ImportReplay::describeHeaderFault() {
+Sentence ImportReplay::describeHeaderFault() {
     const std::size_t count = tokens.size();
     switch (csvType) {
         case CSV_INVALID_DELIMITERS:
-            return "line 1: one column, " + shownText(line) +
+            return "line 1: one column, " + quoted(line) +
                    "; the names of a header are separated by semicolons or commas" +
                    (line.find('\t') == std::string::npos ? "" : ", not by tabs");
         case CSV_TOO_MANY_HEADERS:
             return "line 1: " + counted(count, "column") + "; a header has at most 100";
         default:
-            return count == 0 ? "line 1: is empty where the names of the columns are expected"
+            return count == 0 ? Sentence("line 1: is empty where the names of the columns are expected")
                    : count == static_cast<std::size_t>(TAMBER_HEADERS_SIZE) ? describeHeaderNames()
                                                                             : describeHeaderCount();
     }
 }
 
-std::string ImportReplay::describeHeaderNames() {
+Sentence ImportReplay::describeHeaderNames() {
     // The check fills this map up to the first name that differs.
     const auto differing =
         static_cast<std::size_t>(std::find(columnMap.begin(), columnMap.end(), -1) - columnMap.begin());
@@ -249,12 +248,12 @@ std::string ImportReplay::describeHeaderNames() {
     std::vector<std::string> sorted(tokens);
     std::sort(sorted.begin(), sorted.end());
     std::sort(expected.begin(), expected.end());
-    return "line 1, column " + std::to_string(differing + 1) + ": " + shownText(tokens[differing]) +
-           " where the Tamber layout has " + shownText(name) +
+    return "line 1, column " + std::to_string(differing + 1) + ": " + quoted(tokens[differing]) +
+           " where the Tamber layout has " + quoted(name) +
            (sorted == expected ? "; the names are right, but their order is fixed" : "");
 }
 
-std::string ImportReplay::describeHeaderCount() {
+Sentence ImportReplay::describeHeaderCount() {
     std::string sentence = "line 1: " + counted(tokens.size(), "column") + "; an Outlook export needs " +
                            std::to_string(outlookColumnCount) + ", the Tamber layout " +
                            std::to_string(TAMBER_HEADERS_SIZE);
@@ -266,8 +265,8 @@ std::string ImportReplay::describeHeaderCount() {
     return sentence + "; " + convertHint;
 }
 
-std::string ImportReplay::describeDefaultDialFault() {
-    return lines() + ", " + columnName(format::defaultDialField) + ": " + shownText(tokens[format::defaultDialField]) +
+Sentence ImportReplay::describeDefaultDialFault() {
+    return lines() + ", " + columnName(format::defaultDialField) + ": " + quoted(tokens[format::defaultDialField]) +
            " is not a number from 0 to 4" +
            (tokens[format::defaultDialField] == loneQuote ? "; the format reads an empty quoted field that way" : "");
 }
@@ -276,7 +275,7 @@ std::string ImportReplay::columnsFound(std::size_t count) const {
     return counted(count, "column") + " where the header has " + std::to_string(headerCount);
 }
 
-std::string ImportReplay::describeColumnFault() {
+Sentence ImportReplay::describeColumnFault() {
     if (line.empty()) {
         return lines() + ": is empty; take it out";
     }
@@ -303,7 +302,7 @@ std::string ImportReplay::describeColumnFault() {
     return describeShortRecord(first, isJoined);
 }
 
-std::string ImportReplay::describeShortRecord(const std::string& first, bool isJoined) {
+Sentence ImportReplay::describeShortRecord(const std::string& first, bool isJoined) {
     // The importer tried to fill the record up with commas; what stood before that tells more.
     const std::string sentence = lines() + ": " + columnsFound(isJoined ? tokens.size() : countColumns(first));
     if (!endsInsideQuotes(line)) {
@@ -314,23 +313,23 @@ std::string ImportReplay::describeShortRecord(const std::string& first, bool isJ
                            : "; a quoted text is not closed before the file ends");
 }
 
-std::string ImportReplay::describeEscapeFault() {
+Sentence ImportReplay::describeEscapeFault() {
     const std::size_t start = startOfRefusedColumn();
     const std::string text = line.substr(start);
-    const std::string place =
+    const Sentence place =
         isHeader_ ? "line 1" : "line " + std::to_string(lastLine_) + ", " + columnName(refusedColumn_);
     // A backslash takes the character behind it, wherever it stands; which ones it may take, the splitter says.
     for (std::size_t at = text.find('\\'); at != std::string::npos; at = text.find('\\', at + 2)) {
         if (!isRefused(text.substr(at, 2))) {
             continue;
         }
-        return place + (at + 1 == text.size()
-                            ? ": the backslash at the end of the line has nothing to escape; write two for one"
-                            : ": the backslash before " +
-                                  shownText(text.substr(at + 1, characterAt(text.substr(at + 1)).length)) +
-                                  " is not an escape the format knows; write two backslashes for one");
+        return place +
+               (at + 1 == text.size()
+                    ? Sentence(": the backslash at the end of the line has nothing to escape; write two for one")
+                    : ": the backslash before " + quoted(text.substr(at + 1, characterAt(text.substr(at + 1)).length)) +
+                          " is not an escape the format knows; write two backslashes for one");
     }
-    return std::string();
+    return Sentence();
 }
 
 std::size_t ImportReplay::startOfRefusedColumn() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ImportContactsCSVParser.h"
+#include "Sentence.h"
 
 namespace calljournal {
 
@@ -34,7 +35,7 @@ public:
     /// Where an import went wrong, and why, in words for people.
     struct Fault {
         int outcome;  ///< A CSVType.
-        std::string sentence;
+        Sentence sentence;
     };
 
     explicit ImportReplay(unsigned existingContacts);
@@ -59,7 +60,7 @@ protected:
     bool isHeader() const { return isHeader_; }
 
     /// "column 12 DefaultDial"; columns count from 1.
-    std::string columnName(std::size_t index) const;
+    Sentence columnName(std::size_t index) const;
 
     /// Whether the comma separates columns, rather than the semicolon.
     bool isCommaSeparated();
@@ -72,7 +73,7 @@ private:
     bool takeLine();
     void settle();
     void settleLimit();
-    void addFault(int outcome, const std::string& sentence);
+    void addFault(int outcome, const Sentence& sentence);
 
     void makeUtf8(std::string& name) const;
     std::size_t countColumns(const std::string& text);
@@ -80,13 +81,13 @@ private:
     bool isRefused(const std::string& text);
     std::size_t startOfRefusedColumn();
 
-    std::string describeHeaderFault();
-    std::string describeHeaderNames();
-    std::string describeHeaderCount();
-    std::string describeDefaultDialFault();
-    std::string describeColumnFault();
-    std::string describeShortRecord(const std::string& first, bool isJoined);
-    std::string describeEscapeFault();
+    Sentence describeHeaderFault();
+    Sentence describeHeaderNames();
+    Sentence describeHeaderCount();
+    Sentence describeDefaultDialFault();
+    Sentence describeColumnFault();
+    Sentence describeShortRecord(const std::string& first, bool isJoined);
+    Sentence describeEscapeFault();
     std::string columnsFound(std::size_t count) const;
 
     std::vector<Fault> faults_;
@@ -103,8 +104,8 @@ private:
     std::string exception_;          ///< What the current line threw.
 };
 
-/// The text in quotes, as far as a sentence bears it.
-std::string shownText(const std::string& text);
+/// A text of the file in quotes.
+Sentence quoted(const std::string& text);
 
 }  // namespace calljournal
 

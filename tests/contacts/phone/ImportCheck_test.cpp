@@ -1,10 +1,10 @@
 #include "ImportCheck.h"
 
 #include <gtest/gtest.h>
-#include <sstream>
 
 #include "ImportFiles.h"
 #include "RunCommand.h"
+#include "ShownSentence.h"
 
 namespace {
 
@@ -13,9 +13,11 @@ std::string reportOn(const std::string& text) {
     const TemporaryFolder folder;
     calljournal::ImportCheck check(0);
     check.replay(folder.write("contacts.csv", text));
-    std::ostringstream out;
-    check.report(out);
-    return out.str();
+    std::string lines;
+    for (const calljournal::Sentence& line : check.report()) {
+        lines += "  " + shown(line) + '\n';
+    }
+    return lines;
 }
 
 const std::string outlook = headerOf(92);

@@ -7,6 +7,7 @@
 #include "HostPlatform.h"
 #include "ImportFiles.h"
 #include "RunCommand.h"
+#include "ShownSentence.h"
 
 namespace {
 
@@ -37,7 +38,7 @@ TEST_P(RefusedFile, HasASentenceWithThePlace) {
     replay.replay(folder.write("contacts.csv", GetParam().file));
     ASSERT_FALSE(replay.faults().empty());
     EXPECT_EQ(replay.faults().back().outcome, GetParam().outcome);
-    EXPECT_EQ(replay.faults().back().sentence, GetParam().sentence);
+    EXPECT_EQ(shown(replay.faults().back().sentence), GetParam().sentence);
     EXPECT_EQ(outcomeOf(folder, GetParam().file, GetParam().existing), GetParam().outcome);
 }
 
@@ -165,7 +166,7 @@ TEST(ImportReplay, SaysNothingOfAFileThatIsImported) {
     for (const std::string& text : {tamberHeader, tamberHeader + repeated(good, 100), outlook + "a,\"b\"\n,text"}) {
         ImportReplay replay(0);
         replay.replay(folder.write("contacts.csv", text));
-        EXPECT_TRUE(replay.faults().empty()) << replay.faults().front().sentence;
+        EXPECT_TRUE(replay.faults().empty()) << shown(replay.faults().front().sentence);
     }
 }
 
@@ -186,22 +187,22 @@ TEST(ImportReplay, KnowsTheLimitOfTheLargerPhone) {
     calljournal::setHardware(false, 0);
     ASSERT_EQ(replay.faults().size(), 1u);
     EXPECT_EQ(
-        replay.faults()[0].sentence,
+        shown(replay.faults()[0].sentence),
         "the phonebook takes 1000 contacts: 990 used, 11 in the file, 1 too many; the first that does not fit is on "
         "line 12");
 }
 
-TEST(ImportReplay, LeavesTheFileAndTellsHowFarItIs) {
+TEST(ImportReplay, LeavesTheFileAndReportsHowFarItIs) {
     const TemporaryFolder folder;
     const std::string text = tamberHeader + good + good;
     const std::string path = folder.write("contacts.csv", text);
-    std::vector<std::uint64_t> told;
+    std::vector<std::uint64_t> reported;
     ImportReplay replay(0);
-    replay.replay(path, [&](std::uint64_t done) { told.push_back(done); });
+    replay.replay(path, [&](std::uint64_t done) { reported.push_back(done); });
     EXPECT_EQ(readFile(path), text);
-    ASSERT_EQ(told.size(), 3u);
-    EXPECT_EQ(told.back(), text.size());
-    EXPECT_EQ(told.front(), tamberHeader.size());
+    ASSERT_EQ(reported.size(), 3u);
+    EXPECT_EQ(reported.back(), text.size());
+    EXPECT_EQ(reported.front(), tamberHeader.size());
 }
 
 TEST(ImportReplay, ComesToTheImportersOutcomeOnRandomFiles) {

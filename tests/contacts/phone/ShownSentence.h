@@ -1,0 +1,14 @@
+#ifndef SHOWNSENTENCE_H
+#define SHOWNSENTENCE_H
+
+#include <string>
+
+#include "PrintableText.h"
+#include "Sentence.h"
+
+/// A sentence as the command shows it.
+inline std::string shown(const calljournal::Sentence& sentence) {
+    return sentence.text([](const std::string& text) { return calljournal::fitted(calljournal::printable(text), 40); });
+}
+
+#endif
