@@ -37,6 +37,15 @@ mode_t fileMode() {
     return 0666 & ~mask;
 }
 
+/// The end of a temporary file's name, which makes it unique.
+constexpr std::string_view uniqueEnd = ".XXXXXX";
+
+/// Another name that is as unique and no longer.
+std::string furtherName(std::string temporary) {
+    temporary[temporary.size() - uniqueEnd.size()] = '~';
+    return temporary;
+}
+
 }  // namespace
 
 ContactFiles::ContactFiles(ContactFilesOptions options) : options_(std::move(options)), mode_(fileMode()) {
@@ -83,7 +92,7 @@ void ContactFiles::demand(bool isDone) const {
 void ContactFiles::open() {
     temporary_.push_back(makeTemporary([this] {
         const fs::path path(options_.path);
-        std::string pattern = (path.parent_path() / ('.' + path.filename().string() + ".XXXXXX")).string();
+        std::string pattern = (path.parent_path() / ('.' + path.filename().string().append(uniqueEnd))).string();
         descriptor_ = ::mkstemp(pattern.data());
         demand(descriptor_ >= 0);
         return pattern;
@@ -206,7 +215,7 @@ void ContactFiles::keepReplaced(const std::string& name, const std::string& furt
 void ContactFiles::rename(const std::vector<std::string>& names) {
     // The last file is replaced or stays, by itself.
     for (std::size_t i = 0; i + 1 < names.size(); ++i) {
-        keepReplaced(names[i], temporary_[i] + ".old");
+        keepReplaced(names[i], furtherName(temporary_[i]));
     }
     const std::unique_lock<std::mutex> hold = holdTemporaries();
     for (std::size_t i = 0; i < names.size(); ++i) {

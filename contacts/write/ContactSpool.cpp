@@ -23,14 +23,14 @@ constexpr std::size_t windowSize = 65536;
 constexpr std::size_t stepSize = 512;
 constexpr std::size_t smallestTable = 1024;
 
-/// Throws what errno tells if a call has failed.
+/// Throws what errno says if a call has failed.
 void demand(bool isDone) {
     if (!isDone) {
         throw std::system_error(errno, std::generic_category(), "temporary file");
     }
 }
 
-/// What stands in front of a contact's texts.
+/// What is in front of a contact's texts.
 struct Head {
     std::uint64_t record;
     std::uint64_t firstLine;

@@ -52,7 +52,7 @@ private:
     int descriptor_;
     std::size_t memory_;
     std::uint64_t written_ = 0;
-    std::string pending_;  ///< What stands behind that, not yet written.
+    std::string pending_;  ///< What comes behind that, not yet written.
     std::uint64_t windowStart_ = 0;
     std::string window_;  ///< What was read last.
 };
@@ -74,10 +74,10 @@ public:
     /// The place behind the last contact; the first is at 0.
     std::uint64_t end() const { return file_.size(); }
 
-    /// Tells whether the contact at `place` is the one that identityOf() told apart.
+    /// Returns whether the contact at `place` has that identityOf().
     bool isSame(std::uint64_t place, std::string_view identity);
 
-    /// What tells contacts apart: texts and default number as one text. It lasts until the next call.
+    /// What distinguishes contacts: texts and default number as one text. It lasts until the next call.
     std::string_view identityOf(const Contact& contact);
 
 private:
@@ -92,7 +92,7 @@ public:
     explicit IdentityTable(ContactSpool& spool) : spool_(spool) {}
 
     /// Looks for the contact in the spool and returns whether it is there, and where. If it is not, remembers that it
-    /// comes to its end. Where hashes are the same by chance, the texts tell.
+    /// comes to its end. Where hashes are the same by chance, the texts decide.
     bool find(std::string_view identity, std::uint64_t& place);
 
 private:

@@ -17,7 +17,7 @@ constexpr std::size_t longestLine = 75;
 constexpr std::string_view lineEnd = "\r\n";
 
 /// A value of type TEXT. Control characters have no place in it; a line end of any kind becomes "\n". A semicolon may
-/// stand as it is, and the grammar knows no other form.
+/// stay as it is, and the grammar knows no other form.
 std::string escaped(const std::string& text) {
     const std::string valid = asUtf8(text);
     std::string value;
@@ -81,7 +81,7 @@ std::vector<std::string> splitAtColons(const std::string& text) {
 }
 
 /// The Outlook layout joins what there is of city, postal code and country by colons, and drops those in front. Other
-/// texts are nobody's business: they stand where a reader looks first.
+/// texts are nobody's business: they go where a reader looks first.
 Place placeOf(const Contact& contact, int csvType) {
     const std::vector<std::string> parts = splitAtColons(contact.address2);
     if (parts.size() == 3) {

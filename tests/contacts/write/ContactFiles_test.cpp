@@ -134,6 +134,19 @@ TEST_F(ContactFilesTest, ReplaceOldFilesAndLeaveNoOtherNames) {
     EXPECT_EQ(readFile(folder_.file("out-2.csv")).substr(0, 8), "LastName");
 }
 
+TEST_F(ContactFilesTest, ReplaceOldFilesWhateverTheLengthOfTheirNames) {
+    ContactFilesOptions overwriting = options(100);
+    overwriting.overwrite = true;
+    // A temporary name, the longest in use, has the 255 bytes that a name may have.
+    overwriting.path = folder_.file(std::string(243, 'a') + ".csv");
+    const std::string first = folder_.write(std::string(243, 'a') + "-1.csv", "mine");
+    ContactFiles files(overwriting);
+    add(files, 150);
+    files.finish();
+    files.publish();
+    EXPECT_EQ(readFile(first).substr(0, 8), "LastName");
+}
+
 TEST_F(ContactFilesTest, TakeThePlaceOfFilesOnly) {
     ContactFilesOptions overwriting = options(100);
     overwriting.overwrite = true;
