@@ -24,7 +24,7 @@ struct ConvertOptions {
     std::vector<std::string> maps;  ///< "Handy=Mobile1".
     ConvertReport::Detail report = ConvertReport::remarkable;
     bool isDryRun = false;
-    bool isPassedOn = false;  ///< The file is for another step, so its name is not told.
+    bool isPassedOn = false;  ///< The file is for another step, so its name is not reported.
     bool merge = false;
     bool force = false;
     bool cut = false;       ///< Leave out what does not fit, rather than write further files.

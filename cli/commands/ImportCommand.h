@@ -15,7 +15,7 @@ enum class Hardware { standard, nq, tq2 };
 /// What `calljournal import` is asked to do.
 struct ImportOptions {
     std::vector<std::string> files;
-    bool check = false;       ///< Tell what an import would do; show no contacts.
+    bool check = false;       ///< Say what an import would do; show no contacts.
     bool consume = false;     ///< Delete each file that the importer was asked about, whatever the outcome.
     bool convert = false;     ///< Convert each file first, whatever program it is from.
     std::string region;       ///< Where numbers are dialled, for the conversion; empty for the locale's.

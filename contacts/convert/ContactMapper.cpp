@@ -288,12 +288,12 @@ private:
 
     void deriveDefault() {
         mapped_.contact.defaultDial = format::derivedDefaultDial(mapped_.contact);
-        const std::size_t told = find(FieldKind::defaultDial);
-        if (told == none) {
+        const std::size_t stated = find(FieldKind::defaultDial);
+        if (stated == none) {
             return;
         }
-        mapped_.isUsed[told] = true;
-        const AddressValue& value = record_.values[told];
+        mapped_.isUsed[stated] = true;
+        const AddressValue& value = record_.values[stated];
         const std::string derived = std::to_string(mapped_.contact.defaultDial);
         if (value.text != derived) {
             remark(Remark::changed, value.source,

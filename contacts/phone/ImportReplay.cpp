@@ -21,11 +21,11 @@ constexpr std::size_t outlookColumnCount = 92;
 constexpr char loneQuote[] = "\"";
 
 /// Programs whose exports are often offered, by the columns of their header.
-struct KnownHeader {
+struct OftenOffered {
     std::size_t count;
     const char* origin;
 };
-constexpr KnownHeader knownHeaders[] = {
+constexpr OftenOffered oftenOffered[] = {
     {81, "Google Contacts wrote 81 and more"},
     {89, "an Outlook export lost some on its way, or it is another program's"},
     {95, "Outlook 2003, and any with phonetic names, writes 95"},
@@ -68,7 +68,7 @@ std::size_t PhysicalLines::between(std::uint64_t begin, std::uint64_t end) {
     return count + (last == '\n' ? 0 : 1);
 }
 
-// A file without a name cannot be opened, so the base class imports nothing and stands at the start.
+// A file without a name cannot be opened, so the base class imports nothing and is at its start.
 ImportReplay::ImportReplay(unsigned existingContacts)
     : ImportContactsCSVParser(std::string(), existingContacts), existingContacts_(existingContacts) {
     csvType = CSV_FILE_ERROR;
@@ -257,7 +257,7 @@ Sentence ImportReplay::describeHeaderCount() {
     std::string sentence = "line 1: " + counted(tokens.size(), "column") + "; an Outlook export needs " +
                            std::to_string(outlookColumnCount) + ", the Tamber layout " +
                            std::to_string(TAMBER_HEADERS_SIZE);
-    for (const KnownHeader& known : knownHeaders) {
+    for (const OftenOffered& known : oftenOffered) {
         if (known.count == tokens.size()) {
             sentence += std::string(" (") + known.origin + ')';
         }
@@ -303,7 +303,7 @@ Sentence ImportReplay::describeColumnFault() {
 }
 
 Sentence ImportReplay::describeShortRecord(const std::string& first, bool isJoined) {
-    // The importer tried to fill the record up with commas; what stood before that tells more.
+    // The importer tried to fill the record up with commas; what was there before says more.
     const std::string sentence = lines() + ": " + columnsFound(isJoined ? tokens.size() : countColumns(first));
     if (!endsInsideQuotes(line)) {
         return sentence + "; a row that is short is filled up only where commas separate the columns";
@@ -318,7 +318,7 @@ Sentence ImportReplay::describeEscapeFault() {
     const std::string text = line.substr(start);
     const Sentence place =
         isHeader_ ? "line 1" : "line " + std::to_string(lastLine_) + ", " + columnName(refusedColumn_);
-    // A backslash takes the character behind it, wherever it stands; which ones it may take, the splitter says.
+    // A backslash takes the character behind it, wherever it is; the splitter says which ones it may take.
     for (std::size_t at = text.find('\\'); at != std::string::npos; at = text.find('\\', at + 2)) {
         if (!isRefused(text.substr(at, 2))) {
             continue;

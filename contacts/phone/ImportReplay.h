@@ -27,9 +27,9 @@ private:
 
 /// Takes the importer's own steps over a file once more, to say where and why they refuse it.
 ///
-/// The importer tells an outcome and no place. Here its steps run line by line, unchanged, and what they leave in its
+/// The importer reports an outcome and no place. Here its steps run line by line, unchanged, and what they leave in its
 /// members is looked at after each; so a place found is one that the import stumbles over, whatever the rules are.
-/// The file stays. The log should be off, or it hears everything twice.
+/// The file stays. The log should be off, or it gets every line twice.
 class ImportReplay : public ImportContactsCSVParser {
 public:
     /// Where an import went wrong, and why, in words for people.
@@ -40,7 +40,7 @@ public:
 
     explicit ImportReplay(unsigned existingContacts);
 
-    /// Replays the import of the file. Tells `progress`, if given, how many bytes are behind it.
+    /// Replays the import of the file. Calls `progress`, if given, with the number of bytes that are done.
     void replay(const std::string& path, const std::function<void(std::uint64_t)>& progress = {});
 
     /// What the import stumbles over, in the order of the file. At most two: a line that is refused does not keep a

@@ -21,7 +21,7 @@ namespace calljournal {
 
 namespace {
 
-/// How much of the text tells its format and its header.
+/// How much of the text is looked at for its format and its header.
 constexpr std::size_t beginningSize = longestRecord;
 
 void seek(std::istream& bytes, std::istream::pos_type place) {

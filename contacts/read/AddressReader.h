@@ -32,7 +32,6 @@ struct Recognition {
     char delimiter = 0;      ///< Of a CSV file: comma, semicolon or tab.
     std::string program;     ///< Of a CSV file whose header is like a known one: "Outlook". Else empty.
     std::string language;    ///< BCP 47, as in the columns file: "de". Empty without a program.
-    std::size_t headerLine = 0;
     std::vector<RecognisedColumn> columns;    ///< Of a CSV file.
     std::vector<std::string> unusedMappings;  ///< The names of the user's mappings that fit no column of this file.
 };
@@ -41,7 +40,7 @@ struct Recognition {
 std::string columnTable(const Recognition& recognition);
 
 /// Reads one address book, record by record, with memory for one record. A record longer than longestRecord bytes is
-/// told as a fault.
+/// reported as a fault.
 ///
 ///     const std::unique_ptr<AddressReader> book = openAddressBook(file, {});
 ///     for (AddressRecord record; book->next(record);) { ... }

@@ -1,7 +1,5 @@
 #include "AddressRecord.h"
 
-#include <algorithm>
-
 namespace calljournal {
 
 AddressValue& AddressValues::add() {
@@ -17,13 +15,6 @@ std::size_t AddressValues::memory() const {
         bytes += sizeof value + value.text.capacity() + value.source.capacity();
     }
     return bytes;
-}
-
-const std::string& firstText(const AddressRecord& record, FieldKind kind) {
-    static const std::string none;
-    const auto found = std::find_if(record.values.begin(), record.values.end(),
-                                    [=](const AddressValue& value) { return value.kind == kind; });
-    return found == record.values.end() ? none : found->text;
 }
 
 }  // namespace calljournal

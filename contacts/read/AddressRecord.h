@@ -9,7 +9,7 @@
 
 namespace calljournal {
 
-/// One text of a record and where it stood.
+/// One text of a record and where it was.
 struct AddressValue {
     FieldKind kind;
     std::string text;    ///< UTF-8, not empty, without blanks around it. It may hold line breaks, which are "\n".
@@ -58,9 +58,6 @@ struct AddressRecord {
     /// Why the record cannot be used; it has no values then. Empty for all others.
     std::string fault;
 };
-
-/// Returns the first text of that kind, or an empty one. The text belongs to the record.
-const std::string& firstText(const AddressRecord& record, FieldKind kind);
 
 }  // namespace calljournal
 

@@ -124,7 +124,7 @@ std::vector<std::size_t> ColumnFinder::ranking(const std::vector<const Places*>&
         if (all == nullptr) {
             continue;
         }
-        // A name that stands in the file for the second time counts for the headers that have it twice.
+        // A name that is in the file for the second time counts for the headers that have it twice.
         const std::size_t time = seen[all]++;
         std::unordered_map<std::size_t, std::size_t> times;
         for (const Place& place : *all) {

@@ -14,7 +14,7 @@ namespace {
 
 constexpr char delimiters[] = {',', ';', '\t'};
 
-/// What stands between several values in one cell.
+/// What is between several values in one cell.
 constexpr std::string_view between = " ::: ";
 
 std::vector<std::string> cellsOf(const CsvRow& row) {
@@ -122,7 +122,6 @@ void CsvReader::readHeader(bool hasSeparatorLine) {
         rows_.next(row_, 0);
     }
     rows_.next(row_, 0);
-    recognition_.headerLine = row_.firstLine;
 }
 
 void CsvReader::planColumns() {
@@ -157,7 +156,7 @@ std::string_view CsvReader::cell(std::size_t column) const {
     return column < row_.size() ? row_.cell(column) : std::string_view();
 }
 
-/// Tells whether there are texts behind the last column of the header.
+/// Returns whether there are texts behind the last column of the header.
 bool CsvReader::hasExcess() const {
     const std::size_t columns = recognition_.columns.size();
     return row_.size() > columns && row_.ends[columns - 1] != row_.cells.size();

@@ -15,10 +15,10 @@
 
 namespace calljournal {
 
-/// What the beginning of a CSV file tells.
+/// What the beginning of a CSV file shows.
 struct CsvLayout {
     char delimiter = ',';
-    bool hasSeparatorLine = false;  ///< "sep=;" stands above the header, as spreadsheets like it.
+    bool hasSeparatorLine = false;  ///< "sep=;" is above the header, as spreadsheets like it.
     FoundColumns header;
 };
 

@@ -17,7 +17,7 @@ struct CsvRow {
     std::size_t lastLine = 0;
     std::string cells;              ///< All cells, one behind the other.
     std::vector<std::size_t> ends;  ///< Where each cell ends in `cells`.
-    std::string fault;              ///< Why the row cannot be told apart into cells; empty if it can.
+    std::string fault;              ///< Why the row cannot be split into cells; empty if it can.
     bool hasStrayQuotes = false;    ///< Quotes were out of place; they are part of the cells.
 
     std::size_t size() const { return ends.size(); }
@@ -31,7 +31,7 @@ struct CsvRow {
 /// quote. Blanks around cells are dropped and empty lines skipped.
 ///
 /// A row whose quotes break the rules ends the damage at its first line: that line is read on its own, with quotes as
-/// they stand, and the next line starts a new row. So each byte is read at most three times, whatever the file holds.
+/// they are, and the next line starts a new row. So each byte is read at most three times, whatever the file holds.
 class CsvRows {
 public:
     CsvRows(LineReader lines, char delimiter);

@@ -63,7 +63,7 @@ private:
 /// Returns `bytes` as UTF-8. Throws as TextStream does.
 std::string decoded(std::string_view bytes, const std::string& charset);
 
-/// Tells whether ICU knows a character set of that name.
+/// Returns whether ICU knows a character set of that name.
 bool isCharset(const std::string& name);
 
 }  // namespace calljournal

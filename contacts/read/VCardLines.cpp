@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view binaryNames[] = {"PHOTO", "LOGO", "SOUND", "KEY"};
 
-/// Types that version 2.1 writes without "TYPE=" stand where a parameter's name would; these are its other bare words.
+/// Types that version 2.1 writes without "TYPE=" are where a parameter's name would be; these are its other bare words.
 constexpr std::string_view encodings[] = {"QUOTED-PRINTABLE", "BASE64", "7BIT", "8BIT", "B"};
 
 bool isOneOf(const std::string_view* begin, const std::string_view* end, std::string_view word) {

@@ -12,7 +12,7 @@ namespace calljournal {
 
 struct VCardParameter {
     std::string name;   ///< In capitals; "TYPE" where version 2.1 leaves it out.
-    std::string value;  ///< As it stands, without quotes around it.
+    std::string value;  ///< As it is in the file, without quotes around it.
 };
 
 /// A property of a vCard: `item1.TEL;TYPE=cell:+49 30 1234`.
@@ -21,13 +21,13 @@ struct VCardProperty {
     std::size_t lastLine = 0;
     std::string group;                       ///< "ITEM1"; in capitals.
     std::string name;                        ///< "TEL"; in capitals. Empty for a line that is no property.
-    std::string source;                      ///< What stands before the colon: "item1.TEL;TYPE=cell".
+    std::string source;                      ///< What is before the colon: "item1.TEL;TYPE=cell".
     std::vector<VCardParameter> parameters;  ///< In the order of the file.
-    std::string value;                       ///< Unfolded and decoded, escapes as they stand; empty if it is binary.
+    std::string value;                       ///< Unfolded and decoded, escapes as they are; empty if it is binary.
     bool isBinary = false;                   ///< A picture or the like; its value was skipped.
     bool isTooLong = false;                  ///< Its value was too long and is not there.
 
-    /// Tells whether a TYPE is `type`, which is in capitals.
+    /// Returns whether a TYPE is `type`, which is in capitals.
     bool hasType(std::string_view type) const;
 };
 
@@ -38,7 +38,7 @@ public:
 
     bool next(VCardProperty& property);
 
-    /// Tells that the lines to come are of version 2.1.
+    /// Says that the lines to come are of version 2.1.
     void setOldVersion(bool isOld) { isOldVersion_ = isOld; }
 
     std::size_t bytesRead() const { return lines_.bytesRead(); }
@@ -56,7 +56,7 @@ private:
     bool isOldVersion_ = false;
 };
 
-/// Splits a value at a delimiter that no backslash stands before; the parts are as they stood.
+/// Splits a value at a delimiter that has no backslash before it; the parts are as they were.
 std::vector<std::string_view> splitValue(std::string_view value, char delimiter);
 
 /// Returns a value's text without escapes. Version 2.1 knows no "\n".

@@ -12,7 +12,7 @@ namespace calljournal {
 
 namespace {
 
-/// Properties with one text. What stands in neither table is not taken over.
+/// Properties with one text. What is in neither table is not taken over.
 struct TextProperty {
     std::string_view name;
     FieldKind kind;

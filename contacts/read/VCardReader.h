@@ -14,7 +14,7 @@
 
 namespace calljournal {
 
-/// Tells whether a text is a file of vCards: it begins with BEGIN:VCARD.
+/// Returns whether a text is a file of vCards: it begins with BEGIN:VCARD.
 bool isVCard(std::string_view beginning);
 
 /// Reads the cards of a file, version 2.1, 3.0 or 4.0, each of which says its own.

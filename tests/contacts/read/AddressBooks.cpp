@@ -1,5 +1,6 @@
 #include "AddressBooks.h"
 
+#include <algorithm>
 #include <memory>
 #include <sstream>
 
@@ -54,6 +55,12 @@ std::string recognised(const std::string& bytes, const ReadingOptions& options) 
     }
     text += std::string(", ") + (found.delimiter == '\t' ? "tab" : std::string(1, found.delimiter));
     return text + ", " + found.program + ' ' + found.language;
+}
+
+std::string firstText(const AddressRecord& record, FieldKind kind) {
+    const auto* const found = std::find_if(record.values.begin(), record.values.end(),
+                                           [=](const AddressValue& value) { return value.kind == kind; });
+    return found == record.values.end() ? std::string() : found->text;
 }
 
 std::string refusal(const std::string& bytes, const ReadingOptions& options) {

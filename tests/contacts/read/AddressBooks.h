@@ -19,6 +19,9 @@ std::vector<AddressRecord> recordsOf(const std::string& bytes, const ReadingOpti
 ///     2 (4-4) a quote is out of place or never closed
 std::string read(const std::string& bytes, const ReadingOptions& options = {});
 
+/// The first text of that kind, or an empty one.
+std::string firstText(const AddressRecord& record, FieldKind kind);
+
 /// What was found out about the file: "windows-1252 (the frequency of its bytes), ;, Outlook de".
 std::string recognised(const std::string& bytes, const ReadingOptions& options = {});
 

@@ -1,6 +1,4 @@
 #include <algorithm>
-#include <cstdio>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <map>
 #include <set>
@@ -9,6 +7,7 @@
 
 #include "AddressBooks.h"
 #include "ColumnTable.h"
+#include "RunCommand.h"
 
 namespace calljournal {
 namespace {
@@ -18,12 +17,7 @@ using testing::HasSubstr;
 /// A file with these options' columns file, which goes with the object.
 class ColumnsFile {
 public:
-    explicit ColumnsFile(const std::string& text) : path_(testing::TempDir() + "columns.tsv") {
-        std::ofstream(path_, std::ios::binary) << text;
-    }
-    ColumnsFile(const ColumnsFile&) = delete;
-    ColumnsFile& operator=(const ColumnsFile&) = delete;
-    ~ColumnsFile() { std::remove(path_.c_str()); }
+    explicit ColumnsFile(const std::string& text) : path_(folder_.write("columns.tsv", text)) {}
 
     ReadingOptions options() const {
         ReadingOptions options;
@@ -33,7 +27,8 @@ public:
     const std::string& path() const { return path_; }
 
 private:
-    std::string path_;
+    const ::TemporaryFolder folder_;
+    const std::string path_;
 };
 
 /// One person, as every program that has these columns would write her.
@@ -204,11 +199,11 @@ TEST(Columns, OfAUsersFileAreReadWithCare) {
     EXPECT_EQ(complaint("header\ta\tb\tc\tfirst\n"), ", line 1: the priority \"first\" is not a number");
     EXPECT_EQ(complaint(std::string((16 << 20) + 1, '#')), ": cannot be read as a list of columns");
     ReadingOptions options;
-    options.columnsFile = testing::TempDir() + "no-such-file";
+    options.columnsFile = "/proc/no-such-file";
     EXPECT_EQ(refusal("First Name\n", options), options.columnsFile + ": cannot be read as a list of columns");
 }
 
-TEST(Columns, HaveMeaningsThatAreWords) {
+TEST(Columns, HaveFieldKindsThatAreWords) {
     for (std::size_t i = 0; i < fieldKindCount; ++i) {
         const auto kind = static_cast<FieldKind>(i);
         EXPECT_EQ(fieldKindOf(fieldKindName(kind)), kind) << i;
