@@ -19,6 +19,9 @@ std::string fullName(const Contact& contact);
 /// Returns whether two contacts have the same texts and the same default number.
 bool haveSameFields(const Contact& one, const Contact& other);
 
+/// Returns whether a text of a contact is a telephone number.
+bool isNumber(std::string Contact::*text);
+
 /// Returns whether one of the contact's texts is `text`.
 bool holdsText(const Contact& contact, const std::string& text);
 

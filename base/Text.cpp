@@ -35,6 +35,16 @@ std::string_view trimmed(std::string_view text, std::string_view blanks) {
     return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
 }
 
+std::vector<std::string_view> split(std::string_view text, char delimiter) {
+    std::vector<std::string_view> parts;
+    for (std::size_t end = text.find(delimiter); end != std::string_view::npos; end = text.find(delimiter)) {
+        parts.push_back(text.substr(0, end));
+        text.remove_prefix(end + 1);
+    }
+    parts.push_back(text);
+    return parts;
+}
+
 std::string inOneLine(std::string_view text) {
     std::string line(text);
     std::replace_if(

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace calljournal {
 
@@ -22,6 +23,9 @@ std::string upperCase(std::string_view text);
 
 /// Returns `text` without the characters of `blanks` at either end. A blank is a space or a control character.
 std::string_view trimmed(std::string_view text, std::string_view blanks);
+
+/// Returns what is between the delimiters: one part more than there are delimiters.
+std::vector<std::string_view> split(std::string_view text, char delimiter);
 
 /// Returns `text` with a space in the place of each control character of ASCII.
 std::string inOneLine(std::string_view text);

@@ -28,11 +28,6 @@ constexpr std::size_t fieldOf(TextMember member) {
 constexpr std::size_t address1 = fieldOf(&Contact::address1);
 constexpr std::size_t address2 = fieldOf(&Contact::address2);
 
-bool isNumber(std::size_t field) {
-    return std::any_of(std::begin(contactNumbers), std::end(contactNumbers),
-                       [field](const ContactNumber& number) { return number.member == contactTexts[field].member; });
-}
-
 bool isAddress(std::size_t field) {
     return field == address1 || field == address2;
 }
@@ -201,7 +196,7 @@ private:
             text = inOneLine(text, isAddress(field) ? ", " : " ");
             remark(Remark::changed, value.source, "its lines were joined into one");
         }
-        if (isNumber(field)) {
+        if (isNumber(contactTexts[field].member)) {
             writeNumber(text, value.source);
         }
     }

@@ -90,11 +90,6 @@ Likeness compareNames(const std::string& a, const std::string& b) {
     return a.empty() || b.empty() || isInitial(a, b) || isInitial(b, a) ? Likeness::possible : Likeness::different;
 }
 
-bool isNumber(std::string Contact::*member) {
-    return std::any_of(std::begin(contactNumbers), std::end(contactNumbers),
-                       [member](const ContactNumber& number) { return number.member == member; });
-}
-
 }  // namespace
 
 FoldedName foldedName(const Contact& contact) {

@@ -8,6 +8,7 @@
 
 #include "AddressReader.h"
 #include "BuiltInColumns.h"
+#include "Text.h"
 
 namespace calljournal {
 
@@ -23,16 +24,6 @@ bool isAccent(UChar32 c) {
 bool counts(UChar32 c) {
     constexpr uint32_t blanks = U_GC_P_MASK | U_GC_Z_MASK | U_GC_C_MASK;
     return !isAccent(c) && (U_GET_GC_MASK(c) & blanks) == 0;
-}
-
-std::vector<std::string_view> splitAtTabs(std::string_view line) {
-    std::vector<std::string_view> parts;
-    for (std::size_t tab = line.find('\t'); tab != std::string_view::npos; tab = line.find('\t')) {
-        parts.push_back(line.substr(0, tab));
-        line.remove_prefix(tab + 1);
-    }
-    parts.push_back(line);
-    return parts;
 }
 
 std::string partOr(const std::vector<std::string_view>& parts, std::size_t index, std::string_view otherwise) {
@@ -52,7 +43,7 @@ public:
         if (line.empty() || line.front() == '#') {
             return;
         }
-        const std::vector<std::string_view> parts = splitAtTabs(line);
+        const std::vector<std::string_view> parts = split(line, '\t');
         if (parts[0] == "header") {
             startHeader(parts);
         } else if (parts[0] == "phoneTypes") {

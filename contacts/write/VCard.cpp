@@ -7,6 +7,7 @@
 
 #include "CSVType.h"
 #include "ContactFields.h"
+#include "Text.h"
 #include "Utf8.h"
 
 namespace calljournal {
@@ -18,7 +19,7 @@ constexpr std::string_view lineEnd = "\r\n";
 
 /// A value of type TEXT. Control characters have no place in it; a line end of any kind becomes "\n". A semicolon may
 /// stay as it is, and the grammar knows no other form.
-std::string escaped(const std::string& text) {
+std::string escaped(std::string_view text) {
     const std::string valid = asUtf8(text);
     std::string value;
     for (std::size_t i = 0; i < valid.size(); ++i) {
@@ -39,7 +40,7 @@ std::string escaped(const std::string& text) {
 }
 
 /// A part of a value that has several, with semicolons between them.
-std::string escapedComponent(const std::string& text) {
+std::string escapedComponent(std::string_view text) {
     std::string component;
     for (const char c : escaped(text)) {
         component += c == ';' ? "\\;" : std::string(1, c);
@@ -63,27 +64,15 @@ std::string formattedName(const Contact& contact) {
 }
 
 struct Place {
-    std::string city;
-    std::string postalCode;
-    std::string country;
+    std::string_view city;
+    std::string_view postalCode;
+    std::string_view country;
 };
-
-std::vector<std::string> splitAtColons(const std::string& text) {
-    std::vector<std::string> parts(1);
-    for (const char c : text) {
-        if (c == ':') {
-            parts.emplace_back();
-        } else {
-            parts.back() += c;
-        }
-    }
-    return parts;
-}
 
 /// The Outlook layout joins what there is of city, postal code and country by colons, and drops those in front. Other
 /// texts are nobody's business: they go where a reader looks first.
 Place placeOf(const Contact& contact, int csvType) {
-    const std::vector<std::string> parts = splitAtColons(contact.address2);
+    const std::vector<std::string_view> parts = split(contact.address2, ':');
     if (parts.size() == 3) {
         return {parts[0], parts[1], parts[2]};
     }
