@@ -65,7 +65,7 @@ const std::string people =
     "Anna,Schmidt,+49 30 2345678,anna@example.com,again\n"
     ",,,,nothing else\n";
 
-TEST_F(ConvertCommand, WritesAFileAndTellsWhatItDid) {
+TEST_F(ConvertCommand, WritesAFileAndReportsWhatItDid) {
     const std::string book = folder_.write("book.csv", people);
     const Finished finished = convert({book, "-o", out_});
     EXPECT_EQ(finished.status, 0);
@@ -116,7 +116,7 @@ TEST_F(ConvertCommand, OverwritesOnlyIfItIsTold) {
     EXPECT_EQ(readFile(out_).rfind(tamberHeader, 0), 0u);
 }
 
-TEST_F(ConvertCommand, TellsOfAFolderThatIsNotThere) {
+TEST_F(ConvertCommand, ReportsAFolderThatIsNotThere) {
     const std::string book = folder_.write("book.csv", people);
     const std::string out = folder_.file("missing/out.csv");
     const Finished refused = convert({book, "-o", out});
@@ -269,7 +269,7 @@ TEST_F(ConvertCommand, FollowsWhoWasMergedBefore) {
 }
 
 /// A card, and what it becomes in the report, and a record that a CSV file cannot have.
-TEST_F(ConvertCommand, TellsOfBrokenRecords) {
+TEST_F(ConvertCommand, ReportsBrokenRecords) {
     const std::string card = folder_.write("cards.vcf", "BEGIN:VCARD\nVERSION:3.0\nN:Schmidt;Anna\nEND:VCARD\n");
     const std::string book =
         folder_.write("book.csv", "First Name,Last Name\nBen,Meyer,too,many\nCarla\n\"Dieter\xff\",Weber\n");
@@ -299,7 +299,7 @@ TEST_F(ConvertCommand, TellsOfBrokenRecords) {
         << asJson.out;
 }
 
-TEST_F(ConvertCommand, TellsProgramsOfDuplicateFinderAndTheLimit) {
+TEST_F(ConvertCommand, ReportsNearPairsAndTheLimitToPrograms) {
     const std::string book = folder_.write("book.csv", nearPeople);
     const Finished finished =
         convert({book, "-o", out_, "--region", "DE", "--report", "json", "--existing", "97", "--cut"});

@@ -19,7 +19,7 @@ std::string bookLines(const std::string& bytes, ConvertReport::Detail detail) {
     return out.str();
 }
 
-TEST(ConvertReport, TellsWhichColumnsAreNotKnownAndHowToMapThem) {
+TEST(ConvertReport, SaysWhichColumnsAreNotKnownAndHowToMapThem) {
     EXPECT_EQ(
         bookLines("Vorname;Handy;;Zuname\n", ConvertReport::remarkable),
         "book.csv: UTF-8 (nothing speaks against it), columns separated by semicolons, 1 of 4 known by name, like "
@@ -32,7 +32,7 @@ TEST(ConvertReport, TellsWhichColumnsAreNotKnownAndHowToMapThem) {
               "\n");
 }
 
-TEST(ConvertReport, TellsOfTenUnknownColumnsAndCountsTheOthers) {
+TEST(ConvertReport, NamesTenUnknownColumnsAndCountsTheOthers) {
     std::string header = "Vorname;" + std::string(61, 'x');
     for (int i = 0; i < 11; ++i) {
         header += ";c" + std::to_string(i);

@@ -120,7 +120,7 @@ TEST_F(ImportCommand, NamesEveryOutcome) {
               folder_.file("contacts.csv") + ": CSV_OUTLOOK (8): 0 contacts imported\n");
 }
 
-TEST_F(ImportCommand, TellsTheFirstFaultOfALongFile) {
+TEST_F(ImportCommand, NamesTheFirstFaultOfALongFile) {
     EXPECT_EQ(
         refusal(folder_.write("contacts.csv", "Name\n" + repeated("Adams\n", 101))),
         "CSV_NO_CAPACITY (0): the phonebook takes 100 contacts: 0 used, 101 in the file, 1 too many; the first that "

@@ -56,12 +56,12 @@ TEST_F(PrivateCopy, HoldsTheSameBytesForThisUserAlone) {
     EXPECT_EQ(status.st_mode & 0777, 0600u);
 }
 
-TEST_F(PrivateCopy, TellsHowFarItIs) {
-    std::vector<std::pair<std::uint64_t, std::uint64_t>> told;
-    options_.progress = [&](std::uint64_t done, std::uint64_t total) { told.emplace_back(done, total); };
+TEST_F(PrivateCopy, ReportsHowFarItIs) {
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> reported;
+    options_.progress = [&](std::uint64_t done, std::uint64_t total) { reported.emplace_back(done, total); };
     copy(folder_.write("source", std::string(100000, 'x')));
     const std::vector<std::pair<std::uint64_t, std::uint64_t>> expected = {{65536, 100000}, {100000, 100000}};
-    EXPECT_EQ(told, expected);
+    EXPECT_EQ(reported, expected);
 }
 
 TEST_F(PrivateCopy, GoesWithoutTheByteOrderMark) {

@@ -50,7 +50,7 @@ TEST(AddressReader, ShowsWhatEachColumnMeans) {
               "  Konto    known, not taken over\n");
 }
 
-TEST(AddressReader, TellsWhichMappingsFitNoColumn) {
+TEST(AddressReader, SaysWhichMappingsFitNoColumn) {
     ReadingOptions options;
     options.mappings = {columnMapping("Handy=Mobile1"), columnMapping("Hndy=Mobile1")};
     std::istringstream stream("Vorname;Handy\n");
@@ -141,7 +141,7 @@ protected:
     }
 };
 
-TEST(AddressReader, TellsThatAFileCannotBeReadOn) {
+TEST(AddressReader, SaysThatAFileCannotBeReadOn) {
     BreakingBuffer buffer("First Name,Last Name\n" + std::string(200000, '\n') + "A,B\n", std::ios::in);
     std::istream stream(&buffer);
     const std::unique_ptr<AddressReader> book = openAddressBook(stream, {});

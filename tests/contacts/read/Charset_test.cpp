@@ -94,7 +94,7 @@ TEST(Charset, FindsWhatMakesTheNamesOfTheColumnsKnown) {
     }
 }
 
-TEST(Charset, GuessesFromTheBytesWhereTheNamesTellNothing) {
+TEST(Charset, GuessesFromTheBytesWhereTheNamesSayNothing) {
     const std::string text = "First Name,Last Name,Notes\n";
     const std::string japanese =
         "\x93\x63\x92\x86,\x91\xbe\x98\x59,"
@@ -108,7 +108,7 @@ TEST(Charset, TakesWhatIsUsedMostForAFewLetters) {
     EXPECT_EQ(recognised("BEGIN:VCARD\nFN:\xd6l\nEND:VCARD\n"), "windows-1252 (it is used most), vCard");
 }
 
-TEST(Charset, AsksWithThreeSamplesWhereNothingTells) {
+TEST(Charset, AsksWithThreeSamplesWhereNothingDecides) {
     EXPECT_EQ(refusal("First Name,Last Name\nJ\xfcrg\x81\xff\x80,M\xfcller\n"),
               "the character set of the file is not clear; say it with --from-charset. Some of the file in 3 of them:\n"
               "  windows-1252: Jürg\u0081ÿ€,Müller\n"

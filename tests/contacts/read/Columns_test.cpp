@@ -101,7 +101,7 @@ TEST(Columns, OfEveryProgramGiveTheirTextsAMeaning) {
     }
 }
 
-TEST(Columns, TellTheProgram) {
+TEST(Columns, NameTheProgram) {
     for (const KnownHeader& header : builtInColumnTable().headers) {
         if (header.evidence != "table") {  // Lists of another program's names are no headers.
             EXPECT_THAT(recognised(exportOf(header)), HasSubstr(", " + header.program + ' ')) << titleOf(header);
@@ -147,7 +147,7 @@ TEST(Columns, OfOneNameMeanWhatTheProgramMeansByIt) {
                 HasSubstr("  jobTitle Boss [Title]\n"));
 }
 
-TEST(Columns, WithTheSameNameTwiceMeanWhatStandsBesideThem) {
+TEST(Columns, WithTheSameNameTwiceMeanWhatIsBesideThem) {
     EXPECT_EQ(read("Titre,Prénom,Nom,Société,Titre\nDr,Anne,Petit,Firme,Chef\n"),
               "1 (2-2)\n"
               "  title Dr [Titre]\n"

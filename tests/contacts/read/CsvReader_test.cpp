@@ -102,7 +102,7 @@ TEST(CsvReader, RefusesARecordWithMoreTextsThanTheHeader) {
               "  mobile 3 [Mobile Phone]\n");
 }
 
-TEST(CsvReader, ReadsQuotesOutOfPlaceAsTheyStandIfTheColumnsAgree) {
+TEST(CsvReader, ReadsQuotesOutOfPlaceAsTheyAreIfTheColumnsAgree) {
     EXPECT_EQ(read(header + "Joe \"the boss\",B \"C\",1\nD,E,2\n"),
               "1 (2-2)\n"
               "  given Joe \"the boss\" [First Name]\n"

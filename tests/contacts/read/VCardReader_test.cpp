@@ -173,7 +173,7 @@ TEST(VCardReader, SkipsTheCardOfAnAgent) {
               "  ! 4 END:VCARD is missing\n");
 }
 
-TEST(VCardReader, TellsWhatIsNoPropertyByItsLine) {
+TEST(VCardReader, NamesWhatIsNoPropertyByItsLine) {
     EXPECT_EQ(read(card("nonsense\r\nT?L:1\r\n:2\r\nFN:Anna\r\n")),
               "1 (1-7)\n"
               "  displayName Anna [FN]\n"
@@ -205,7 +205,7 @@ TEST(VCardReader, ReadsOnAfterACardWithoutAnEnd) {
               "  ! 4 END:VCARD is missing\n");
 }
 
-TEST(VCardReader, TellsWhatStandsOutsideOfCards) {
+TEST(VCardReader, ReportsWhatIsOutsideOfCards) {
     EXPECT_EQ(read(card("FN:Anna\r\n") + "\r\nFN:Nobody\r\nTEL:1\r\n" + card("FN:Berta\r\n") + "TEL:2\r\n"),
               "1 (1-4)\n"
               "  displayName Anna [FN]\n"

@@ -87,7 +87,7 @@ TEST(IdentityTable, FindsExactlyTheContactsThatAreThere) {
     }
 }
 
-TEST(IdentityTable, TellsContactsApartWhoseTextsOnlyLieOtherwise) {
+TEST(IdentityTable, DistinguishesContactsWhoseTextsOnlyLieOtherwise) {
     Contact one;
     one.firstName = "ab";
     Contact other;
@@ -101,7 +101,7 @@ TEST(IdentityTable, TellsContactsApartWhoseTextsOnlyLieOtherwise) {
     EXPECT_NE(spool.identityOf(third), identity);
 }
 
-TEST(SpoolFile, TellsThatThereIsNoRoom) {
+TEST(SpoolFile, ThrowsIfThereIsNoRoom) {
     for (const char* folder : {"/proc/nonexistent", "/proc"}) {
         ::setenv("TMPDIR", folder, 1);
         EXPECT_THROW(SpoolFile(), std::system_error) << folder;
@@ -110,7 +110,7 @@ TEST(SpoolFile, TellsThatThereIsNoRoom) {
     }
 }
 
-TEST(SpoolFile, TellsThatTheDiskIsFull) {
+TEST(SpoolFile, ThrowsIfTheDiskIsFull) {
     const LargestFile limit(100000);
     SpoolFile file(littleMemory);
     EXPECT_THROW(

@@ -17,7 +17,7 @@ std::shared_ptr<belcard::BelCard> parsed(const Contact& contact, int csvType = C
     return belcard::BelCardParser::getInstance()->parseOne(toVCard(contact, csvType));
 }
 
-/// BelCard hands texts over as they stand in the card.
+/// BelCard hands texts over as they are in the card.
 std::string unescaped(const std::string& text) {
     std::string plain;
     for (std::size_t i = 0; i < text.size(); ++i) {
