@@ -8,8 +8,6 @@
 #include <ostream>
 #include <set>
 
-#include "Conversion.h"
-#include "ConvertReport.h"
 #include "Interruption.h"
 #include "NumberMatcher.h"
 #include "ProgressBar.h"
@@ -20,21 +18,15 @@ namespace calljournal {
 namespace {
 
 ConversionOptions conversionOf(const ConvertOptions& options) {
-    ConversionOptions conversion;
-    conversion.books = options.files;
-    conversion.reading.charset = options.fromCharset;
-    conversion.reading.columnsFile = options.columns;
+    ConversionOptions conversion = options.conversion;
     std::transform(options.maps.begin(), options.maps.end(), std::back_inserter(conversion.reading.mappings),
                    columnMapping);
-    conversion.numbers = options.numbers;
-    conversion.region = options.region.empty() ? localeRegion() : options.region;
-    conversion.format = options.to;
-    conversion.out = options.isDryRun ? std::string() : options.out;
-    conversion.overwrite = options.force;
-    conversion.merge = options.merge;
-    conversion.cut = options.cut;
-    conversion.limit = options.limit;
-    conversion.existing = options.existing;
+    if (conversion.region.empty()) {
+        conversion.region = localeRegion();
+    }
+    if (options.isDryRun) {
+        conversion.out.clear();
+    }
     return conversion;
 }
 
@@ -42,7 +34,9 @@ ConversionOptions conversionOf(const ConvertOptions& options) {
 class ReportWithProgress : public ConvertReport {
 public:
     ReportWithProgress(const ConvertOptions& options, std::ostream& out)
-        : ConvertReport(options.report, options.files, out), files_(options.files), bar_(terminalDrawing()) {}
+        : ConvertReport(options.report, options.conversion.books, out),
+          files_(options.conversion.books),
+          bar_(terminalDrawing()) {}
 
     void step(ConversionStep step, std::size_t file) override {
         position_.set(0, 0);
@@ -72,7 +66,7 @@ void copyTo(std::ostream& out, const std::vector<std::string>& files) {
 }
 
 void convert(const ConvertOptions& options, std::ostream& out, std::ostream& err) {
-    const bool isToOutput = options.out.empty() && !options.isDryRun;
+    const bool isToOutput = options.conversion.out.empty() && !options.isDryRun;
     ReportWithProgress report(options, isToOutput ? err : out);
     Conversion conversion(conversionOf(options), report);
     conversion.run();
@@ -104,20 +98,22 @@ ExitCode convertBooks(const ConvertOptions& options, std::ostream& out, std::ost
 void addConvertCommand(CLI::App& app, CommandContext& context) {
     CLI::App* convert = app.add_subcommand("convert", "Turn any address book into a file that the phone imports");
     auto options = std::make_shared<ConvertOptions>();
+    ConversionOptions& into = options->conversion;
     CLI::Option* files =
-        convert->add_option("files", options->files, "CSV or vCard files of any program; they stay as they are");
+        convert->add_option("files", into.books, "CSV or vCard files of any program; they stay as they are");
     files->required();
-    CLI::Option* out = convert->add_option("-o,--out", options->out, "the file to write; standard output if absent");
-    addWordOption(*convert, context, "--to", options->to,
+    CLI::Option* out = convert->add_option("-o,--out", into.out, "the file to write; standard output if absent");
+    addWordOption(*convert, context, "--to", into.format,
                   {{"tamber", ContactFormat::phone}, {"vcard", ContactFormat::vCard}, {"json", ContactFormat::json}},
                   "tamber (the phone's own layout), vcard or json");
-    addWordOption(*convert, context, "--numbers", options->numbers,
+    addWordOption(*convert, context, "--numbers", into.numbers,
                   {{"keep", NumberStyle::keep},
                    {"international", NumberStyle::international},
                    {"dialable", NumberStyle::dialable}},
                   "keep, international or dialable");
-    convert->add_option("--from-charset", options->fromCharset, "the character set, where it cannot be found out");
-    CLI::Option* columns = convert->add_option("--columns", options->columns, "a file with more names of columns");
+    convert->add_option("--from-charset", into.reading.charset, "the character set, where it cannot be found out");
+    CLI::Option* columns =
+        convert->add_option("--columns", into.reading.columnsFile, "a file with more names of columns");
     convert->add_option("--map", options->maps, "what a column means: \"Handy=Mobile1\"; \"Handy=-\" leaves it out")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
@@ -125,19 +121,19 @@ void addConvertCommand(CLI::App& app, CommandContext& context) {
                   {{"text", ConvertReport::text}, {"json", ConvertReport::json}},
                   "tell about every record, as text or json");
     convert->add_flag("--dry-run", options->isDryRun, "do everything, prove it, and write nothing");
-    convert->add_flag("--merge", options->merge, "make one contact of those that are one person");
-    convert->add_flag("--force", options->force, "overwrite files that are there");
-    convert->add_flag("--cut", options->cut, "leave out what the phone does not hold, rather than write further files");
-    CLI::Option* limit = convert->add_option("--limit", options->limit, "contacts that the phone holds: 100, or 1000");
+    convert->add_flag("--merge", into.merge, "make one contact of those that are one person");
+    convert->add_flag("--force", into.overwrite, "overwrite files that are there");
+    convert->add_flag("--cut", into.cut, "leave out what the phone does not hold, rather than write further files");
+    CLI::Option* limit = convert->add_option("--limit", into.limit, "contacts that the phone holds: 100, or 1000");
     limit->check(CLI::IsMember(std::set<unsigned>{100, 1000}));
-    convert->add_option("--existing", options->existing, "contacts that it holds already")->check(CLI::Range(0, 1000));
+    convert->add_option("--existing", into.existing, "contacts that it holds already")->check(CLI::Range(0, 1000));
     for (const CLI::Option* option : {files, out, columns}) {
         context.offers[option] = {fileOffer};
     }
     context.offers[limit] = {"100", "1000"};
     convert->callback([&context, options] {
         context.action = [&context, options] {
-            options->region = context.globals.region;
+            options->conversion.region = context.globals.region;
             return convertBooks(*options, context.out, context.err);
         };
     });

@@ -116,14 +116,14 @@ private:
     /// Converts the file for the phone that is played, as far as its contacts fit.
     bool convertTo(const std::string& target) {
         ConvertOptions converting;
-        converting.files = {file_};
-        converting.out = target;
-        converting.region = options_.region;
-        converting.fromCharset = options_.fromLatin1 ? "ISO-8859-1" : "";
-        converting.cut = true;
+        converting.conversion.books = {file_};
+        converting.conversion.reading.charset = options_.fromLatin1 ? "ISO-8859-1" : "";
+        converting.conversion.region = options_.region;
+        converting.conversion.out = target;
+        converting.conversion.cut = true;
+        converting.conversion.limit = options_.hardware == Hardware::nq ? 1000 : 100;
+        converting.conversion.existing = options_.existing;
         converting.isPassedOn = true;
-        converting.limit = options_.hardware == Hardware::nq ? 1000 : 100;
-        converting.existing = options_.existing;
         return convertBooks(converting, err_, err_) == exitDone;
     }
 
