@@ -22,6 +22,6 @@ int main() {
     adapter.normalizeMissedCallList(list);
     const bool isAsWritten =
         body == "<UniqueId>7</UniqueId>" && CallListDatabaseAdapterHelper::ITEM == std::string("Item");
-    const bool hasRoom = hasPhoneAvailableMemorySpace("/nowhere");
-    return isAsWritten && (hasRoom || !hasRoom) && list.size() == 1 && !isMissedCallOrdered(missed, missed) ? 0 : 1;
+    hasPhoneAvailableMemorySpace("/nowhere");
+    return isAsWritten && list.size() == 1 && !isMissedCallOrdered(missed, missed) ? 0 : 1;
 }
