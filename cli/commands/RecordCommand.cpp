@@ -1,6 +1,8 @@
 #include "RecordCommand.h"
 
 #include <algorithm>
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/split.hpp>
 #include <fstream>
 #include <istream>
 #include <memory>
@@ -96,14 +98,9 @@ std::string optionName(std::string_view element) {
 void offerWords(const CLI::App& record, CommandContext& context) {
     const auto offer = [&](std::string_view element, auto value) {
         if constexpr (std::is_enum_v<decltype(value)>) {
-            std::vector<std::string>& offers = context.offers[record.get_option("--" + optionName(element))];
-            offers.clear();
-            const format::Words words = format::wordsFor(value);
-            for (const format::Word* word = words.begin; word != words.end; ++word) {
-                if (!word->word.empty()) {
-                    offers.emplace_back(word->word);
-                }
-            }
+            boost::algorithm::split(context.offers[record.get_option("--" + optionName(element))],
+                                    acceptedValues(value), boost::algorithm::is_any_of(", "),
+                                    boost::algorithm::token_compress_on);
         }
     };
     forEachKind([&](auto type) {
