@@ -10,7 +10,7 @@ namespace {
 
 using Values = std::vector<std::string>;
 
-/// Null stands for the values of a call that is not there.
+/// The values are null for a call that is not there.
 void compare(std::size_t call, const std::vector<FieldDescriptor>& fields, const Values* a, const Values* b,
              std::vector<Difference>& differences) {
     const auto valueOf = [](const Values* values, std::size_t row) {

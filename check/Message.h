@@ -20,7 +20,7 @@ enum class MessageType { unknown, request, reply, notification, entries };
 /// One entry of a message.
 struct MessageEntry {
     Place place;
-    std::size_t element;                ///< Its "Entry", or noElement where the entry stands by itself.
+    std::size_t element;                ///< Its "Entry", or noElement where the entry is by itself.
     std::vector<std::size_t> elements;  ///< What it consists of.
     std::size_t begin;                  ///< Of its body.
     std::size_t end;

@@ -27,6 +27,12 @@ namespace calljournal {
 
 namespace {
 
+struct CheckOptions {
+    std::vector<std::string> files;  ///< Paths; "-" is standard input.
+    std::string kind;                ///< Of entries that do not say it; empty for the kind that fits.
+    bool isDiff = false;
+};
+
 constexpr std::string_view storeMark = "SQLite format 3";
 
 std::string readInput(const std::string& path, std::istream& in) {
@@ -109,8 +115,6 @@ std::string shown(const std::optional<std::string>& value) {
     return value ? printable(*value) : "(no such call)";
 }
 
-}  // namespace
-
 ExitCode checkFiles(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err) {
     ExitCode code = exitDone;
     for (const std::string& path : options.files) {
@@ -141,6 +145,8 @@ ExitCode diffFiles(const CheckOptions& options, std::istream& in, std::ostream& 
     }
     return differences.empty() ? exitDone : exitRefused;
 }
+
+}  // namespace
 
 void addCheckCommand(CLI::App& app, CommandContext& context) {
     CLI::App* check = app.add_subcommand("check", "Say what is wrong with captured messages or a store");

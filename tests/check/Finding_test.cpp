@@ -26,7 +26,7 @@ TEST(Finding, LeavesOutWhatItHasNoValueFor) {
               "N(A) stands here once more; the decoder takes the first: \"T(1)\" is read");
 }
 
-TEST(Finding, TellsOneFromMany) {
+TEST(Finding, DistinguishesOneFromMany) {
     EXPECT_EQ(sentenceOf({FindingKind::otherCalls, {}, {"1", "2"}}, &marked), "here is N(1) call, but N(2) are read");
     EXPECT_EQ(sentenceOf({FindingKind::otherCalls, {}, {"0", "1"}}, &marked), "here are N(0) calls, but N(1) is read");
 }

@@ -64,7 +64,7 @@ std::string linesOf(const std::vector<Finding>& findings) {
     return lines;
 }
 
-/// Everything that is told lies in the text and in its order.
+/// Everything that is reported lies in the text and in its order.
 void expectPlacesInOrder(const std::string& text, const CheckedMessage& checked) {
     std::size_t before = 0;
     for (const Finding& finding : checked.findings) {

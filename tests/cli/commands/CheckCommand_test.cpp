@@ -134,7 +134,7 @@ TEST_F(Check, FindsNothingInTheAnswersToRequests) {
 
 // What the text is.
 
-TEST_F(Check, TellsTheKindOfABareBodyByItsElements) {
+TEST_F(Check, RecognisesTheKindOfABareBodyByItsElements) {
     EXPECT_EQ(fine("<UniqueId>1</UniqueId><Viewed>True</Viewed><LogList></LogList>"),
               "1 entry, missed: nothing found\n");
     EXPECT_EQ(fine("<JSGroupBy>1</JSGroupBy>" + calls({aCall})), "1 entry, dialled: nothing found\n");
@@ -219,13 +219,13 @@ TEST_F(Check, NamesElementsThatAreNotBalanced) {
               "line 3, column 1: <Surname> is never closed\n");
 }
 
-TEST_F(Check, TellsATextThatEndsInTheMiddleOfATag) {
+TEST_F(Check, ReportsATextThatEndsInTheMiddleOfATag) {
     EXPECT_EQ(findings("<Viewed>True</Viewed><LogLi"),
               "1 entry, missed: 1 finding\n"
               "line 1, column 22: \"<\" begins a tag that never ends: the text is cut here, or the sign is raw\n");
 }
 
-TEST_F(Check, TellsRawMarkupInATextAndHowItIsRead) {
+TEST_F(Check, ReportsRawMarkupInATextAndHowItIsRead) {
     EXPECT_EQ(
         findings(calls({"<Number>a<b & c</Number><Duration>&amp;</Duration>"})),
         "1 entry, forwarded: 2 findings\n"
@@ -233,19 +233,19 @@ TEST_F(Check, TellsRawMarkupInATextAndHowItIsRead) {
         "line 1, column 28: call 1: Number: raw \"&\", which an XML text holds as &amp;\n");
 }
 
-TEST_F(Check, TellsAnElementInsideOfAText) {
+TEST_F(Check, ReportsAnElementInsideOfAText) {
     EXPECT_EQ(findings(calls({"<Number>1<b>2</b>3</Number><Duration>1</Duration>"})),
               "1 entry, forwarded: 1 finding\n"
               "line 1, column 25: call 1: Number holds the raw markup <b>; it is still read as it stands\n");
 }
 
-TEST_F(Check, TellsWhatTheListReadsOfATextWithMarkup) {
+TEST_F(Check, ReportsWhatTheListReadsOfATextWithMarkup) {
     EXPECT_EQ(findings(schema("CallLogMissedCalls", element("Entry", calls({"<Number>1<b>2</b>3</Number>"})))),
               "reply, missed, 1 entry: 1 finding\n"
               "line 1, column 104: entry 1, call 1: Number holds the raw markup <b>; what is read is \"1\"\n");
 }
 
-TEST_F(Check, TellsATextThatBecomesMarkupWhenTheCallsAreToldApart) {
+TEST_F(Check, ReportsATextThatBecomesMarkupWhenTheCallsAreSeparated) {
     EXPECT_EQ(findings(calls({"<Number>a&lt;/Item&gt;b</Number><Duration>1</Duration>", "<Number>2</Number>"})),
               "1 entry, forwarded: 3 findings\n"
               "line 1, column 1: here are 2 calls, but 1 is read: a text that is escaped once becomes markup before "
@@ -255,14 +255,14 @@ TEST_F(Check, TellsATextThatBecomesMarkupWhenTheCallsAreToldApart) {
               "line 1, column 48: call 1: Duration says \"1\", but \"\" is read\n");
 }
 
-TEST_F(Check, TellsTextBetweenElements) {
+TEST_F(Check, ReportsTextBetweenElements) {
     EXPECT_EQ(findings("<Viewed>True</Viewed>" + element("LogList", "\n" + element("Item", aCall))),
               "1 entry, missed: 1 finding\n"
               "line 1, column 31: text that belongs to no element: \"\\n\"; a decoder's cursor stops in front of it, "
               "and the missed call list takes it for the text of the element before\n");
 }
 
-TEST_F(Check, TellsThatTheListTakesTextBetweenElementsForTheOneBefore) {
+TEST_F(Check, ReportsThatTheListTakesTextBetweenElementsForTheOneBefore) {
     EXPECT_EQ(
         findings(schema("CallLogMissedCalls", element("Entry", calls({"<Number>1</Number>\n<TimeDate>2</TimeDate>"})))),
         "reply, missed, 1 entry: 2 findings\n"
@@ -271,14 +271,14 @@ TEST_F(Check, TellsThatTheListTakesTextBetweenElementsForTheOneBefore) {
         "front of it, and the missed call list takes it for the text of the element before\n");
 }
 
-TEST_F(Check, TellsAByteThatXmlForbids) {
+TEST_F(Check, ReportsAByteThatXmlForbids) {
     EXPECT_EQ(findings("<Surname>a\x01"
                        "b</Surname><Viewed>True</Viewed>"),
               "1 entry, missed: 1 finding\n"
               "line 1, column 11: Surname: the byte \\x01, which XML forbids; it is still read as it stands\n");
 }
 
-TEST_F(Check, TellsATagThatHoldsMoreThanAName) {
+TEST_F(Check, ReportsATagThatHoldsMoreThanAName) {
     EXPECT_EQ(findings("<Viewed>True</Viewed><JSGroupBy a=\"1\">b</JSGroupBy>"),
               "1 entry, missed: 2 findings\n"
               "line 1, column 22: JSGroupBy is no element of an entry (missed): nobody reads \"b\"\n"
@@ -286,23 +286,23 @@ TEST_F(Check, TellsATagThatHoldsMoreThanAName) {
               "not find it\n");
 }
 
-// Elements that are read otherwise than they stand.
+// Elements that are read otherwise than they are.
 
-TEST_F(Check, TellsAnElementThatNobodyReads) {
+TEST_F(Check, ReportsAnElementThatNobodyReads) {
     EXPECT_EQ(findings("<Viewed>True</Viewed><Colour>red</Colour>" + calls({"<Number>1</Number><Colour>red</Colour>"})),
               "1 entry, missed: 2 findings\n"
               "line 1, column 22: Colour is no element of an entry (missed): nobody reads \"red\"\n"
               "line 1, column 75: call 1: Colour is no element of a call (missed): nobody reads \"red\"\n");
 }
 
-TEST_F(Check, TellsAnElementThatNobodyReadsInTheList) {
+TEST_F(Check, ReportsAnElementThatNobodyReadsInTheList) {
     EXPECT_EQ(findings(element("LogList", "<Number>1</Number>" + element("Item", aCall))),
               "1 entry, forwarded: 1 finding\n"
               "line 1, column 10: Number is no element of LogList, which holds one Item for each call: nobody reads it "
               "there\n");
 }
 
-TEST_F(Check, TellsAWordThatIsReplacedByItsFallback) {
+TEST_F(Check, ReportsAWordThatIsReplacedByItsFallback) {
     EXPECT_EQ(
         findings(calls({"<NumberType>mobile</NumberType><TargetLog>LOST</TargetLog>"})),
         "1 entry, dialled: 2 findings\n"
@@ -312,7 +312,7 @@ TEST_F(Check, TellsAWordThatIsReplacedByItsFallback) {
         "IN_BUSY, IN_GROUP_MISSED, OUT_ANSWERED, OUT_NO_ANSWER, IN_GROUP_BUSY); it is read as the fallback OUT_BUSY\n");
 }
 
-TEST_F(Check, TellsThatAnEmptyLogTargetIsNotTheFallback) {
+TEST_F(Check, ReportsThatAnEmptyLogTargetIsNotTheFallback) {
     EXPECT_EQ(findings(calls({"<NumberType></NumberType><TargetLog></TargetLog>"})),
               "1 entry, dialled: 2 findings\n"
               "line 1, column 16: call 1: NumberType: \"\" is none of its words (NO_ICON, PRIVATE, BUSINESS1, "
@@ -322,39 +322,39 @@ TEST_F(Check, TellsThatAnEmptyLogTargetIsNotTheFallback) {
               "IN_ANSWERED, not as the fallback OUT_BUSY\n");
 }
 
-TEST_F(Check, TellsAFlagThatIsNeitherTrueNorFalse) {
+TEST_F(Check, ReportsAFlagThatIsNeitherTrueNorFalse) {
     EXPECT_EQ(findings("<Viewed>true</Viewed>" + calls({"<CompletedElsewhere>1</CompletedElsewhere>"})),
               "1 entry, missed: 2 findings\n"
               "line 1, column 1: Viewed: \"true\" is neither True nor False; it is read as False\n"
               "line 1, column 37: call 1: CompletedElsewhere: \"1\" is neither True nor False; it is read as False\n");
 }
 
-TEST_F(Check, TellsMoreThanTenCallsToAList) {
+TEST_F(Check, ReportsMoreThanTenCallsToAList) {
     EXPECT_EQ(findings(schema("CallLogMissedCalls", element("Entry", calls(std::vector<std::string>(12, aCall))))),
               "reply, missed, 1 entry: 1 finding\n"
               "line 1, column 399: entry 1, call 11: an entry holds at most ten calls, this one 12; 10 are read\n");
 }
 
-TEST_F(Check, TellsMoreThanTenCallsToADecoder) {
+TEST_F(Check, ReportsMoreThanTenCallsToADecoder) {
     EXPECT_EQ(findings("<Viewed>True</Viewed>" + calls(std::vector<std::string>(11, aCall))),
               "1 entry, missed: 1 finding\n"
               "line 1, column 341: call 11: an entry holds at most ten calls, this one 11; 11 are read\n");
 }
 
-TEST_F(Check, TellsAnEmptyItemThatEndsTheScan) {
+TEST_F(Check, ReportsAnEmptyItemThatEndsTheScan) {
     EXPECT_EQ(findings("<Viewed>True</Viewed>" + calls({aCall, "", aCall})),
               "1 entry, missed: 1 finding\n"
               "line 1, column 62: call 2: an empty Item, which ends the scan of the calls; 1 of 3 are read\n");
 }
 
-TEST_F(Check, TellsAnEmptyItemThatTheListTakes) {
+TEST_F(Check, ReportsAnEmptyItemThatTheListTakes) {
     EXPECT_EQ(findings(schema("CallLogMissedCalls", element("Entry", calls({aCall, ""})))),
               "reply, missed, 1 entry: 1 finding\n"
               "line 1, column 120: entry 1, call 2: an empty Item, which ends the scan of a decoder; the list reader "
               "takes a call without anything\n");
 }
 
-TEST_F(Check, TellsAnOrderThatTheCursorDoesNotFollow) {
+TEST_F(Check, ReportsAnOrderThatTheCursorDoesNotFollow) {
     EXPECT_EQ(
         findings("<Surname>b</Surname><EntryId>a</EntryId><Viewed>True</Viewed>" +
                  calls({"<TimeDate>1</TimeDate><Number>2</Number>"})),
@@ -366,20 +366,20 @@ TEST_F(Check, TellsAnOrderThatTheCursorDoesNotFollow) {
         "still read as it stands\n");
 }
 
-TEST_F(Check, TellsAnElementBehindTheCalls) {
+TEST_F(Check, ReportsAnElementBehindTheCalls) {
     EXPECT_EQ(findings(calls({aCall}) + "<Viewed>True</Viewed>"),
               "1 entry, missed: 1 finding\n"
               "line 1, column 51: Viewed is expected before LogList, where a decoder's cursor stays\n");
 }
 
-TEST_F(Check, TellsAPictureUnderTheNameThatIsNotRead) {
+TEST_F(Check, ReportsAPictureUnderTheNameThatIsNotRead) {
     EXPECT_EQ(findings("<Picture>p.jpg</Picture><Viewed>True</Viewed>"),
               "1 entry, missed: 1 finding\n"
               "line 1, column 1: a picture under the name Picture, but its reader looks for PictureClip; \"p.jpg\" is "
               "lost\n");
 }
 
-TEST_F(Check, TellsThePictureOfAMissedEntryInANotification) {
+TEST_F(Check, ReportsThePictureOfAMissedEntryInANotification) {
     EXPECT_EQ(findings(declaration + "<Method>missedCallsUpdate</Method><Picture>p.jpg</Picture><Viewed>True</Viewed>" +
                        "<ActionType>0</ActionType>"),
               "notification, missed: 1 finding\n"
@@ -387,14 +387,14 @@ TEST_F(Check, TellsThePictureOfAMissedEntryInANotification) {
               "lost\n");
 }
 
-TEST_F(Check, TellsAPictureOfAnotherKindUnderTheNameThatIsNotRead) {
+TEST_F(Check, ReportsAPictureOfAnotherKindUnderTheNameThatIsNotRead) {
     EXPECT_EQ(findings("<Picture>p.jpg</Picture><JSGroupBy>1</JSGroupBy>"),
               "1 entry, dialled: 1 finding\n"
               "line 1, column 1: a picture under the name Picture, but its reader looks for PictureClip; \"p.jpg\" is "
               "lost\n");
 }
 
-TEST_F(Check, TellsWhichOfTwoElementsADecoderTakes) {
+TEST_F(Check, SaysWhichOfTwoElementsADecoderTakes) {
     EXPECT_EQ(
         findings("<Surname>a</Surname><Surname>b</Surname><Viewed>True</Viewed>" +
                  calls({"<Number>1</Number><Number>2</Number>", "<Number>3</Number><Number>3</Number>"})),
@@ -405,7 +405,7 @@ TEST_F(Check, TellsWhichOfTwoElementsADecoderTakes) {
         "line 1, column 144: call 2: Number stands here once more; the decoder takes the first: \"3\" is read\n");
 }
 
-TEST_F(Check, TellsWhichOfTwoElementsTheListTakes) {
+TEST_F(Check, SaysWhichOfTwoElementsTheListTakes) {
     EXPECT_EQ(
         findings(schema("CallLogMissedCalls", element("Entry", "<Surname>a</Surname><Surname>b</Surname>" +
                                                                    calls({"<Number>1</Number><Number>2</Number>"})))),
@@ -416,14 +416,14 @@ TEST_F(Check, TellsWhichOfTwoElementsTheListTakes) {
         "read, \"1\" is lost\n");
 }
 
-TEST_F(Check, TellsASecondListOfCalls) {
+TEST_F(Check, ReportsASecondListOfCalls) {
     EXPECT_EQ(findings(calls({aCall}) + calls({aCall}) + "<Item>x</Item>"),
               "1 entry, forwarded: 2 findings\n"
               "line 1, column 51: a second LogList; the decoder reads the first, the calls of this one are lost\n"
               "line 1, column 101: an Item outside of LogList; the decoder does not read it\n");
 }
 
-TEST_F(Check, TellsCallsOutsideOfTheListToTheListReader) {
+TEST_F(Check, ReportsCallsOutsideOfTheListToTheListReader) {
     EXPECT_EQ(
         findings(
             schema("CallLogMissedCalls", element("Entry", calls({aCall}) + calls({aCall}) + element("Item", aCall)))),
@@ -432,7 +432,7 @@ TEST_F(Check, TellsCallsOutsideOfTheListToTheListReader) {
         "line 1, column 180: entry 1: an Item outside of LogList; the list reader takes it, a decoder would not\n");
 }
 
-TEST_F(Check, TellsAColonInAnId) {
+TEST_F(Check, ReportsAColonInAnId) {
     EXPECT_EQ(
         findings("<UniqueId>12:34</UniqueId><Viewed>True</Viewed>"),
         "1 entry, missed: 1 finding\n"
@@ -441,7 +441,7 @@ TEST_F(Check, TellsAColonInAnId) {
 
 // Envelopes.
 
-TEST_F(Check, TellsASchemaThatNobodyReads) {
+TEST_F(Check, ReportsASchemaThatNobodyReads) {
     EXPECT_EQ(
         findings(schema("CallLogEnabledState", element("Entry", aCall))),
         "reply, schema \"CallLogEnabledState\", 1 entry: 1 finding\n"
@@ -449,7 +449,7 @@ TEST_F(Check, TellsASchemaThatNobodyReads) {
         "CallLogMissedCalls, CallLogDialledCalls, CallLogReceivedCalls, CallLogForwardedCalls, CallBacks)\n");
 }
 
-TEST_F(Check, TellsEntriesThatTheListDropsForTheirCategory) {
+TEST_F(Check, ReportsEntriesThatTheListDropsForTheirCategory) {
     EXPECT_EQ(
         findings(schema("CallLogMissedCalls",
                         element("Entry", "<UniqueId>1</UniqueId>" + calls({aCall})) +
@@ -462,14 +462,14 @@ TEST_F(Check, TellsEntriesThatTheListDropsForTheirCategory) {
         "\"Dialled\" and not \"Missed\"\n");
 }
 
-TEST_F(Check, TellsEntriesThatNothingSaysAreMissed) {
+TEST_F(Check, ReportsEntriesThatNothingSaysAreMissed) {
     EXPECT_EQ(findings(schema("CallLog", element("Entry", calls({aCall})))),
               "reply, schema \"CallLog\", 1 entry: 1 finding\n"
               "line 1, column 62: entry 1: the missed call list drops it: neither the schema nor a Category or Method "
               "says that it is Missed\n");
 }
 
-TEST_F(Check, TellsAnEntryWithoutCallsInTheList) {
+TEST_F(Check, ReportsAnEntryWithoutCallsInTheList) {
     EXPECT_EQ(
         findings(schema("CallLogMissedCalls",
                         element("Entry", "<UniqueId>1</UniqueId><Viewed>True</Viewed><LogList></LogList>"))),
@@ -477,21 +477,21 @@ TEST_F(Check, TellsAnEntryWithoutCallsInTheList) {
         "line 1, column 73: entry 1 (UniqueId 1): it holds no call; whoever reads the missed call list deletes it\n");
 }
 
-TEST_F(Check, TellsAnEntryThatMarkupTearsApart) {
+TEST_F(Check, ReportsAnEntryThatMarkupTearsApart) {
     EXPECT_EQ(findings(schema("CallLogDialledCalls", element("Entry", calls({"<Number>1<Entry>2</Entry>3</Number>"})))),
               "reply, dialled, 1 entry: 2 findings\n"
               "line 1, column 81: entry 1: here is 1 call, but 0 are read\n"
               "line 1, column 105: entry 1, call 1: Number holds the raw markup <Entry>\n");
 }
 
-TEST_F(Check, TellsARequestThatTheStoreRefuses) {
+TEST_F(Check, ReportsARequestThatTheStoreRefuses) {
     EXPECT_EQ(
         findings(schema("CallLogDialledCalls", "<ReasonForMessage>write_request</ReasonForMessage><Entry></Entry>")),
         "write request, dialled, 1 entry: 1 finding\n"
         "line 1, column 39: the store refuses this request: entry 1 is empty\n");
 }
 
-TEST_F(Check, TellsAReasonThatIsNone) {
+TEST_F(Check, ReportsAReasonThatIsNone) {
     EXPECT_EQ(
         findings(schema("CallLogDialledCalls", "<ReasonForMessage>drop_request</ReasonForMessage>")),
         "request, dialled, 0 entries: 2 findings\n"
@@ -500,26 +500,26 @@ TEST_F(Check, TellsAReasonThatIsNone) {
         "line 1, column 74: the reason \"drop_request\" is none of read_request, write_request, delete_request\n");
 }
 
-TEST_F(Check, TellsARequestOfASchemaThatNobodyReads) {
+TEST_F(Check, ReportsARequestOfASchemaThatNobodyReads) {
     EXPECT_EQ(findings(schema("Nowhere", "<ReasonForMessage>read_request</ReasonForMessage>")),
               "read request, schema \"Nowhere\": 1 finding\n"
               "line 1, column 39: nobody reads the schema \"Nowhere\"; all in it is lost (schemas with readers: "
               "CallLogMissedCalls, CallLogDialledCalls, CallLogReceivedCalls, CallLogForwardedCalls, CallBacks)\n");
 }
 
-TEST_F(Check, TellsARefusalOfTheDataAccessService) {
+TEST_F(Check, ReportsARefusalOfTheDataAccessService) {
     EXPECT_EQ(findings(schema("CallLogMissedCalls", "<Result>failed</Result><Reason>disk full</Reason>")),
               "reply, missed, 0 entries: 1 finding\n"
               "line 1, column 73: the data access service refused: \"disk full\"\n");
 }
 
-TEST_F(Check, TellsAResultThatIsNone) {
+TEST_F(Check, ReportsAResultThatIsNone) {
     EXPECT_EQ(findings(schema("CallLogMissedCalls", "<Result>OK</Result>")),
               "reply, missed, 0 entries: 1 finding\n"
               "line 1, column 73: the result \"OK\" is neither ok nor failed, which counts as a failure\n");
 }
 
-TEST_F(Check, TellsWhatStandsAroundTheSchema) {
+TEST_F(Check, ReportsWhatIsAroundTheSchema) {
     EXPECT_EQ(findings("<Schema name=\"CallLogMissedCalls\"><Extra>1</Extra></Schema><Surname>x</Surname>y"),
               "reply, missed, 0 entries: 4 findings\n"
               "line 1, column 1: the text does not begin with <?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
@@ -529,27 +529,27 @@ TEST_F(Check, TellsWhatStandsAroundTheSchema) {
               "the missed call list takes it for the text of the element before\n");
 }
 
-TEST_F(Check, TellsAMethodThatNoObserverKnows) {
+TEST_F(Check, ReportsAMethodThatNoObserverKnows) {
     EXPECT_EQ(findings(declaration + "<Method>lostCallsUpdate</Method><ActionType>0</ActionType>"),
               "notification: 1 finding\n"
               "line 1, column 39: no observer knows the method \"lostCallsUpdate\" (methods: missedCallsCountUpdate, "
               "missedCallsUpdate, dialledCallsUpdate, receivedCallsUpdate, forwardedCallsUpdate)\n");
 }
 
-TEST_F(Check, TellsANotificationWithoutAnAction) {
+TEST_F(Check, ReportsANotificationWithoutAnAction) {
     EXPECT_EQ(findings(declaration + "<Method>dialledCallsUpdate</Method>" + calls({aCall})),
               "notification, dialled: 1 finding\n"
               "line 1, column 124: there is no ActionType: the message is cut, or it is none\n");
 }
 
-TEST_F(Check, TellsAnActionThatIsNone) {
+TEST_F(Check, ReportsAnActionThatIsNone) {
     EXPECT_EQ(
         findings(declaration + "<Method>dialledCallsUpdate</Method>" + calls({aCall}) + "<ActionType>7</ActionType>"),
         "notification, dialled: 1 finding\n"
         "line 1, column 124: ActionType: \"7\" names no action (0 added, 1 changed, 2 viewed, 3 deleted)\n");
 }
 
-TEST_F(Check, TellsAnIdToDeleteBehindTheAction) {
+TEST_F(Check, ReportsAnIdToDeleteBehindTheAction) {
     EXPECT_EQ(findings(declaration + "<Method>dialledCallsUpdate</Method>" + calls({aCall}) +
                        "<ActionType>3</ActionType><UniqueIdToDelete>1</UniqueIdToDelete>"),
               "notification, dialled: 1 finding\n"
@@ -557,14 +557,14 @@ TEST_F(Check, TellsAnIdToDeleteBehindTheAction) {
               "of it\n");
 }
 
-TEST_F(Check, TellsACountThatIsNone) {
+TEST_F(Check, ReportsACountThatIsNone) {
     EXPECT_EQ(findings(declaration + "<Method>missedCallsCountUpdate</Method><Value>two</Value><Extra>1</Extra>"),
               "notification: 2 findings\n"
               "line 1, column 39: Value holds no number of missed calls but \"two\"\n"
               "line 1, column 96: Extra is no element of a count: nobody reads \"1\"\n");
 }
 
-TEST_F(Check, TellsACountThatCameOutNegative) {
+TEST_F(Check, ReportsACountThatCameOutNegative) {
     EXPECT_EQ(
         findings(declaration + "<Method>missedCallsCountUpdate</Method><Value>-2</Value>"),
         "notification: 1 finding\n"
@@ -573,7 +573,7 @@ TEST_F(Check, TellsACountThatCameOutNegative) {
 
 // Stores.
 
-TEST_F(Check, TellsWhatIsWrongInAStoreByItsSchemaAndEntry) {
+TEST_F(Check, ReportsWhatIsWrongInAStoreByItsSchemaAndEntry) {
     const std::string store = folder_.file("journal.db");
     const Finished recorded =
         run({"record", "dialled", "--from", "-"},
