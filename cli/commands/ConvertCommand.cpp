@@ -8,6 +8,7 @@
 #include <ostream>
 #include <set>
 
+#include "ErrorMessage.h"
 #include "Interruption.h"
 #include "NumberMatcher.h"
 #include "ProgressBar.h"
@@ -87,10 +88,10 @@ ExitCode convertBooks(const ConvertOptions& options, std::ostream& out, std::ost
         convert(options, out, err);
         return exitDone;
     } catch (const AddressBookError& error) {
-        err << "calljournal: " << error.what() << '\n';
+        printError(err, error.what());
         return error.reason() == AddressBookError::Reason::option ? exitWrongUsage : exitRefused;
     } catch (const std::exception& error) {
-        err << "calljournal: " << error.what() << '\n';
+        printError(err, error.what());
     }
     return exitRefused;
 }

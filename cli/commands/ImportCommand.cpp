@@ -11,7 +11,7 @@
 #include "ContactJson.h"
 #include "ContactViews.h"
 #include "ConvertCommand.h"
-#include "ExitCode.h"
+#include "ErrorMessage.h"
 #include "HostPlatform.h"
 #include "ImportCheck.h"
 #include "ImportContactsCSVParser.h"
@@ -177,7 +177,7 @@ private:
             Storage::deleteFile_noEx(file_);
         }
         if (std::filesystem::exists(std::filesystem::symlink_status(file_, error))) {
-            err_ << "calljournal: " << shownName_ << ": cannot be deleted\n";
+            printError(err_, shownName_ + ": cannot be deleted");
         }
     }
 

@@ -27,7 +27,7 @@ struct ConversionOptions {
     NumberStyle numbers = NumberStyle::keep;
     std::string region;  ///< Where numbers are dialled.
     ContactFormat format = ContactFormat::phone;
-    std::string out;  ///< The file, as ContactFilesOptions::path is; empty: the files are for publish() by nobody.
+    std::string out;  ///< The file, as ContactFilesOptions::path is; empty if publish() is not called.
     bool overwrite = false;
     bool merge = false;     ///< Make one contact of those that are one person.
     bool cut = false;       ///< Leave out what does not fit, rather than write further files.
@@ -78,7 +78,7 @@ struct ConversionCounts {
     std::map<std::string, std::uint64_t, std::less<>> leftOutOf;  ///< Texts of the first columns that lost some.
 };
 
-/// Hears what a conversion does, in that order. References last for the call.
+/// Gets what a conversion does, as it does it. References last for the call.
 class ConversionReport {
 public:
     virtual ~ConversionReport() = default;

@@ -27,8 +27,8 @@ private:
     struct Finding {
         std::string one;   ///< "line gives no contact"
         std::string many;  ///< "lines give no contact"
-        std::size_t count;
-        std::vector<Sentence> places;  ///< The first few.
+        std::size_t count = 0;
+        std::vector<Sentence> places = {};  ///< The first few.
     };
 
     /// What is known of a column of the file.
@@ -54,21 +54,15 @@ private:
 
     std::vector<Column> columns_;
     std::size_t contactCount_ = 0;
-    Finding noContact_ = {"line gives no contact", "lines give no contact", 0, {}};
-    Finding cut_ = {"text is cut to 249 bytes of XML", "texts are cut to 249 bytes of XML", 0, {}};
+    Finding noContact_ = {"line gives no contact", "lines give no contact"};
+    Finding cut_ = {"text is cut to 249 bytes of XML", "texts are cut to 249 bytes of XML"};
     Finding cutCharacter_ = {"text is cut inside a UTF-8 character, which garbles it",
-                             "texts are cut inside a UTF-8 character, which garbles them",
-                             0,
-                             {}};
-    Finding converted_ = {"text is converted from ISO 8859-1", "texts are converted from ISO 8859-1", 0, {}};
+                             "texts are cut inside a UTF-8 character, which garbles them"};
+    Finding converted_ = {"text is converted from ISO 8859-1", "texts are converted from ISO 8859-1"};
     Finding notUtf8_ = {"text is not UTF-8 and stays as it is; --from-latin1 converts it",
-                        "texts are not UTF-8 and stay as they are; --from-latin1 converts them",
-                        0,
-                        {}};
+                        "texts are not UTF-8 and stay as they are; --from-latin1 converts them"};
     Finding loneQuote_ = {"empty quoted field (\"\") becomes a lone double quote",
-                          "empty quoted fields (\"\") become lone double quotes",
-                          0,
-                          {}};
+                          "empty quoted fields (\"\") become lone double quotes"};
 };
 
 }  // namespace calljournal

@@ -87,13 +87,10 @@ std::string readAt(std::istream& bytes, std::istream::pos_type begin, std::size_
     return text;
 }
 
-bool startsWith(std::string_view text, std::string_view start) {
-    return text.substr(0, start.size()) == start;
-}
-
 const Mark* markOf(std::string_view beginning) {
-    const auto* const found = std::find_if(std::begin(marks), std::end(marks),
-                                           [&](const Mark& mark) { return startsWith(beginning, mark.bytes); });
+    const auto* const found = std::find_if(std::begin(marks), std::end(marks), [&](const Mark& mark) {
+        return beginning.substr(0, mark.bytes.size()) == mark.bytes;
+    });
     return found == std::end(marks) ? nullptr : found;
 }
 

@@ -140,8 +140,7 @@ TEST(StorableLength, IsWhatTheImporterKeepsUpToTheEndOfACharacter) {
     EXPECT_EQ(storableLength(std::string(247, 'a') + "日"), 247u);
     EXPECT_EQ(storableLength(std::string(246, 'a') + "日"), 249u);
     EXPECT_EQ(storableLength(std::string(246, 'a') + "😀"), 246u);
-    EXPECT_EQ(storableLength(std::string(300, '\x80')), 249u)
-        << "bytes that are no characters are cut where they are";
+    EXPECT_EQ(storableLength(std::string(300, '\x80')), 249u) << "bytes that are no characters are cut where they are";
 }
 
 TEST(RoundTripCheck, NamesRecordAndFieldOfADifference) {
