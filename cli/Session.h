@@ -2,10 +2,10 @@
 #define CALLJOURNAL_SESSION_H
 
 #include <iosfwd>
+#include <memory>
 
 #include "CommandContext.h"
 #include "Journal.h"
-#include "NumberMatcher.h"
 #include "Store.h"
 
 namespace calljournal {
@@ -20,13 +20,9 @@ public:
 
     Store& store() { return *store_; }
 
-    /// What numbers of one party have in common.
-    const NumberMatcher& numberKey() const { return numberKey_; }
-
 private:
     std::unique_ptr<Store> store_;
     Journal journal_;
-    NumberMatcher numberKey_;
 };
 
 /// An observer that prints each notification on a line of its own.

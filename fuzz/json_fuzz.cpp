@@ -3,12 +3,12 @@
 
 #include <sstream>
 
+#include "CallRecord.h"
 #include "DecodeCommand.h"
 #include "EncodeCommand.h"
 #include "Fuzz.h"
 #include "ItemJson.h"
 #include "Kinds.h"
-#include "RecordCommand.h"
 
 using calljournal::Json;
 using calljournal::ValueError;
@@ -42,15 +42,10 @@ void checkDecoded(const std::string& text) {
     FUZZ_CHECK(Json::accept(json.str()));
 }
 
-std::vector<Json> readCalls(const std::string& text, const std::string& kind) {
-    std::istringstream in(text);
-    return calljournal::readCallFile(in, kind);
-}
-
 void checkRecorded(const std::string& text, const std::string& kind) {
     std::vector<Json> calls;
     try {
-        calls = readCalls(text, kind);
+        calls = calljournal::readCalls(text, kind);
     } catch (const ValueError& error) {
         FUZZ_CHECK(*error.what() != '\0');
         return;
@@ -62,19 +57,19 @@ void checkRecorded(const std::string& text, const std::string& kind) {
         array.push_back(call);
     }
     // Each call names its kind by now.
-    FUZZ_CHECK(readCalls(lines, "") == calls);
-    FUZZ_CHECK(readCalls(calljournal::jsonText(array, true), "") == calls);
+    FUZZ_CHECK(calljournal::readCalls(lines, "") == calls);
+    FUZZ_CHECK(calljournal::readCalls(calljournal::jsonText(array, true), "") == calls);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const std::vector<std::string> kinds = calljournal::recordableKinds();
+    static const std::vector<std::string> kinds = calljournal::kindNames();
     Input input(data, size);
     const std::string& kind = kinds[input.byte() % kinds.size()];
     const std::string text = input.rest();
     checkRecorded(text, kind);
-    calljournal::withKind(kind, [&](auto type) {
+    calljournal::withCallLog(kind, [&](auto type) {
         checkEncoded<typename decltype(type)::Item>(text);
         checkDecoded<typename decltype(type)::Item>(text);
     });

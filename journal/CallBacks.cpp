@@ -2,9 +2,9 @@
 
 #include <functional>
 
-#include "CallListDatabaseAdapterHelper.h"
 #include "CarriedText.h"
 #include "ClientUtils.h"
+#include "KindInterface.h"
 #include "Words.h"
 
 namespace calljournal {
@@ -13,47 +13,52 @@ using Helper = CallListDatabaseAdapterHelper;
 
 namespace {
 
-std::string written(const std::string& text) {
-    return ClientUtils::escapeXMLString(carriedControls(text));
+using Fields = format::CallKind<StoredCallBack>;
+using TextAccess = format::TextAccess<StoredCallBack>;
+
+std::string written(const StoredCallBack& stored, const TextAccess& access) {
+    const std::string& text = std::invoke(access.get, stored);
+    return access.form == format::Form::escaped ? ClientUtils::escapeXMLString(carriedControls(text)) : text;
 }
 
 template <class Enumeration>
-std::string written(Enumeration value) {
-    return std::string(format::toWord(value));
+std::string written(const StoredCallBack& stored, const WordAccess<Enumeration>& access) {
+    return std::string(format::toWord(std::invoke(access.get, stored)));
 }
 
-void assign(CallBackItem& item, const CallBackText& access, const std::string& text) {
-    std::invoke(access.set, item, restoredControls(text));
+void assign(StoredCallBack& stored, const TextAccess& access, const std::string& text) {
+    std::invoke(access.set, stored, access.form == format::Form::escaped ? restoredControls(text) : text);
 }
 
 template <class Enumeration>
-void assign(CallBackItem& item, const CallBackAccess<Enumeration>& access, const std::string& word) {
-    std::invoke(access.set, item, format::fromWord<Enumeration>(word));
+void assign(StoredCallBack& stored, const WordAccess<Enumeration>& access, const std::string& word) {
+    std::invoke(access.set, stored, format::fromWord<Enumeration>(word));
 }
 
 }  // namespace
 
-std::string encodeCallBack(const CallBackItem& item) {
+std::string KindInterface<StoredCallBack>::encode(const StoredCallBack& item) {
     std::string body;
-    for (const CallBackField& field : callBackFields) {
-        std::visit(
-            [&](const auto& access) {
-                Helper::createXMLField(std::string(field.tag).c_str(), written(std::invoke(access.get, item)), body);
-            },
-            field.access);
+    for (const CallBackField& field : Fields::itemFields) {
+        const std::string tag(field.writtenAs);
+        std::visit([&](const auto& access) { Helper::createXMLField(tag.c_str(), written(item, access), body); },
+                   field.access);
     }
     return body;
 }
 
-StoredCallBack decodeCallBack(const std::string& body) {
-    StoredCallBack stored;
-    const char* cursor = Helper::getXMLValue2(body.c_str(), Helper::UNIQUEID, stored.uniqueId);
-    for (const CallBackField& field : callBackFields) {
+void KindInterface<StoredCallBack>::decode(const char* xml, StoredCallBack& item) {
+    for (const CallBackField& field : Fields::itemFields) {
         std::string text;
-        cursor = Helper::getXMLValue2(cursor, std::string(field.tag).c_str(), text);
-        std::visit([&](const auto& access) { assign(stored.item, access, text); }, field.access);
+        xml = Helper::getXMLValue2(xml, std::string(field.readAs).c_str(), text);
+        std::visit([&](const auto& access) { assign(item, access, text); }, field.access);
     }
-    return stored;
+}
+
+void KindInterface<StoredCallBack>::send(CallListDatabaseAdapter& adapter, const StoredCallBack& item,
+                                         const std::string& reason) {
+    const std::string id = Helper::createXMLField(Helper::UNIQUEID, item.getUniqueId());
+    adapter.updateEntries(Helper::createXMLField(Helper::ENTRY, id), reason, std::string(Fields::schema));
 }
 
 }  // namespace calljournal

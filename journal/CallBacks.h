@@ -1,62 +1,74 @@
 #ifndef CALLJOURNAL_CALLBACKS_H
 #define CALLJOURNAL_CALLBACKS_H
 
-#include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include "CallBackItem.h"
-#include "Texts.h"
+#include "CallKinds.h"
+#include "StoreWords.h"
 
 namespace calljournal {
 
-/// The schema in which the host keeps call-backs; a phone has none for them.
-constexpr char callBackSchema[] = "CallBacks";
+/// A call-back with the id that the store gave it. A phone keeps call-backs in no schema; this is the host's own.
+class StoredCallBack : public CallBackItem {
+public:
+    StoredCallBack() = default;
+    explicit StoredCallBack(const CallBackItem& item) : CallBackItem(item) {}
 
-/// A call-back with the id that the store gave it.
-struct StoredCallBack {
-    std::string uniqueId;
-    CallBackItem item;
+    const std::string& getUniqueId() const { return uniqueId_; }
+    void setUniqueId(const std::string& id) { uniqueId_ = id; }
+
+private:
+    std::string uniqueId_;
 };
 
-/// How a value of a call-back is got and set.
-template <class Value>
-struct CallBackAccess {
-    Value (CallBackItem::*get)() const;
-    void (CallBackItem::*set)(Value);
+/// How a word of a call-back is got and set.
+template <class Enumeration>
+struct WordAccess {
+    Enumeration (CallBackItem::*get)() const;
+    void (CallBackItem::*set)(Enumeration);
 };
-
-using CallBackText = CallBackAccess<const std::string&>;
 
 struct CallBackField {
-    std::string_view tag;
-    std::variant<CallBackText, CallBackAccess<NumberType::NT>, CallBackAccess<CallBackItem::CallBackType>,
-                 CallBackAccess<CallBackItem::CallBackState>>
+    format::Tag writtenAs;
+    format::Tag readAs;
+    std::variant<format::TextAccess<StoredCallBack>, WordAccess<NumberType::NT>, WordAccess<CallBackItem::CallBackType>,
+                 WordAccess<CallBackItem::CallBackState>>
         access;
 };
 
-/// What is kept of a call-back, in the order in which it is written. Texts are escaped once and left out when empty.
-inline constexpr std::array<CallBackField, 9> callBackFields = {{
-    {format::text::ENTRYID, CallBackText{&CallItem::getEntryId, &CallItem::setEntryId}},
-    {format::text::SURNAME, CallBackText{&CallItem::getSurname, &CallItem::setSurname}},
-    {format::text::FIRSTNAME, CallBackText{&CallItem::getFirstname, &CallItem::setFirstname}},
-    {format::text::CALLBACKNUMBER, CallBackText{&CallBackItem::getNumber, &CallBackItem::setNumber}},
-    {format::text::NUMBERTYPE,
-     CallBackAccess<NumberType::NT>{&CallBackItem::getNumberType, &CallBackItem::setNumberType}},
-    {format::text::TIMEDATE, CallBackText{&CallBackItem::getTimeDate, &CallBackItem::setTimeDate}},
-    {format::text::CALLBACKTYPE,
-     CallBackAccess<CallBackItem::CallBackType>{&CallBackItem::getCallBackType, &CallBackItem::setCallBackType}},
-    {format::text::CALLBACKSTATE,
-     CallBackAccess<CallBackItem::CallBackState>{&CallBackItem::getCallBackState, &CallBackItem::setCallBackState}},
-    {format::text::CALLBACKDEVICEID, CallBackText{&CallBackItem::getDeviceId, &CallBackItem::setDeviceId}},
-}};
+namespace format {
 
-/// Returns the body that the store keeps.
-std::string encodeCallBack(const CallBackItem& item);
+/// A call-back has fields of its own alone: no list of calls, and no notification.
+template <>
+struct CallKind<StoredCallBack> {
+    static constexpr std::string_view schema = callBacksSchema;
+    static constexpr std::string_view updateMethod = "";
 
-/// Reads a body as the store serves it, with the id in front. What is absent reads as empty or 0.
-StoredCallBack decodeCallBack(const std::string& body);
+    using Stored = StoredCallBack;
+    using Text = TextAccess<Stored>;
+    static constexpr CallBackField itemFields[] = {
+        {text::UNIQUEID, text::UNIQUEID, Text{&Stored::getUniqueId, &Stored::setUniqueId, Form::withoutColons}},
+        {text::ENTRYID, text::ENTRYID, Text{&CallItem::getEntryId, &CallItem::setEntryId, Form::escaped}},
+        {text::SURNAME, text::SURNAME, Text{&CallItem::getSurname, &CallItem::setSurname, Form::escaped}},
+        {text::FIRSTNAME, text::FIRSTNAME, Text{&CallItem::getFirstname, &CallItem::setFirstname, Form::escaped}},
+        {text::CALLBACKNUMBER, text::CALLBACKNUMBER, Text{&Stored::getNumber, &Stored::setNumber, Form::escaped}},
+        {text::NUMBERTYPE, text::NUMBERTYPE,
+         WordAccess<NumberType::NT>{&CallBackItem::getNumberType, &CallBackItem::setNumberType}},
+        {text::TIMEDATE, text::TIMEDATE, Text{&Stored::getTimeDate, &Stored::setTimeDate, Form::escaped}},
+        {text::CALLBACKTYPE, text::CALLBACKTYPE,
+         WordAccess<CallBackItem::CallBackType>{&CallBackItem::getCallBackType, &CallBackItem::setCallBackType}},
+        {text::CALLBACKSTATE, text::CALLBACKSTATE,
+         WordAccess<CallBackItem::CallBackState>{&CallBackItem::getCallBackState, &CallBackItem::setCallBackState}},
+        {text::CALLBACKDEVICEID, text::CALLBACKDEVICEID,
+         Text{&Stored::getDeviceId, &Stored::setDeviceId, Form::escaped}},
+    };
+};
+
+}  // namespace format
 
 }  // namespace calljournal
 

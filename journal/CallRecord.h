@@ -2,63 +2,29 @@
 #define CALLJOURNAL_CALLRECORD_H
 
 #include <string>
+#include <vector>
 
-#include "ItemJson.h"
 #include "Journal.h"
-#include "KindInterface.h"
-#include "Time.h"
+#include "JsonText.h"
 
 namespace calljournal {
 
-/// The key that marks a call whose number was withheld, in place of "Number".
-constexpr char withheldKey[] = "Withheld";
+// Calls to be recorded, as people give them: a flat object of the party's and the call's elements and the word of the
+// kind, {"Kind": "missed", "Surname": ..., "Number": ..., "TimeDate": ...}. "Withheld" in place of "Number" marks a
+// call whose number was withheld.
 
-/// The log that a call of each kind belongs to unless it says otherwise.
-inline CallLogEntryEvent::_LogTarget usualTargetLog(const MissedCallItem&) {
-    return CallLogEntryEvent::IN_NO_ANSWER;
-}
-inline CallLogEntryEvent::_LogTarget usualTargetLog(const DialledCallItem&) {
-    return CallLogEntryEvent::OUT_ANSWERED;
-}
-inline CallLogEntryEvent::_LogTarget usualTargetLog(const ReceivedCallItem&) {
-    return CallLogEntryEvent::IN_ANSWERED;
-}
-inline CallLogEntryEvent::_LogTarget usualTargetLog(const ForwardedCallItem&) {
-    return CallLogEntryEvent::IN_ANSWERED;
-}
+/// Returns `json` with its "Kind" written down, `kind` where it names none. Throws ValueError unless it is a call of a
+/// known kind whose elements make sense.
+Json checkedCall(Json json, const std::string& kind);
 
-/// Makes a call of a flat object of the party's and the call's elements: {"Surname": ..., "Number": ..., "TimeDate":
-/// ...}. What is absent gets the value that a phone would give: the time now, a presentation that fits. Throws
-/// ValueError that names the element at fault.
+/// Reads calls from JSON: one array of objects, or one object a line. Each names its "Kind"; `kind` is that of those
+/// that do not. Returns them checked, as checkedCall does. Throws ValueError that names the line.
+std::vector<Json> readCalls(const std::string& text, const std::string& kind);
+
+/// Makes the calls of one kind out of `calls`, which are checked. What is absent gets the value that a phone would
+/// give: the time now, a presentation that fits. Throws ValueError that names the element at fault.
 template <class Item>
-NewCall<Item> newCallFromJson(const Json& json) {
-    NewCall<Item> call;
-    call.call.targetLog = usualTargetLog(call.party);
-    call.call.timeDate = currentTime();
-    bool isWithheld = false;
-    for (const auto& [key, value] : json.items()) {
-        if (key == withheldKey) {
-            isWithheld = jsonFlag(value, key);
-        } else if (key != format::text::UNIQUEID && takePartyValue(key, value, call.party)) {
-            continue;
-        } else if (!takeCallValue<Item>(key, value, call.call)) {
-            throw ValueError(key + ": a " + KindInterface<Item>::name + " call has no such element");
-        }
-    }
-    if (isWithheld == !call.call.number.empty()) {
-        throw ValueError("a call has either a number or is withheld");
-    }
-    using Presentation = CallLogEntryEvent::_PresentationValue;
-    const auto give = [&](const char* key, Presentation& presentation, Presentation value) {
-        presentation = json.contains(key) ? presentation : value;
-    };
-    const bool isNamed = !call.party.getSurname().empty() || !call.party.getFirstname().empty();
-    give("NumberPresentation", call.call.numberPresentation,
-         isWithheld ? CallLogEntryEvent::NOT_ALLOWED : CallLogEntryEvent::ALLOWED);
-    give("NamePresentation", call.call.namePresentation,
-         isNamed ? CallLogEntryEvent::ALLOWED : CallLogEntryEvent::NOT_AVAILABLE);
-    return call;
-}
+std::vector<NewCall<Item>> callsOfKind(const std::vector<Json>& calls);
 
 }  // namespace calljournal
 

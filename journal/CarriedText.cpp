@@ -29,7 +29,7 @@ unsigned digitValue(char c) {
                                   : 16U;
 }
 
-/// Tells whether `text` begins with a reference that appendReference wrote, and to which character.
+/// Returns whether `text` begins with a reference that appendReference wrote, and through `c` to which character.
 bool takeReference(std::string_view text, char& c) {
     if (text.size() < referenceLength || text.substr(0, referenceBegin.size()) != referenceBegin || text[5] != ';') {
         return false;

@@ -2,12 +2,11 @@
 #define CALLJOURNAL_CARRIEDTEXT_H
 
 #include <functional>
-#include <list>
 #include <string>
 #include <type_traits>
 #include <variant>
 
-#include "CallKinds.h"
+#include "Entry.h"
 
 namespace calljournal {
 
@@ -20,7 +19,7 @@ std::string restoredText(const std::string& carried, int times);
 
 /// Returns `text` with a reference, such as `&#x1b;`, in the place of each control character but tab, line feed and
 /// carriage return: no XML carries them, the missed list's reader takes each for an apostrophe, and a zero byte ends a
-/// text for every decoder. A reference that stands in `text` itself is kept apart by one for its `&`.
+/// text for every decoder. A reference in `text` itself is kept apart by one for its `&`.
 std::string carriedControls(const std::string& text);
 
 /// Undoes carriedControls.
@@ -40,52 +39,36 @@ void visitCallTexts(typename format::CallKind<Item>::Call& call, Visit visit) {
     }
 }
 
-/// Replaces each text of the item but its id by `convert(text)`.
-template <class Item>
-void convertAllTexts(Item& item, std::string (*convert)(const std::string&)) {
-    using Kind = format::CallKind<Item>;
-    const auto convertFields = [&](auto& party, const auto& fields) {
-        using Party = std::remove_reference_t<decltype(party)>;
+/// Replaces each text of the item but its id, which is the store's, by `convert(text, times)`; `times` is 0 where the
+/// encoder escapes by itself.
+template <class Item, class Convert>
+void convertTexts(Item& item, Convert convert) {
+    forEachFieldTable(item, [&](auto& base, const auto& fields) {
+        using Base = std::remove_reference_t<decltype(base)>;
         for (const auto& field : fields) {
-            const auto* access = std::get_if<format::TextAccess<Party>>(&field.access);
+            const auto* access = std::get_if<format::TextAccess<Base>>(&field.access);
             if (access != nullptr && field.readAs != format::text::UNIQUEID) {
-                std::invoke(access->set, party, convert(std::invoke(access->get, party)));
+                const int times = access->form == format::Form::asItIs ? itemTextUnescapes : 0;
+                std::invoke(access->set, base, convert(std::invoke(access->get, base), times));
             }
         }
-    };
-    CallItemWithPicture& party = item;
-    convertFields(party, format::partyFields);
-    convertFields(item, Kind::itemFields);
-    auto calls = std::invoke(Kind::calls, item);
-    for (auto& call : calls) {
-        visitCallTexts<Item>(call, [&](std::string& text, int) { text = convert(text); });
-    }
-    std::invoke(Kind::setCalls, item, calls);
-}
-
-/// Replaces each text that the format writes as it is by `convert(text, times)`. Names are the encoder's own business,
-/// and ids are the store's.
-template <class Item>
-void convertTexts(Item& item, std::string (*convert)(const std::string&, int)) {
-    using Kind = format::CallKind<Item>;
-    const auto convertFields = [&](auto& party, const auto& fields) {
-        using Party = std::remove_reference_t<decltype(party)>;
-        for (const auto& field : fields) {
-            const auto* access = std::get_if<format::TextAccess<Party>>(&field.access);
-            if (access != nullptr && access->form == format::Form::asItIs) {
-                std::invoke(access->set, party, convert(std::invoke(access->get, party), itemTextUnescapes));
-            }
-        }
-    };
-    CallItemWithPicture& party = item;
-    convertFields(party, format::partyFields);
-    convertFields(item, Kind::itemFields);
-
-    auto calls = std::invoke(Kind::calls, item);
+    });
+    auto calls = callsOf(item);
     for (auto& call : calls) {
         visitCallTexts<Item>(call, [&](std::string& text, int times) { text = convert(text, times); });
     }
-    std::invoke(Kind::setCalls, item, calls);
+    std::invoke(format::CallKind<Item>::setCalls, item, calls);
+}
+
+/// Returns the item with its texts in the form in which the stored format carries them.
+template <class Item>
+Item carriedItem(Item item) {
+    // The encoder of call-backs does so by itself.
+    if constexpr (KindInterface<Item>::isCallLog) {
+        convertTexts(item,
+                     [](const std::string& text, int times) { return carriedText(carriedControls(text), times); });
+    }
+    return item;
 }
 
 }  // namespace calljournal

@@ -3,10 +3,8 @@
 
 #include <string>
 #include <string_view>
-#include <variant>
 
-#include "CallKinds.h"
-#include "Time.h"
+#include "Texts.h"
 #include "ValueError.h"
 #include "Words.h"
 
@@ -42,15 +40,6 @@ void parseValue(std::string_view text, Enumeration& value) {
         refuseWord(text, acceptedValues(value));
     }
     value = parsed;
-}
-
-/// Stores `text` in the field of `call`. Throws ValueError if the field does not take it.
-template <class Call>
-void parseField(std::string_view text, const format::CallField<Call>& field, Call& call) {
-    if (field.tag == format::text::TIMEDATE) {
-        checkTime(std::string(text));
-    }
-    std::visit([&](auto member) { parseValue(text, call.*member); }, field.member);
 }
 
 }  // namespace calljournal

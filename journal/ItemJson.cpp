@@ -4,7 +4,7 @@ namespace calljournal {
 
 namespace {
 
-/// An entry's calls are objects in an array in an object, which may stand in an array.
+/// An entry's calls are objects in an array in an object, which may be in an array.
 constexpr int deepestNesting = 16;
 
 bool isNotTooDeep(int depth, Json::parse_event_t /*event*/, Json& /*value*/) {

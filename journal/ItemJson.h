@@ -1,12 +1,15 @@
 #ifndef CALLJOURNAL_ITEMJSON_H
 #define CALLJOURNAL_ITEMJSON_H
 
+#include <list>
 #include <string>
+#include <type_traits>
 #include <variant>
 
-#include "CallKinds.h"
+#include "Entry.h"
 #include "FieldValue.h"
 #include "JsonText.h"
+#include "Time.h"
 
 namespace calljournal {
 
@@ -19,7 +22,8 @@ std::string jsonString(const Json& json, const std::string& key);
 /// Throws ValueError unless `json` is true or false.
 bool jsonFlag(const Json& json, const std::string& key);
 
-/// What JSON holds for one member of a call: texts unless they are empty, flags, and enumerations as their words.
+/// What JSON holds for one member of an entry or a call: texts unless they are empty, flags, and enumerations as their
+/// words.
 inline void putValue(Json& json, std::string_view key, const std::string& value) {
     if (!value.empty()) {
         json[std::string(key)] = value;
@@ -33,36 +37,47 @@ void putValue(Json& json, std::string_view key, Enumeration value) {
     json[std::string(key)] = format::toWord(value);
 }
 
-template <class Call, class Fields>
-void putCall(Json& json, const Call& call, const Fields& fields) {
-    for (const auto& field : fields) {
-        std::visit([&](auto member) { putValue(json, field.tag, call.*member); }, field.member);
+/// The reverse of putValue. Throws ValueError that names `key` if a member of this type does not take `json`.
+template <class Value>
+Value valueFromJson(const Json& json, const std::string& key) {
+    if constexpr (std::is_same_v<Value, bool>) {
+        return jsonFlag(json, key);
+    } else {
+        const std::string text = jsonString(json, key);
+        try {
+            if (key == format::text::TIMEDATE) {
+                checkTime(text);
+            }
+            Value value{};
+            parseValue(text, value);
+            return value;
+        } catch (const ValueError& error) {
+            throw ValueError(key + ": " + error.what());
+        }
     }
 }
 
-template <class Item, class Base, class Fields>
-void putItemFields(Json& json, const Item& item, const Fields& fields, const Base*) {
-    const Base& base = item;
-    for (const auto& field : fields) {
-        std::visit([&](const auto& access) { putValue(json, field.readAs, (base.*access.get)()); }, field.access);
-    }
-}
-
-/// The whole item: its own fields and "LogList", an array of calls. Keys are the names of the format's elements as the
-/// readers know them.
+/// The whole entry: its own fields and, of a log, "LogList", an array of calls. Keys are the names of the format's
+/// elements as the readers know them.
 template <class Item>
 Json toJson(const Item& item) {
-    using Kind = format::CallKind<Item>;
     Json json = Json::object();
-    putItemFields(json, item, format::partyFields, static_cast<const CallItemWithPicture*>(nullptr));
-    putItemFields(json, item, Kind::itemFields, static_cast<const Item*>(nullptr));
-    Json calls = Json::array();
-    for (const auto& call : (item.*Kind::calls)()) {
-        Json entry = Json::object();
-        putCall(entry, call, Kind::callFields);
-        calls.push_back(std::move(entry));
+    forEachFieldTable(item, [&](const auto& base, const auto& fields) {
+        for (const auto& field : fields) {
+            std::visit([&](const auto& access) { putValue(json, field.readAs, (base.*access.get)()); }, field.access);
+        }
+    });
+    if constexpr (KindInterface<Item>::isCallLog) {
+        Json calls = Json::array();
+        for (const auto& call : callsOf(item)) {
+            Json entry = Json::object();
+            for (const auto& field : format::CallKind<Item>::callFields) {
+                std::visit([&](auto member) { putValue(entry, field.tag, call.*member); }, field.member);
+            }
+            calls.push_back(std::move(entry));
+        }
+        json[std::string(format::text::LOGLIST)] = std::move(calls);
     }
-    json[std::string(format::text::LOGLIST)] = std::move(calls);
     return json;
 }
 
@@ -71,50 +86,47 @@ Json toJson(const Item& item) {
 template <class Item>
 bool takeCallValue(const std::string& key, const Json& json, typename format::CallKind<Item>::Call& call) {
     for (const auto& field : format::CallKind<Item>::callFields) {
-        if (field.tag != key) {
-            continue;
+        if (field.tag == key) {
+            std::visit(
+                [&](auto member) {
+                    using Value = std::decay_t<decltype(call.*member)>;
+                    call.*member = valueFromJson<Value>(json, key);
+                },
+                field.member);
+            return true;
         }
-        if (auto* flag = std::get_if<1>(&field.member)) {
-            call.*(*flag) = jsonFlag(json, key);
-        } else {
-            try {
-                parseField(jsonString(json, key), field, call);
-            } catch (const ValueError& error) {
-                throw ValueError(key + ": " + error.what());
+    }
+    return false;
+}
+
+/// Whether `key` means the field that readers know as `name`: a picture goes by either of its names, and the number of
+/// a call-back by that of any other call.
+inline bool isKeyOf(std::string_view name, std::string_view key) {
+    return key == name || (name == format::text::PICTURE_CLIP && key == format::text::PICTURE) ||
+           (name == format::text::CALLBACKNUMBER && key == format::text::NUMBER);
+}
+
+/// Stores `json` in the item's own field that `key` means. Returns false if it has no such field.
+template <class Item>
+bool takeItemValue(const std::string& key, const Json& json, Item& item) {
+    bool isTaken = false;
+    forEachFieldTable(item, [&](auto& base, const auto& fields) {
+        for (const auto& field : fields) {
+            if (!isTaken && isKeyOf(field.readAs, key)) {
+                std::visit(
+                    [&](const auto& access) {
+                        using Value = std::decay_t<decltype((base.*access.get)())>;
+                        (base.*access.set)(valueFromJson<Value>(json, key));
+                    },
+                    field.access);
+                isTaken = true;
             }
         }
-        return true;
-    }
-    return false;
+    });
+    return isTaken;
 }
 
-template <class Base, class Fields>
-bool takeItemValue(const std::string& key, const Json& json, Base& item, const Fields& fields) {
-    for (const auto& field : fields) {
-        const bool isPicture = field.readAs == format::text::PICTURE_CLIP && key == format::text::PICTURE;
-        if (field.readAs != key && !isPicture) {
-            continue;
-        }
-        if (const auto* flag = std::get_if<format::FlagAccess<Base>>(&field.access)) {
-            (item.*flag->set)(jsonFlag(json, key));
-        } else {
-            (item.*std::get<format::TextAccess<Base>>(field.access).set)(jsonString(json, key));
-        }
-        return true;
-    }
-    return false;
-}
-
-/// Stores `json` in the item's own field named `key`, as its reader names it; a picture goes by either of
-/// its names. Returns false if it has no such field.
-template <class Item>
-bool takePartyValue(const std::string& key, const Json& json, Item& item) {
-    CallItemWithPicture& party = item;
-    return takeItemValue(key, json, party, format::partyFields) ||
-           takeItemValue(key, json, item, format::CallKind<Item>::itemFields);
-}
-
-/// The reverse of toJson. Throws ValueError that names the key at fault.
+/// The reverse of toJson for an entry of a log. Throws ValueError that names the key at fault.
 template <class Item>
 Item itemFromJson(const Json& json) {
     using Kind = format::CallKind<Item>;
@@ -123,7 +135,7 @@ Item itemFromJson(const Json& json) {
     }
     Item item;
     for (const auto& [key, value] : json.items()) {
-        if (takePartyValue(key, value, item)) {
+        if (takeItemValue(key, value, item)) {
             continue;
         }
         if (key != format::text::LOGLIST || !value.is_array()) {

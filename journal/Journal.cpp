@@ -7,7 +7,7 @@
 
 #include "CallListDatabaseAdapterHelper.h"
 #include "CarriedText.h"
-#include "KindInterface.h"
+#include "Entry.h"
 #include "PartyIndex.h"
 #include "StoreReply.h"
 
@@ -20,11 +20,12 @@ namespace {
 /// The data access service answers in time with this many entries in one request.
 constexpr std::size_t entriesPerRequest = 500;
 
-/// Throws if the reply to a read request is a refusal. Entries may hold any words, so only what stands before them
-/// counts.
+/// Throws if the reply to a read request is a refusal. Entries may hold any words, so only what is in front of
+/// them counts.
 void checkReadReply(const std::string& reply) {
     const std::string head = reply.substr(0, reply.find(Helper::createXMLBegin(Helper::ENTRY)));
-    const bool isRefusal = head.find("<Result>") != std::string::npos || head.find("<Schema") == std::string::npos;
+    const bool isRefusal = head.find(openTag(resultElement)) != std::string::npos ||
+                           head.find("<" + std::string(schemaElement)) == std::string::npos;
     if (isRefusal) {
         throw JournalError(readStoreReply(head).reason);
     }
@@ -37,18 +38,18 @@ void checkWriteReply(const std::string& reply) {
     }
 }
 
-/// Tells whether a text of the entries in `reply` may hold what carriedControls writes.
+/// Returns whether a text of the entries in `reply` may hold what carriedControls writes.
 bool mayHoldReferences(const std::string& reply) {
     return reply.find("#x") != std::string::npos;
 }
 
-/// Whether any text of the item may have been escaped by carriedText.
+/// Returns whether a text of the item may have been escaped by carriedText.
 bool mayBeCarried(const MissedCallItem& item) {
     const auto holds = [](const std::string& text) { return text.find('&') != std::string::npos; };
     if (holds(item.getEntryId()) || holds(item.getPictureClip())) {
         return true;
     }
-    for (const auto& call : item.getMissedCallInfoList()) {
+    for (const auto& call : callsOf(item)) {
         for (const auto& field : format::CallKind<MissedCallItem>::callFields) {
             const auto* member = std::get_if<0>(&field.member);
             if (member != nullptr && holds(call.*(*member))) {
@@ -57,16 +58,6 @@ bool mayBeCarried(const MissedCallItem& item) {
         }
     }
     return false;
-}
-
-template <class Item>
-bool isNewer(const Item& first, const Item& second) {
-    const auto& firstCalls = std::invoke(format::CallKind<Item>::calls, first);
-    const auto& secondCalls = std::invoke(format::CallKind<Item>::calls, second);
-    if (firstCalls.empty() || secondCalls.empty()) {
-        return !firstCalls.empty();
-    }
-    return firstCalls.front().timeDate > secondCalls.front().timeDate;
 }
 
 /// Takes over what a call says of its party.
@@ -113,8 +104,15 @@ std::vector<std::size_t> addCalls(std::deque<Item>& list, const std::vector<NewC
     return changed;
 }
 
-[[noreturn]] void throwMissing(const std::string& kind, const std::string& uniqueId) {
-    throw JournalError("there is no " + kind + " entry with the id \"" + uniqueId + "\"");
+/// Makes each call-back an entry of its own.
+std::vector<std::size_t> addCalls(std::deque<StoredCallBack>& list, const std::vector<NewCall<StoredCallBack>>& calls,
+                                  const Journal::NumberKey&) {
+    std::vector<std::size_t> added;
+    for (const NewCall<StoredCallBack>& call : calls) {
+        added.push_back(list.size());
+        list.push_back(call.party);
+    }
+    return added;
 }
 
 template <class Item>
@@ -122,7 +120,8 @@ std::size_t findEntry(const std::deque<Item>& list, const std::string& uniqueId)
     const auto found =
         std::find_if(list.begin(), list.end(), [&](const Item& entry) { return entry.getUniqueId() == uniqueId; });
     if (found == list.end()) {
-        throwMissing(KindInterface<Item>::name, uniqueId);
+        throw JournalError("there is no " + std::string(KindInterface<Item>::name) + " entry with the id \"" +
+                           uniqueId + "\"");
     }
     return static_cast<std::size_t>(found - list.begin());
 }
@@ -162,9 +161,11 @@ std::deque<Item> Journal::entries() {
         }
         std::stable_sort(list.begin(), list.end(), isNewer<Item>);
     }
-    if (mayHoldReferences(reply)) {
-        for (Item& item : list) {
-            convertAllTexts(item, restoredControls);
+    if constexpr (KindInterface<Item>::isCallLog) {
+        if (mayHoldReferences(reply)) {
+            for (Item& item : list) {
+                convertTexts(item, [](const std::string& text, int) { return restoredControls(text); });
+            }
         }
     }
     return list;
@@ -176,7 +177,9 @@ std::vector<Item> Journal::record(const std::vector<NewCall<Item>>& calls) {
     std::size_t oldCount = 0;
     std::vector<std::size_t> changed;
     exclusively_([&] {
-        list = entries<Item>();
+        if constexpr (KindInterface<Item>::isCallLog) {
+            list = entries<Item>();
+        }
         oldCount = list.size();
         changed = addCalls(list, calls, numberKey_);
         write(list, changed);
@@ -215,54 +218,14 @@ Item Journal::remove(const std::string& uniqueId) {
         removed = list[index];
         KindInterface<Item>::send(adapter_, removed, Helper::DELETEREQUEST);
         checkWriteReply(recorder_.lastReply());
-        adapter_.deleteFromConversationsTable(uniqueId);
-        checkWriteReply(recorder_.lastReply());
+        if constexpr (KindInterface<Item>::isCallLog) {
+            adapter_.deleteFromConversationsTable(uniqueId);
+            checkWriteReply(recorder_.lastReply());
+        }
         list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
     });
     announce(removed, JournalServiceObserverIfc::DELETED);
     announceUnviewed(list);
-    return removed;
-}
-
-std::vector<StoredCallBack> Journal::callBacks() {
-    std::vector<StoredCallBack> stored;
-    for (const std::string& body : readEntryBodies(readReply(callBackSchema))) {
-        stored.push_back(decodeCallBack(body));
-    }
-    std::stable_sort(stored.begin(), stored.end(), [](const StoredCallBack& first, const StoredCallBack& second) {
-        return first.item.getTimeDate() > second.item.getTimeDate();
-    });
-    return stored;
-}
-
-std::vector<StoredCallBack> Journal::recordCallBacks(const std::vector<CallBackItem>& items) {
-    std::vector<std::string> bodies;
-    for (const CallBackItem& item : items) {
-        bodies.push_back(encodeCallBack(item));
-    }
-    std::vector<std::string> ids;
-    exclusively_([&] { ids = send(bodies, callBackSchema); });
-    std::vector<StoredCallBack> stored;
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        stored.push_back({ids[i], items[i]});
-    }
-    return stored;
-}
-
-StoredCallBack Journal::removeCallBack(const std::string& uniqueId) {
-    StoredCallBack removed;
-    exclusively_([&] {
-        const std::vector<StoredCallBack> stored = callBacks();
-        const auto found = std::find_if(stored.begin(), stored.end(),
-                                        [&](const StoredCallBack& one) { return one.uniqueId == uniqueId; });
-        if (found == stored.end()) {
-            throwMissing("callback", uniqueId);
-        }
-        removed = *found;
-        checkWriteReply(adapter_.updateEntries(
-            Helper::createXMLField(Helper::ENTRY, Helper::createXMLField(Helper::UNIQUEID, uniqueId)),
-            Helper::DELETEREQUEST, callBackSchema));
-    });
     return removed;
 }
 
@@ -297,10 +260,7 @@ template <class Item>
 void Journal::write(std::deque<Item>& list, const std::vector<std::size_t>& changed) {
     std::vector<std::string> bodies;
     for (const std::size_t index : changed) {
-        Item carried = list[index];
-        convertAllTexts(carried, carriedControls);
-        convertTexts(carried, carriedText);
-        bodies.push_back(KindInterface<Item>::encode(carried));
+        bodies.push_back(KindInterface<Item>::encode(carriedItem(list[index])));
     }
     const std::vector<std::string> ids = send(bodies, std::string(format::CallKind<Item>::schema));
     for (std::size_t i = 0; i < changed.size(); ++i) {
@@ -313,17 +273,16 @@ void Journal::write(std::deque<Item>& list, const std::vector<std::size_t>& chan
 
 template <class Item>
 std::string notificationOf(const Item& entry, JournalServiceObserverIfc::ActionType action) {
-    Item carried = entry;
-    convertAllTexts(carried, carriedControls);
-    convertTexts(carried, carriedText);
     const bool isDeleted = action == JournalServiceObserverIfc::DELETED;
-    return KindInterface<Item>::update(carried, isDeleted ? entry.getUniqueId() : std::string(), action);
+    return KindInterface<Item>::update(carriedItem(entry), isDeleted ? entry.getUniqueId() : std::string(), action);
 }
 
 template <class Item>
 void Journal::announce(const Item& entry, JournalServiceObserverIfc::ActionType action) {
-    if (!observers_.empty()) {
-        notify(notificationOf(entry, action));
+    if constexpr (KindInterface<Item>::isCallLog) {
+        if (!observers_.empty()) {
+            notify(notificationOf(entry, action));
+        }
     }
 }
 
@@ -344,15 +303,20 @@ unsigned unviewedCount(const std::deque<MissedCallItem>& entries) {
         std::count_if(entries.begin(), entries.end(), [](const MissedCallItem& entry) { return !entry.getViewed(); }));
 }
 
-#define CALLJOURNAL_JOURNAL(Kind)                                                                            \
-    template std::deque<Kind##CallItem> Journal::entries<Kind##CallItem>();                                  \
-    template std::vector<Kind##CallItem> Journal::record(const std::vector<NewCall<Kind##CallItem>>& calls); \
-    template Kind##CallItem Journal::remove<Kind##CallItem>(const std::string& uniqueId);                    \
-    template std::string notificationOf(const Kind##CallItem& entry, JournalServiceObserverIfc::ActionType action);
+#define CALLJOURNAL_JOURNAL(Item)                                                        \
+    template std::deque<Item> Journal::entries<Item>();                                  \
+    template std::vector<Item> Journal::record(const std::vector<NewCall<Item>>& calls); \
+    template Item Journal::remove<Item>(const std::string& uniqueId);
 
-CALLJOURNAL_JOURNAL(Missed)
-CALLJOURNAL_JOURNAL(Dialled)
-CALLJOURNAL_JOURNAL(Received)
-CALLJOURNAL_JOURNAL(Forwarded)
+CALLJOURNAL_JOURNAL(MissedCallItem)
+CALLJOURNAL_JOURNAL(DialledCallItem)
+CALLJOURNAL_JOURNAL(ReceivedCallItem)
+CALLJOURNAL_JOURNAL(ForwardedCallItem)
+CALLJOURNAL_JOURNAL(StoredCallBack)
+
+template std::string notificationOf(const MissedCallItem& entry, JournalServiceObserverIfc::ActionType action);
+template std::string notificationOf(const DialledCallItem& entry, JournalServiceObserverIfc::ActionType action);
+template std::string notificationOf(const ReceivedCallItem& entry, JournalServiceObserverIfc::ActionType action);
+template std::string notificationOf(const ForwardedCallItem& entry, JournalServiceObserverIfc::ActionType action);
 
 }  // namespace calljournal

@@ -30,8 +30,14 @@ struct NewCall {
     typename format::CallKind<Item>::Call call;
 };
 
+/// A call-back is its party's only call.
+template <>
+struct NewCall<StoredCallBack> {
+    StoredCallBack party;
+};
+
 /// What a phone's journal service does with calls: keeps one entry for each party, newest call first, in the data
-/// access service, and tells its observers what changed.
+/// access service, and notifies its observers of what changed.
 ///
 ///     const std::unique_ptr<Store> store = openStore("journal.db");
 ///     Journal journal(*store);
@@ -39,9 +45,10 @@ struct NewCall {
 ///     journal.record<MissedCallItem>({{party, call}});
 ///     for (const MissedCallItem& entry : journal.entries<MissedCallItem>()) ...
 ///
-/// Item is MissedCallItem, DialledCallItem, ReceivedCallItem or ForwardedCallItem. Every text survives the store,
-/// markup included. Operations throw JournalError if the store refuses, and let its own exceptions pass; observers are
-/// told only of what the store acknowledged. One thread at a time.
+/// Item is MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem or StoredCallBack; call-backs are not
+/// grouped by party, and nobody is notified of them. Every text survives the store, markup included. Operations throw
+/// JournalError if the store refuses, and let its own exceptions pass; observers are notified only of what the store
+/// acknowledged. One thread at a time.
 class Journal {
 public:
     /// Gives the same text for two ways to write one party's number. Both end with the same four digits.
@@ -55,11 +62,12 @@ public:
     explicit Journal(DataAccessServiceIfc& service);
 
     void setNumberKey(NumberKey numberKey) { numberKey_ = std::move(numberKey); }
+    const NumberKey& numberKey() const { return numberKey_; }
 
     /// Shows each request and reply to `trace`.
     void setTrace(ReplyRecorder::Trace trace) { recorder_.setTrace(std::move(trace)); }
 
-    /// Tells `observer`, which must outlive the journal, of every change from now on.
+    /// Notifies `observer`, which must outlive the journal, of every change from now on.
     void addObserver(JournalServiceObserverIfc& observer) { observers_.push_back(&observer); }
 
     /// Returns all entries, the one with the newest call first. Missed entries without calls are deleted on the way.
@@ -79,15 +87,6 @@ public:
     /// Deletes an entry and its conversation rows. Throws JournalError if there is no such entry.
     template <class Item>
     Item remove(const std::string& uniqueId);
-
-    /// Returns all call-backs, the newest first.
-    std::vector<StoredCallBack> callBacks();
-
-    /// Keeps each call-back as an entry of its own. Returns them with their ids.
-    std::vector<StoredCallBack> recordCallBacks(const std::vector<CallBackItem>& items);
-
-    /// Deletes a call-back. Throws JournalError if there is no such entry.
-    StoredCallBack removeCallBack(const std::string& uniqueId);
 
 private:
     /// Sends ready-made entries in requests of up to 500 and returns the ids that the store acknowledged.
@@ -113,7 +112,7 @@ private:
     std::vector<JournalServiceObserverIfc*> observers_;
 };
 
-/// Returns the notification that tells observers of a changed entry, its texts carried as the store carries them. A
+/// Returns the notification to observers of a changed entry, its texts carried as the store carries them. A
 /// deleted entry's id is named.
 template <class Item>
 std::string notificationOf(const Item& entry, JournalServiceObserverIfc::ActionType action);

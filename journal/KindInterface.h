@@ -3,20 +3,25 @@
 
 #include <string>
 
+#include "CallBacks.h"
 #include "CallListDatabaseAdapter.h"
 #include "CallListDatabaseAdapterHelper.h"
 
 namespace calljournal {
 
-/// The library's functions for one kind of item, under names that do not depend on the kind, and the word that people
-/// call the kind by.
+/// The functions for one kind of item, under names that do not depend on the kind, the word that people call the kind
+/// by, and whether it is a log of calls, as a phone keeps them: one entry for each party with a list of its calls,
+/// notifications to observers, conversation rows. Call-backs are none. `usualLog` is where a call belongs unless it
+/// says otherwise.
 template <class Item>
 struct KindInterface;
 
-#define CALLJOURNAL_KIND_INTERFACE(Kind, word)                                                                      \
+#define CALLJOURNAL_KIND_INTERFACE(Kind, word, log)                                                                 \
     template <>                                                                                                     \
     struct KindInterface<Kind##CallItem> {                                                                          \
         static constexpr const char* name = word;                                                                   \
+        static constexpr auto usualLog = CallLogEntryEvent::log;                                                    \
+        static constexpr bool isCallLog = true;                                                                     \
         static std::string encode(const Kind##CallItem& item) {                                                     \
             return CallListDatabaseAdapterHelper::createXML##Kind##CallItemBody(item, false);                       \
         }                                                                                                           \
@@ -32,11 +37,20 @@ struct KindInterface;
         }                                                                                                           \
     };
 
-CALLJOURNAL_KIND_INTERFACE(Missed, "missed")
-CALLJOURNAL_KIND_INTERFACE(Dialled, "dialled")
-CALLJOURNAL_KIND_INTERFACE(Received, "received")
-CALLJOURNAL_KIND_INTERFACE(Forwarded, "forwarded")
+CALLJOURNAL_KIND_INTERFACE(Missed, "missed", IN_NO_ANSWER)
+CALLJOURNAL_KIND_INTERFACE(Dialled, "dialled", OUT_ANSWERED)
+CALLJOURNAL_KIND_INTERFACE(Received, "received", IN_ANSWERED)
+CALLJOURNAL_KIND_INTERFACE(Forwarded, "forwarded", IN_ANSWERED)
 #undef CALLJOURNAL_KIND_INTERFACE
+
+template <>
+struct KindInterface<StoredCallBack> {
+    static constexpr const char* name = "callback";
+    static constexpr bool isCallLog = false;
+    static std::string encode(const StoredCallBack& item);
+    static void decode(const char* xml, StoredCallBack& item);
+    static void send(CallListDatabaseAdapter& adapter, const StoredCallBack& item, const std::string& reason);
+};
 
 }  // namespace calljournal
 

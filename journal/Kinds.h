@@ -8,36 +8,60 @@
 
 namespace calljournal {
 
-/// Stands for an item class where a function is to be chosen by it.
+/// Represents an item class where a function is to be chosen by it.
 template <class T>
 struct ItemType {
     using Item = T;
+    using Kind = KindInterface<T>;
 };
 
-/// Calls `use` with the ItemType of each kind of call, in the order in which people list them.
+/// Calls `use` with the ItemType of each kind of log, in the order in which people list them.
 template <class Use>
-void forEachKind(Use use) {
+void forEachCallLog(Use use) {
     use(ItemType<MissedCallItem>());
     use(ItemType<DialledCallItem>());
     use(ItemType<ReceivedCallItem>());
     use(ItemType<ForwardedCallItem>());
 }
 
-/// The words for the kinds.
-inline std::vector<std::string> kindNames() {
+/// The same with call-backs as the last kind.
+template <class Use>
+void forEachKind(Use use) {
+    forEachCallLog(use);
+    use(ItemType<StoredCallBack>());
+}
+
+/// The words for the kinds of logs.
+inline std::vector<std::string> callLogNames() {
     std::vector<std::string> names;
-    forEachKind([&](auto type) { names.emplace_back(KindInterface<typename decltype(type)::Item>::name); });
+    forEachCallLog([&](auto type) { names.emplace_back(decltype(type)::Kind::name); });
     return names;
 }
 
-/// Calls `use` with the ItemType of the kind of that name. Does nothing for any other word.
+/// The words for all kinds.
+inline std::vector<std::string> kindNames() {
+    std::vector<std::string> names = callLogNames();
+    names.emplace_back(KindInterface<StoredCallBack>::name);
+    return names;
+}
+
+/// Calls `use` with the ItemType of the log of that name. Does nothing for any other word.
 template <class Use>
-void withKind(const std::string& name, Use use) {
-    forEachKind([&](auto type) {
-        if (name == KindInterface<typename decltype(type)::Item>::name) {
+void withCallLog(const std::string& name, Use use) {
+    forEachCallLog([&](auto type) {
+        if (name == decltype(type)::Kind::name) {
             use(type);
         }
     });
+}
+
+/// The same for all kinds.
+template <class Use>
+void withKind(const std::string& name, Use use) {
+    withCallLog(name, use);
+    if (name == KindInterface<StoredCallBack>::name) {
+        use(ItemType<StoredCallBack>());
+    }
 }
 
 }  // namespace calljournal

@@ -8,7 +8,7 @@
 
 namespace calljournal {
 
-/// Stands between the adapter and the data access service and keeps how the last reply starts: the adapter
+/// Is between the adapter and the data access service and keeps how the last reply starts: the adapter
 /// drops replies.
 class ReplyRecorder : public DataAccessServiceIfc {
 public:

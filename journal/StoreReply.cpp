@@ -1,6 +1,7 @@
 #include "StoreReply.h"
 
 #include "CallListDatabaseAdapterHelper.h"
+#include "StoreWords.h"
 
 namespace calljournal {
 
@@ -9,10 +10,10 @@ using Helper = CallListDatabaseAdapterHelper;
 StoreReply readStoreReply(const std::string& reply) {
     StoreReply result;
     std::string word;
-    const char* cursor = Helper::getXMLValue2(reply.c_str(), "Result", word);
-    result.ok = word == "ok";
+    const char* cursor = Helper::getXMLValue2(reply.c_str(), std::string(resultElement).c_str(), word);
+    result.ok = word == okResult;
     if (!result.ok) {
-        Helper::getXMLValue2(cursor, "Reason", result.reason);
+        Helper::getXMLValue2(cursor, std::string(reasonElement).c_str(), result.reason);
         if (result.reason.empty()) {
             result.reason = "unexpected reply of the data access service: " + reply;
         }

@@ -14,9 +14,9 @@
 #include "Files.h"
 #include "FindingView.h"
 #include "KindDescriptor.h"
+#include "Kinds.h"
 #include "MessageCheck.h"
 #include "PrintableText.h"
-#include "RecordCommand.h"
 #include "Store.h"
 #include "TextPosition.h"
 #include "ValueError.h"
@@ -155,7 +155,7 @@ void addCheckCommand(CLI::App& app, CommandContext& context) {
                                            "requests, replies, notifications, entries or stores; - for standard input");
     files->required();
     context.offers[files] = {fileOffer};
-    const std::vector<std::string> kinds = recordableKinds();
+    const std::vector<std::string> kinds = kindNames();
     CLI::Option* kind =
         check->add_option("--kind", options->kind, "the kind of entries that do not tell: " + joined(kinds));
     kind->check(CLI::IsMember(std::set<std::string>(kinds.begin(), kinds.end())));

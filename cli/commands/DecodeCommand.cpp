@@ -21,7 +21,7 @@ ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& ou
     if (!body.empty() && body.back() == '\n') {
         body.pop_back();
     }
-    withKind(kind, [&](auto type) {
+    withCallLog(kind, [&](auto type) {
         using Item = typename decltype(type)::Item;
         Item item;
         KindInterface<Item>::decode(body.c_str(), item);
@@ -39,7 +39,7 @@ ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& ou
 void addDecodeCommand(CLI::App& app, CommandContext& context) {
     CLI::App* decode = app.add_subcommand("decode", "Turn an XML body into JSON");
     auto kind = std::make_shared<std::string>();
-    addKind(*decode, context, *kind, kindNames(), true);
+    addKind(*decode, context, *kind, callLogNames(), true);
     decode->callback([&context, kind] {
         context.action = [&context, kind] { return decodeEntry(*kind, context.in, context.out, context.err); };
     });

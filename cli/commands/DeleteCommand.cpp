@@ -3,11 +3,10 @@
 #include <memory>
 #include <ostream>
 
-#include "CallBackJson.h"
 #include "EntryChange.h"
 #include "EntryView.h"
 #include "Kinds.h"
-#include "RecordCommand.h"
+#include "PrintableText.h"
 #include "WordOption.h"
 
 namespace calljournal {
@@ -15,15 +14,12 @@ namespace calljournal {
 void addDeleteCommand(CLI::App& app, CommandContext& context) {
     CLI::App* deleting = app.add_subcommand("delete", "Delete an entry and its conversation rows");
     auto kind = std::make_shared<std::string>();
-    addKind(*deleting, context, *kind, recordableKinds(), true);
+    addKind(*deleting, context, *kind, kindNames(), true);
     addEntryChange(*deleting, context, [kind](Journal& journal, const std::string& id, std::ostream& out) {
-        if (*kind == callBackKind) {
-            out << "deleted: " << describe(viewOf(journal.removeCallBack(id))) << '\n';
-        }
         withKind(*kind, [&](auto type) {
             using Item = typename decltype(type)::Item;
             const Item entry = journal.template remove<Item>(id);
-            out << "deleted: " << describe(viewOf(entry)) << '\n';
+            out << "deleted: " << printable(describe(viewOf(entry))) << '\n';
         });
     });
 }

@@ -13,7 +13,7 @@ namespace calljournal {
 
 void encodeEntry(const std::string& kind, std::istream& in, std::ostream& out) {
     const Json json = parseJson(readAll(in));
-    withKind(kind, [&](auto type) {
+    withCallLog(kind, [&](auto type) {
         using Item = typename decltype(type)::Item;
         out << KindInterface<Item>::encode(itemFromJson<Item>(json)) << '\n';
     });
@@ -22,7 +22,7 @@ void encodeEntry(const std::string& kind, std::istream& in, std::ostream& out) {
 void addEncodeCommand(CLI::App& app, CommandContext& context) {
     CLI::App* encode = app.add_subcommand("encode", "Turn the JSON of an entry into its XML body");
     auto kind = std::make_shared<std::string>();
-    addKind(*encode, context, *kind, kindNames(), true);
+    addKind(*encode, context, *kind, callLogNames(), true);
     encode->callback([&context, kind] {
         context.action = [&context, kind] {
             encodeEntry(*kind, context.in, context.out);

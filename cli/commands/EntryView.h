@@ -5,9 +5,8 @@
 #include <type_traits>
 #include <vector>
 
-#include "CallBacks.h"
-#include "CallKinds.h"
-#include "KindInterface.h"
+#include "Duration.h"
+#include "Entry.h"
 #include "Wording.h"
 
 namespace calljournal {
@@ -15,42 +14,36 @@ namespace calljournal {
 /// An entry of any kind as people see it in a list.
 struct EntryView {
     std::string kind;
-    bool isUnviewed;
+    bool isUnviewed = false;
     std::string uniqueId;
     std::string time;    ///< Of the newest call.
     std::string name;    ///< "First Last".
     std::string number;  ///< Of the newest call; "(withheld)" or "(unknown)" where there is none.
-    std::size_t calls;
+    std::size_t calls = 0;
     std::string duration;  ///< Of the newest call.
     std::string note;      ///< Group, deflecting party, transfer, answered elsewhere.
 };
 
-/// "First Last", or what there is of it.
-std::string fullName(const std::string& firstname, const std::string& surname);
-
 /// "(withheld)" or "(unknown)" for a call without a number that may be shown.
 std::string shownNumber(const CallInfo& call);
-
-/// Name and number of a party that took part: "Name (number)", or what there is of it.
-std::string namedNumber(const std::string& name, const std::string& number);
-
-namespace view {
+inline std::string shownNumber(const CallBackCall& call) {
+    return call.number;
+}
 
 // What a call of each kind has to say beside who and when.
-void addNotes(const MissedCallItem::MissedCallInfo& call, std::vector<std::string>& notes);
-void addNotes(const DialledCallItem::DialledCallInfo& call, std::vector<std::string>& notes);
-void addNotes(const ReceivedCallItem::ReceivedCallInfo& call, std::vector<std::string>& notes);
-void addNotes(const ForwardedCallItem::ForwardedCallInfo& call, std::vector<std::string>& notes);
-
-}  // namespace view
+std::vector<std::string> notesOn(const MissedCallItem::MissedCallInfo& call);
+std::vector<std::string> notesOn(const DialledCallItem::DialledCallInfo& call);
+std::vector<std::string> notesOn(const ReceivedCallItem::ReceivedCallInfo& call);
+std::vector<std::string> notesOn(const ForwardedCallItem::ForwardedCallInfo& call);
+std::vector<std::string> notesOn(const CallBackCall& call);
 
 template <class Item>
 EntryView viewOf(const Item& item) {
-    const auto& calls = (item.*format::CallKind<Item>::calls)();
+    const auto& calls = callsOf(item);
     EntryView shown;
     shown.kind = KindInterface<Item>::name;
-    shown.isUnviewed = false;
     shown.uniqueId = item.getUniqueId();
+    shown.time = newestTime(item);
     shown.name = fullName(item.getFirstname(), item.getSurname());
     shown.calls = calls.size();
     if constexpr (std::is_same_v<Item, MissedCallItem>) {
@@ -58,21 +51,16 @@ EntryView viewOf(const Item& item) {
     }
     if (!calls.empty()) {
         const auto& newest = calls.front();
-        shown.time = newest.timeDate;
         shown.number = shownNumber(newest);
-        if constexpr (!std::is_same_v<Item, MissedCallItem>) {
+        if constexpr (std::is_base_of_v<Duration, std::decay_t<decltype(newest)>>) {
             shown.duration = newest.duration;
         }
-        std::vector<std::string> notes;
-        view::addNotes(newest, notes);
-        shown.note = joined(notes);
+        shown.note = joined(notesOn(newest));
     }
     return shown;
 }
 
-EntryView viewOf(const StoredCallBack& stored);
-
-/// One line on an entry: "missed entry 12: Ann Smith, 0301234, 2 calls".
+/// A sentence on an entry: "missed entry 12: Ann Smith, 0301234, 2 calls".
 std::string describe(const EntryView& entry);
 
 }  // namespace calljournal

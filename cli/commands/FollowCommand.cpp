@@ -2,14 +2,17 @@
 
 #include <chrono>
 #include <csignal>
-#include <map>
+#include <deque>
 #include <ostream>
 #include <thread>
 #include <tuple>
 
+#include "Changes.h"
 #include "EntryView.h"
 #include "ItemJson.h"
 #include "Kinds.h"
+#include "ListCommand.h"
+#include "PrintableText.h"
 
 namespace calljournal {
 
@@ -57,97 +60,55 @@ const char* wordFor(JournalServiceObserverIfc::ActionType action) {
     }
 }
 
-bool isOnlySeen(const MissedCallItem& before, MissedCallItem now) {
-    const bool isSeen = !before.getViewed() && now.getViewed();
-    now.setViewed(false);
-    return isSeen && now == before;
-}
-
 template <class Item>
-bool isOnlySeen(const Item&, const Item&) {
-    return false;
+void print(const Change<Item>& change, const GlobalOptions& globals, std::ostream& out) {
+    const std::string notification = notificationOf(change.entry, change.action);
+    if (globals.format == OutputFormat::json) {
+        Json json = toJson(change.entry);
+        json["Kind"] = KindInterface<Item>::name;
+        json["Change"] = wordFor(change.action);
+        json["Notification"] = notification;
+        out << jsonText(json, false) << std::endl;
+    } else {
+        out << wordFor(change.action) << ": " << printable(describe(viewOf(change.entry))) << '\n'
+            << notification << std::endl;
+    }
 }
-
-/// The entries of one kind as they were when last looked at.
-template <class Item>
-class Watched {
-public:
-    /// Looks again and tells every difference on `out`; nothing the first time.
-    void look(Session& session, const GlobalOptions& globals, std::ostream& out) {
-        std::map<std::string, Item> now;
-        for (Item& entry : session.journal().template entries<Item>()) {
-            const std::string id = entry.getUniqueId();
-            now.emplace(id, std::move(entry));
-        }
-        if (isKnown_) {
-            tellChanges(now, globals, out);
-        }
-        isKnown_ = true;
-        entries_ = std::move(now);
-    }
-
-private:
-    void tellChanges(const std::map<std::string, Item>& now, const GlobalOptions& globals, std::ostream& out) {
-        for (const auto& [id, entry] : now) {
-            const auto before = entries_.find(id);
-            if (before == entries_.end()) {
-                tell(entry, JournalServiceObserverIfc::ADDED, globals, out);
-            } else if (!(before->second == entry)) {
-                const bool isSeen = isOnlySeen(before->second, entry);
-                tell(entry, isSeen ? JournalServiceObserverIfc::VIEWED : JournalServiceObserverIfc::CHANGED, globals,
-                     out);
-            }
-        }
-        for (const auto& [id, entry] : entries_) {
-            if (now.count(id) == 0) {
-                tell(entry, JournalServiceObserverIfc::DELETED, globals, out);
-            }
-        }
-    }
-
-    static void tell(const Item& entry, JournalServiceObserverIfc::ActionType action, const GlobalOptions& globals,
-                     std::ostream& out) {
-        const EntryView view = viewOf(entry);
-        if (globals.format == OutputFormat::json) {
-            Json json = toJson(entry);
-            json["Kind"] = view.kind;
-            json["Change"] = wordFor(action);
-            json["Notification"] = notificationOf(entry, action);
-            out << jsonText(json, false) << std::endl;
-        } else {
-            out << wordFor(action) << ": " << describe(view) << '\n' << notificationOf(entry, action) << std::endl;
-        }
-    }
-
-    bool isKnown_ = false;
-    std::map<std::string, Item> entries_;
-};
 
 }  // namespace
 
-void followEntries(const ListOptions& options, Session& session, const GlobalOptions& globals, std::ostream& out) {
+void followEntries(const Filter& filter, Session& session, const GlobalOptions& globals, std::ostream& out) {
     const InterruptHandler handler;
-    std::tuple<Watched<MissedCallItem>, Watched<DialledCallItem>, Watched<ReceivedCallItem>, Watched<ForwardedCallItem>>
-        watched;
-    const auto look = [&] {
-        forEachKind([&](auto type) {
+    std::tuple<std::deque<MissedCallItem>, std::deque<DialledCallItem>, std::deque<ReceivedCallItem>,
+               std::deque<ForwardedCallItem>>
+        logs;
+    // Reads the logs again and hands what they were and are to `use`.
+    const auto look = [&](const auto& use) {
+        forEachCallLog([&](auto type) {
             using Item = typename decltype(type)::Item;
-            if (options.kind == "all" || options.kind == KindInterface<Item>::name) {
-                std::get<Watched<Item>>(watched).look(session, globals, out);
+            if (filter.wantsKind(KindInterface<Item>::name)) {
+                std::deque<Item> now = session.journal().template entries<Item>();
+                std::deque<Item>& before = std::get<std::deque<Item>>(logs);
+                use(before, now);
+                before = std::move(now);
             }
         });
     };
 
     auto seen = session.store().changeCount();
-    look();
-    listEntries(options, session, globals, out);
+    look([](const auto&, const auto&) {});
+    listEntries(filter, session, globals, out);
     out.flush();
     while (isInterrupted == 0 && out.good()) {
         std::this_thread::sleep_for(pollInterval);
         const auto now = session.store().changeCount();
         if (now != seen) {
             seen = now;
-            look();
+            look([&](const auto& before, const auto& after) {
+                for (const auto& change : changesBetween(before, after)) {
+                    print(change, globals, out);
+                }
+            });
         }
     }
 }

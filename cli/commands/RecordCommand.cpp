@@ -9,11 +9,12 @@
 #include <ostream>
 #include <set>
 
-#include "CallBackJson.h"
 #include "CallRecord.h"
 #include "EntryView.h"
 #include "Files.h"
+#include "ItemJson.h"
 #include "Kinds.h"
+#include "PrintableText.h"
 #include "WordOption.h"
 #include "Wording.h"
 
@@ -21,62 +22,27 @@ namespace calljournal {
 
 namespace {
 
-constexpr char kindKey[] = "Kind";
-
-Json withoutKind(Json json) {
-    json.erase(kindKey);
-    return json;
-}
-
 /// Says what was written: each entry as JSON if asked for, a sentence on one, or the number of them.
 template <class Entry>
-void tellWritten(const std::vector<Entry>& written, std::size_t calls, const std::string& kind,
-                 const GlobalOptions& globals, std::ostream& out) {
+void reportWritten(const std::vector<Entry>& written, std::size_t calls, const std::string& kind,
+                   const GlobalOptions& globals, std::ostream& out) {
     if (globals.format == OutputFormat::json) {
         for (const Entry& entry : written) {
             out << jsonText(toJson(entry), false) << '\n';
         }
     } else if (calls == 1) {
-        out << describe(viewOf(written.front())) << '\n';
+        out << printable(describe(viewOf(written.front()))) << '\n';
     } else {
         out << calls << ' ' << kind << " calls recorded in " << written.size()
             << (written.size() == 1 ? " entry\n" : " entries\n");
     }
 }
 
-/// Returns what `read` returns; a refusal says at which place of a file.
-template <class Read>
-Json readAt(const std::string& place, Read read) {
-    try {
-        return read();
-    } catch (const ValueError& error) {
-        throw ValueError(place + error.what());
-    }
-}
-
 template <class Item>
 void recordKind(const std::vector<Json>& calls, Session& session, const GlobalOptions& globals, std::ostream& out) {
-    std::vector<NewCall<Item>> newCalls;
-    for (const Json& call : calls) {
-        if (call[kindKey] == KindInterface<Item>::name) {
-            newCalls.push_back(newCallFromJson<Item>(withoutKind(call)));
-        }
-    }
+    const std::vector<NewCall<Item>> newCalls = callsOfKind<Item>(calls);
     if (!newCalls.empty()) {
-        tellWritten(session.journal().record(newCalls), newCalls.size(), KindInterface<Item>::name, globals, out);
-    }
-}
-
-void recordCallBacks(const std::vector<Json>& calls, Session& session, const GlobalOptions& globals,
-                     std::ostream& out) {
-    std::vector<CallBackItem> items;
-    for (const Json& call : calls) {
-        if (call[kindKey] == callBackKind) {
-            items.push_back(callBackFromJson(withoutKind(call)));
-        }
-    }
-    if (!items.empty()) {
-        tellWritten(session.journal().recordCallBacks(items), items.size(), callBackKind, globals, out);
+        reportWritten(session.journal().record(newCalls), newCalls.size(), KindInterface<Item>::name, globals, out);
     }
 }
 
@@ -103,7 +69,7 @@ void offerWords(const CLI::App& record, CommandContext& context) {
                                     boost::algorithm::token_compress_on);
         }
     };
-    forEachKind([&](auto type) {
+    forEachCallLog([&](auto type) {
         using Call = typename format::CallKind<typename decltype(type)::Item>::Call;
         for (const auto& field : format::CallKind<typename decltype(type)::Item>::callFields) {
             std::visit([&](auto member) { offer(field.tag, Call().*member); }, field.member);
@@ -116,17 +82,17 @@ void offerWords(const CLI::App& record, CommandContext& context) {
 /// One option for each element that a call of any kind has, taken from the kinds' own tables.
 void addCallOptions(CLI::App& app, Json& call) {
     std::set<std::string_view> known;
-    const auto add = [&](std::string_view element, const std::string& help) {
+    const auto add = [&](std::string_view element, const std::string& help, const char* group) {
         const std::string name = element == format::text::TIMEDATE ? "time" : optionName(element);
         app.add_option_function<std::string>(
                "--" + name, [&call, element](const std::string& value) { call[std::string(element)] = value; }, help)
-            ->group("Call");
+            ->group(group);
     };
     const auto addFlag = [&](std::string_view element) {
         app.add_flag_callback("--" + optionName(element), [&call, element] { call[std::string(element)] = true; })
             ->group("Call");
     };
-    forEachKind([&](auto type) {
+    forEachCallLog([&](auto type) {
         using Call = typename format::CallKind<typename decltype(type)::Item>::Call;
         for (const auto& field : format::CallKind<typename decltype(type)::Item>::callFields) {
             if (!known.insert(field.tag).second) {
@@ -138,19 +104,17 @@ void addCallOptions(CLI::App& app, Json& call) {
                 const bool isTime = field.tag == format::text::TIMEDATE;
                 add(field.tag,
                     isTime ? "YYYY-MM-DD HH:MM:SS, now if absent"
-                           : std::visit([](auto member) { return acceptedValues(Call().*member); }, field.member));
+                           : std::visit([](auto member) { return acceptedValues(Call().*member); }, field.member),
+                    "Call");
             }
         }
     });
     for (const std::string_view element :
          {format::text::CALLBACKTYPE, format::text::CALLBACKSTATE, format::text::CALLBACKDEVICEID}) {
-        add(element, "of a call-back");
+        add(element, "of a call-back", "Call");
     }
     for (const std::string_view element : {format::text::SURNAME, format::text::FIRSTNAME, format::text::PICTURE}) {
-        app.add_option_function<std::string>(
-               "--" + optionName(element),
-               [&call, element](const std::string& value) { call[std::string(element)] = value; }, "a text")
-            ->group("Party");
+        add(element, "a text", "Party");
     }
     app.add_flag_callback(
            "--withheld", [&call] { call["Withheld"] = true; }, "the caller withheld the number")
@@ -160,7 +124,7 @@ void addCallOptions(CLI::App& app, Json& call) {
 std::vector<Json> callsToRecord(const RecordOptions& options, std::istream& in) {
     if (options.from.empty()) {
         if (options.kind.empty()) {
-            throw ValueError("say which kind of call: " + joined(recordableKinds()));
+            throw ValueError("say which kind of call: " + joined(kindNames()));
         }
         return {checkedCall(options.call, options.kind)};
     }
@@ -168,67 +132,16 @@ std::vector<Json> callsToRecord(const RecordOptions& options, std::istream& in) 
         throw ValueError("--from takes each call from the file; give no call beside it");
     }
     if (options.from == "-") {
-        return readCallFile(in, options.kind);
+        return readCalls(readAll(in), options.kind);
     }
     std::ifstream file(options.from, std::ios::binary);
     if (!file) {
         throw std::runtime_error(options.from + ": cannot be read");
     }
-    return readCallFile(file, options.kind);
+    return readCalls(readAll(file), options.kind);
 }
 
 }  // namespace
-
-std::vector<std::string> recordableKinds() {
-    std::vector<std::string> kinds = kindNames();
-    kinds.emplace_back(callBackKind);
-    return kinds;
-}
-
-Json checkedCall(Json json, const std::string& kind) {
-    if (!json.is_object()) {
-        throw ValueError("a call is a JSON object");
-    }
-    if (!json.contains(kindKey)) {
-        json[kindKey] = kind;
-    }
-    const std::string word = jsonString(json[kindKey], kindKey);
-    const std::vector<std::string> known = recordableKinds();
-    if (std::find(known.begin(), known.end(), word) == known.end()) {
-        throw ValueError("\"" + word + "\" is not one of " + joined(known));
-    }
-    const Json elements = withoutKind(json);
-    if (word == callBackKind) {
-        callBackFromJson(elements);
-    }
-    withKind(word, [&](auto type) { newCallFromJson<typename decltype(type)::Item>(elements); });
-    return json;
-}
-
-std::vector<Json> readCallFile(std::istream& in, const std::string& kind) {
-    const std::string text = readAll(in);
-    std::vector<Json> calls;
-    const std::size_t start = text.find_first_not_of(" \t\r\n");
-    if (start != std::string::npos && text[start] == '[') {
-        for (Json& call : parseJson(text)) {
-            const std::string place = "call " + std::to_string(calls.size() + 1) + ": ";
-            calls.push_back(readAt(place, [&] { return checkedCall(std::move(call), kind); }));
-        }
-        return calls;
-    }
-    std::size_t lineNumber = 0;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size());
-        const std::string line = text.substr(begin, end - begin);
-        const std::string place = "line " + std::to_string(++lineNumber) + ": ";
-        begin = end + 1;
-        if (line.find_first_not_of(" \t\r") == std::string::npos) {
-            continue;
-        }
-        calls.push_back(readAt(place, [&] { return checkedCall(parseJson(line), kind); }));
-    }
-    return calls;
-}
 
 void recordCalls(const RecordOptions& options, const std::vector<Json>& calls, Session& session,
                  const GlobalOptions& globals, std::ostream& out) {
@@ -237,13 +150,12 @@ void recordCalls(const RecordOptions& options, const std::vector<Json>& calls, S
         session.journal().addObserver(observer);
     }
     forEachKind([&](auto type) { recordKind<typename decltype(type)::Item>(calls, session, globals, out); });
-    recordCallBacks(calls, session, globals, out);
 }
 
 void addRecordCommand(CLI::App& app, CommandContext& context) {
     CLI::App* record = app.add_subcommand("record", "Add a call to its party's entry");
     auto options = std::make_shared<RecordOptions>();
-    addKind(*record, context, options->kind, recordableKinds(), false);
+    addKind(*record, context, options->kind, kindNames(), false);
     addCallOptions(*record, options->call);
     offerWords(*record, context);
     CLI::Option* from =

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ItemJson.h"
+#include "JsonText.h"
 #include "Session.h"
 
 namespace calljournal {
@@ -18,19 +18,7 @@ struct RecordOptions {
     bool notify = false;
 };
 
-/// The kinds of call and "callback".
-std::vector<std::string> recordableKinds();
-
-/// Returns `json` with its "Kind" written down, `kind` where it names none. Throws ValueError unless it is a call of a
-/// known kind whose elements make sense.
-Json checkedCall(Json json, const std::string& kind);
-
-/// Reads calls from JSON: one array of objects, or one object a line. Each names its "Kind"; `kind` stands in where it
-/// does not. Returns [{"Kind", elements...}, ...]. Throws ValueError that names the line.
-std::vector<Json> readCallFile(std::istream& in, const std::string& kind);
-
-/// Records and says on `out` what was written. Throws ValueError for values that make no sense, before anything is
-/// written.
+/// Records `calls`, which are checked (see CallRecord.h), and says on `out` what was written.
 void recordCalls(const RecordOptions& options, const std::vector<Json>& calls, Session& session,
                  const GlobalOptions& globals, std::ostream& out);
 

@@ -36,7 +36,7 @@ Item fullItem() {
 std::vector<std::string> messages() {
     using Helper = CallListDatabaseAdapterHelper;
     std::vector<std::string> all;
-    forEachKind([&](auto type) {
+    forEachCallLog([&](auto type) {
         using Item = typename decltype(type)::Item;
         const Item item = fullItem<Item>();
         const std::string entry = Helper::createXMLField(Helper::ENTRY, KindInterface<Item>::encode(item));

@@ -62,7 +62,7 @@ protected:
 TEST_F(JournalOnAStore, StartsEmpty) {
     EXPECT_TRUE(journal_.entries<MissedCallItem>().empty());
     EXPECT_TRUE(journal_.entries<DialledCallItem>().empty());
-    EXPECT_TRUE(journal_.callBacks().empty());
+    EXPECT_TRUE(journal_.entries<StoredCallBack>().empty());
 }
 
 TEST_F(JournalOnAStore, GivesEachPartyOneEntryWithTheNewestCallInFront) {
@@ -274,7 +274,7 @@ TEST_F(JournalOnAStore, ListsEntriesWithoutCallsLast) {
     withoutCalls.setSurname("Nobody");
     const std::string entry = "<Entry>" + Helper::createXMLDialledCallItemBody(withoutCalls, false) + "</Entry>";
     store_->processRequest(header + dialled + "<ReasonForMessage>write_request</ReasonForMessage>" + entry + entry +
-                          "</Schema>");
+                           "</Schema>");
     journal_.record<DialledCallItem>({call<DialledCallItem>("1", "1"), call<DialledCallItem>("2", "2")});
     EXPECT_THAT(numbers<DialledCallItem>(), ElementsAre("2", "1", "", ""));
 }
@@ -364,7 +364,7 @@ TEST_F(JournalOnAStore, ReadsAndWritesWhatItChangesInOnePieceOfWork) {
 TEST_F(JournalOnAStore, SaysThatAnEntryIsNotThere) {
     EXPECT_THROW(journal_.markViewed("7"), JournalError);
     EXPECT_THROW(journal_.remove<ForwardedCallItem>("7"), JournalError);
-    EXPECT_THROW(journal_.removeCallBack("7"), JournalError);
+    EXPECT_THROW(journal_.remove<StoredCallBack>("7"), JournalError);
 }
 
 TEST_F(JournalOnAStore, KeepsCallBacksByThemselves) {
@@ -372,16 +372,16 @@ TEST_F(JournalOnAStore, KeepsCallBacksByThemselves) {
                             CallBackItem::BUSY, CallBackItem::SUSPENDED, "d");
     const CallBackItem newer("", "", "", "2", NumberType::NO_ICON, "2024-06-01 10:15:00", CallBackItem::NOTYPE,
                              CallBackItem::NOSTATE, "");
-    const auto written = journal_.recordCallBacks({item, newer});
+    const auto written = journal_.record<StoredCallBack>({{StoredCallBack(item)}, {StoredCallBack(newer)}});
     ASSERT_EQ(written.size(), 2u);
-    EXPECT_EQ(written[0].uniqueId, "1");
-    const auto stored = journal_.callBacks();
+    EXPECT_EQ(written[0].getUniqueId(), "1");
+    const auto stored = journal_.entries<StoredCallBack>();
     ASSERT_EQ(stored.size(), 2u);
-    EXPECT_EQ(stored[0].uniqueId, "2");
-    EXPECT_TRUE(stored[1].item == item);
-    EXPECT_TRUE(static_cast<const CallItem&>(stored[1].item) == item);
-    EXPECT_TRUE(journal_.removeCallBack("1").item == item);
-    EXPECT_EQ(journal_.callBacks().size(), 1u);
+    EXPECT_EQ(stored[0].getUniqueId(), "2");
+    EXPECT_TRUE(stored[1] == item);
+    EXPECT_TRUE(static_cast<const CallItem&>(stored[1]) == item);
+    EXPECT_TRUE(journal_.remove<StoredCallBack>("1") == item);
+    EXPECT_EQ(journal_.entries<StoredCallBack>().size(), 1u);
 }
 
 TEST(Journal, TellsNobodyOfWhatTheStoreRefused) {
@@ -424,7 +424,7 @@ TEST(Journal, SaysWhyTheStoreRefused) {
     journal.addObserver(observer);
     EXPECT_EQ(refusalOf([&] { journal.record<ReceivedCallItem>({NewCall<ReceivedCallItem>()}); }), "full");
     EXPECT_EQ(refusalOf([&] { journal.remove<ReceivedCallItem>("1"); }), "full");
-    EXPECT_EQ(refusalOf([&] { journal.recordCallBacks({CallBackItem()}); }), "full");
+    EXPECT_EQ(refusalOf([&] { journal.record<StoredCallBack>({{}}); }), "full");
     EXPECT_TRUE(observer.messages.empty());
 }
 

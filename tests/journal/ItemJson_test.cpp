@@ -1,11 +1,7 @@
 #include "ItemJson.h"
 
 #include <gtest/gtest.h>
-#include <sstream>
-
-#include "DecodeCommand.h"
-#include "EncodeCommand.h"
-#include "RecordCommand.h"
+#include <memory>
 
 using namespace calljournal;
 
@@ -78,27 +74,17 @@ std::string nested(std::size_t depth) {
 TEST(ItemJson, RefusesNestingThatWouldUseUpTheStack) {
     EXPECT_EQ(jsonText(parseJson(nested(16)), false), nested(16));
     EXPECT_THROW(parseJson(nested(17)), ValueError);
-
-    const std::string entry = R"({"LogList":[{"Number":)" + nested(300000) + "}]}";
-    const std::string call = R"({"Number":)" + nested(300000) + "}";
-    std::ostringstream out;
-    std::istringstream in(entry);
-    EXPECT_THROW(encodeEntry("missed", in, out), ValueError);
-    for (const std::string& calls : {call, "[" + call + "]"}) {
-        std::istringstream file(calls);
-        EXPECT_THROW(readCallFile(file, "missed"), ValueError);
-    }
 }
 
-TEST(ItemJson, RefusesANumberThatOverflowsAndNamesItsLine) {
-    std::istringstream file("{\"Number\":\"1\"}\n{\"Number\":1e999}\n");
-    try {
-        readCallFile(file, "missed");
-        FAIL() << "nothing is refused";
-    } catch (const ValueError& error) {
-        EXPECT_EQ(std::string(error.what()),
-                  "line 2: [json.exception.out_of_range.406] number overflow parsing '1e999'");
-    }
+TEST(ItemJson, WritesACallBackUnderTheNamesOfItsElements) {
+    StoredCallBack callBack;
+    callBack.setUniqueId("12");
+    callBack.setSurname("Smith");
+    callBack.setNumber("0301234");
+    callBack.setCallBackState(CallBackItem::ACTIVE);
+    EXPECT_EQ(jsonText(toJson(callBack), false),
+              R"({"UniqueId":"12","Surname":"Smith","CallBackNumber":"0301234","NumberType":"NO_ICON",)"
+              R"("CallBackType":"NOTYPE","CallBackState":"ACTIVE"})");
 }
 
 }  // namespace

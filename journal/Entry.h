@@ -1,0 +1,71 @@
+#ifndef CALLJOURNAL_ENTRY_H
+#define CALLJOURNAL_ENTRY_H
+
+#include <array>
+#include <functional>
+#include <string>
+#include <type_traits>
+#include <variant>
+
+#include "CallKinds.h"
+#include "KindInterface.h"
+
+namespace calljournal {
+
+// What entries of all kinds have in common.
+
+using AnyEntry = std::variant<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem, StoredCallBack>;
+
+/// A call-back as the only call of its entry; it must outlive this object.
+struct CallBackCall {
+    const StoredCallBack& callBack;
+    const std::string& number;
+    const std::string& timeDate;
+};
+
+/// Returns the calls of an entry, newest first.
+template <class Item>
+const auto& callsOf(const Item& entry) {
+    return std::invoke(format::CallKind<Item>::calls, entry);
+}
+inline std::array<CallBackCall, 1> callsOf(const StoredCallBack& entry) {
+    return {{{entry, entry.getNumber(), entry.getTimeDate()}}};
+}
+
+/// Returns the time of the newest call; empty without one.
+template <class Item>
+const std::string& newestTime(const Item& entry) {
+    static const std::string none;
+    const auto& calls = callsOf(entry);
+    return calls.empty() ? none : calls.front().timeDate;
+}
+
+/// Returns whether the newest call of `first` is newer than that of `second`. An entry without calls is the oldest.
+template <class Item>
+bool isNewer(const Item& first, const Item& second) {
+    if (callsOf(first).empty() || callsOf(second).empty()) {
+        return !callsOf(first).empty();
+    }
+    return newestTime(first) > newestTime(second);
+}
+
+/// "First Last", or what there is of it.
+inline std::string fullName(const std::string& firstname, const std::string& surname) {
+    return firstname.empty() || surname.empty() ? firstname + surname : firstname + ' ' + surname;
+}
+
+/// Calls `use(base, fields)` for each table of fields that `entry` has beside its calls, in the order in which they are
+/// written; `base` is the entry as the class that the table is for.
+template <class Item, class Use>
+void forEachFieldTable(Item& entry, Use use) {
+    using Plain = std::remove_const_t<Item>;
+    if constexpr (KindInterface<Plain>::isCallLog) {
+        using Party = std::conditional_t<std::is_const_v<Item>, const CallItemWithPicture, CallItemWithPicture>;
+        use(static_cast<Party&>(entry), format::partyFields);
+    }
+    use(entry, format::CallKind<Plain>::itemFields);
+}
+
+}  // namespace calljournal
+
+#endif
