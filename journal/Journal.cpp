@@ -25,7 +25,7 @@ constexpr std::size_t entriesPerRequest = 500;
 void checkReadReply(const std::string& reply) {
     const std::string head = reply.substr(0, reply.find(Helper::createXMLBegin(Helper::ENTRY)));
     const bool isRefusal = head.find(openTag(resultElement)) != std::string::npos ||
-                           head.find("<" + std::string(schemaElement)) == std::string::npos;
+                           head.find("<" + std::string(format::text::SCHEMA)) == std::string::npos;
     if (isRefusal) {
         throw JournalError(readStoreReply(head).reason);
     }

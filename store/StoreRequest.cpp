@@ -120,10 +120,10 @@ std::string scanWrittenEntry(std::string_view body, StoreEntry& entry) {
 /// Fills `entry` from the body of an entry to be deleted from `schema`; returns what is wrong.
 std::string scanDeletedEntry(std::string_view schema, std::string_view body, StoreEntry& entry) {
     const std::optional<BodyElement> id = firstElement(body);
-    const bool isId =
-        id && (id->name == format::text::UNIQUEID || (id->name == callLogIdElement && schema == conversationsSchema));
+    const bool isId = id && (id->name == format::text::UNIQUEID ||
+                             (id->name == format::text::CALLLOGID && schema == format::text::DAS_CONVERSATIONS));
     if (!isId || id->whole.size() != body.size()) {
-        return schema == conversationsSchema ? "is not one CallLogId or UniqueId" : "is not one UniqueId";
+        return schema == format::text::DAS_CONVERSATIONS ? "is not one CallLogId or UniqueId" : "is not one UniqueId";
     }
     entry.id = id->text;
     return problemOfId(*id);
@@ -173,7 +173,7 @@ std::string scanContent(std::string_view text, StoreRequest& request) {
     if (std::find(std::begin(storedSchemas), std::end(storedSchemas), request.schema) == std::end(storedSchemas)) {
         return "unknown schema " + std::string(request.schema);
     }
-    if (!takeEnd(text, closeTag(schemaElement))) {
+    if (!takeEnd(text, closeTag(format::text::SCHEMA))) {
         return "the request is cut short: it does not end with </Schema>";
     }
     const std::optional<StoreAction> action = takeAction(text);

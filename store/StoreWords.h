@@ -10,25 +10,18 @@ namespace calljournal {
 
 // What the messages of the data access service are made of beside the elements of the call log format.
 
-inline constexpr std::string_view schemaElement = format::text::SCHEMA;
 inline constexpr std::string_view resultElement = "Result";
 inline constexpr std::string_view reasonElement = "Reason";
 inline constexpr std::string_view okResult = "ok";
 inline constexpr std::string_view failedResult = "failed";
-inline constexpr std::string_view callLogIdElement =
-    format::text::CALLLOGID;  ///< Names an entry whose conversations are meant.
 
-inline constexpr std::string_view conversationsSchema = format::text::DAS_CONVERSATIONS;
 inline constexpr std::string_view callBacksSchema = "CallBacks";  ///< The host's own; a phone has none for them.
 
 /// The schemas that a store keeps entries of.
 inline constexpr std::string_view storedSchemas[] = {
-    format::text::DAS_CALLLOGMISSEDCALLS,
-    format::text::DAS_CALLLOGDIALLEDCALLS,
-    format::text::DAS_CALLLOGRECEIVEDCALLS,
-    format::text::DAS_CALLLOGFORWARDEDCALLS,
-    conversationsSchema,
-    callBacksSchema,
+    format::text::DAS_CALLLOGMISSEDCALLS,   format::text::DAS_CALLLOGDIALLEDCALLS,
+    format::text::DAS_CALLLOGRECEIVEDCALLS, format::text::DAS_CALLLOGFORWARDEDCALLS,
+    format::text::DAS_CONVERSATIONS,        callBacksSchema,
 };
 
 inline std::string openTag(std::string_view name) {

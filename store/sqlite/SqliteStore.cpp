@@ -48,7 +48,7 @@ std::string beginReply(std::string_view schema) {
 }
 
 std::string makeReply(std::string_view schema, std::string_view content) {
-    return beginReply(schema).append(content).append(schema.empty() ? std::string() : closeTag(schemaElement));
+    return beginReply(schema).append(content).append(schema.empty() ? std::string() : closeTag(format::text::SCHEMA));
 }
 
 std::string okReply(std::string_view schema, std::string_view ids) {
@@ -140,7 +140,7 @@ std::string SqliteStore::read(std::string_view schema) {
     reply.reserve(std::min(extent.bytes + extent.entries * tagsPerEntry + envelopeSize, largestReserve));
     entries().forEach(schema,
                       [&](std::string_view id, std::string_view body) { appendServed(schema, id, body, reply); });
-    return reply.append(closeTag(schemaElement));
+    return reply.append(closeTag(format::text::SCHEMA));
 }
 
 std::string SqliteStore::write(const StoreRequest& request) {
