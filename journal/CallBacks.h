@@ -46,7 +46,7 @@ namespace format {
 template <>
 struct CallKind<StoredCallBack> {
     static constexpr std::string_view schema = callBacksSchema;
-    static constexpr std::string_view updateMethod = "";
+    static constexpr std::string_view updateMethod{};
 
     using Stored = StoredCallBack;
     using Text = TextAccess<Stored>;
