@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CONTACTFIELDS_H
-#define CALLJOURNAL_CONTACTFIELDS_H
+#pragma once
 
 #include <string>
 
@@ -26,5 +25,3 @@ bool isNumber(std::string Contact::*text);
 bool holdsText(const Contact& contact, const std::string& text);
 
 }  // namespace calljournal
-
-#endif

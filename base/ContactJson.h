@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CONTACTJSON_H
-#define CALLJOURNAL_CONTACTJSON_H
+#pragma once
 
 #include <string>
 
@@ -14,5 +13,3 @@ std::string contactJson(const Contact& contact);
 void appendContactJson(std::string& json, const Contact& contact);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FILES_H
-#define CALLJOURNAL_FILES_H
+#pragma once
 
 #include <iosfwd>
 #include <string>
@@ -15,5 +14,3 @@ std::string readAll(std::istream& in);
 bool writeAll(int descriptor, std::string_view bytes);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_INTERRUPTION_H
-#define CALLJOURNAL_INTERRUPTION_H
+#pragma once
 
 #include <csignal>
 #include <thread>
@@ -28,5 +27,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_JSONTEXT_H
-#define CALLJOURNAL_JSONTEXT_H
+#pragma once
 
 #include <nlohmann/json.hpp>
 #include <string>
@@ -17,5 +16,3 @@ std::string jsonText(const Json& json, bool indented);
 void appendJsonText(std::string& json, std::string_view text);
 
 }  // namespace calljournal
-
-#endif

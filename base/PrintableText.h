@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_PRINTABLETEXT_H
-#define CALLJOURNAL_PRINTABLETEXT_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -18,5 +17,3 @@ std::size_t displayWidth(std::string_view text);
 std::string fitted(const std::string& text, std::size_t width);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_RINGBUFFER_H
-#define CALLJOURNAL_RINGBUFFER_H
+#pragma once
 
 #include <condition_variable>
 #include <cstddef>
@@ -73,5 +72,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

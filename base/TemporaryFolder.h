@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_TEMPORARYFOLDER_H
-#define CALLJOURNAL_TEMPORARYFOLDER_H
+#pragma once
 
 #include <filesystem>
 #include <string>
@@ -23,5 +22,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_TEMPORARYPATHS_H
-#define CALLJOURNAL_TEMPORARYPATHS_H
+#pragma once
 
 #include <functional>
 #include <mutex>
@@ -23,5 +22,3 @@ std::unique_lock<std::mutex> holdTemporaries();
 void removeTemporaries(const std::unique_lock<std::mutex>& hold);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_TEXT_H
-#define CALLJOURNAL_TEXT_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -34,5 +33,3 @@ std::string inOneLine(std::string_view text);
 std::string shortened(std::string_view text, std::size_t most);
 
 }  // namespace calljournal
-
-#endif

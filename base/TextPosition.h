@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_TEXTPOSITION_H
-#define CALLJOURNAL_TEXTPOSITION_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -31,5 +30,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

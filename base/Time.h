@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_TIME_H
-#define CALLJOURNAL_TIME_H
+#pragma once
 
 #include <string>
 
@@ -14,5 +13,3 @@ void checkTime(const std::string& text);
 std::string currentTime();
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_UTF8_H
-#define CALLJOURNAL_UTF8_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -33,5 +32,3 @@ std::string asUtf8(std::string_view text);
 std::size_t wholeCharacters(std::string_view text, std::size_t most);
 
 }  // namespace calljournal
-
-#endif

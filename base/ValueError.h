@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_VALUEERROR_H
-#define CALLJOURNAL_VALUEERROR_H
+#pragma once
 
 #include <stdexcept>
 
@@ -12,5 +11,3 @@ public:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_WORDING_H
-#define CALLJOURNAL_WORDING_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -15,5 +14,3 @@ std::string counted(std::size_t count, const std::string& noun);
 std::string joined(const std::vector<std::string>& words, std::string_view separator = ", ");
 
 }  // namespace calljournal
-
-#endif

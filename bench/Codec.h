@@ -1,5 +1,4 @@
-#ifndef BENCH_CODEC_H
-#define BENCH_CODEC_H
+#pragma once
 
 #include <string>
 
@@ -30,5 +29,3 @@ BENCH_CODEC(Forwarded, "forwarded")
 #undef BENCH_CODEC
 
 }  // namespace bench
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef BENCH_DATA_H
-#define BENCH_DATA_H
+#pragma once
 
 #include <cstddef>
 #include <deque>
@@ -64,5 +63,3 @@ struct ContactFile {
 ContactFile makeContacts(std::size_t count);
 
 }  // namespace bench
-
-#endif

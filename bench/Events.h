@@ -1,5 +1,4 @@
-#ifndef BENCH_EVENTS_H
-#define BENCH_EVENTS_H
+#pragma once
 
 #include <array>
 #include <deque>
@@ -55,5 +54,3 @@ private:
 };
 
 }  // namespace bench
-
-#endif

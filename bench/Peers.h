@@ -1,5 +1,4 @@
-#ifndef BENCH_PEERS_H
-#define BENCH_PEERS_H
+#pragma once
 
 #include <deque>
 #include <string>
@@ -44,5 +43,3 @@ std::vector<Contact> importWithLibcsv(const std::string& path);
 std::size_t walkWithBoost(const std::string& path);
 
 }  // namespace bench
-
-#endif

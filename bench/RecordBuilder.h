@@ -1,5 +1,4 @@
-#ifndef BENCH_RECORDBUILDER_H
-#define BENCH_RECORDBUILDER_H
+#pragma once
 
 #include <cstddef>
 #include <iterator>
@@ -98,5 +97,3 @@ void buildList(typename Tree::Node node, std::deque<MissedCallItem>& list) {
 }
 
 }  // namespace bench
-
-#endif

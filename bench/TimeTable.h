@@ -1,5 +1,4 @@
-#ifndef BENCH_TIMETABLE_H
-#define BENCH_TIMETABLE_H
+#pragma once
 
 #include <benchmark/benchmark.h>
 #include <cstdio>
@@ -43,5 +42,3 @@ private:
 };
 
 }  // namespace bench
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef BENCH_WORDFORWORD_H
-#define BENCH_WORDFORWORD_H
+#pragma once
 
 #include <deque>
 #include <string>
@@ -64,5 +63,3 @@ void normalise(std::deque<CopiedItem>& list);
 std::vector<Contact> import(const std::string& path);
 
 }  // namespace bench::wordForWord
-
-#endif

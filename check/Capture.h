@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CAPTURE_H
-#define CALLJOURNAL_CAPTURE_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -25,5 +24,3 @@ std::vector<CapturedMessage> messagesOf(std::string_view capture);
 std::string readSchema(DataAccessServiceIfc& service, std::string_view schema);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ENTRYCHECK_H
-#define CALLJOURNAL_ENTRYCHECK_H
+#pragma once
 
 #include <cstddef>
 #include <vector>
@@ -25,5 +24,3 @@ struct EntryUnderCheck {
 void checkEntry(const Outline& outline, const EntryUnderCheck& entry, Findings& findings);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ENTRYDIFF_H
-#define CALLJOURNAL_ENTRYDIFF_H
+#pragma once
 
 #include <cstddef>
 #include <optional>
@@ -27,5 +26,3 @@ std::optional<EntryValues> readOnlyEntry(const Message& message);
 std::vector<Difference> compareEntries(const KindDescriptor& kind, const EntryValues& a, const EntryValues& b);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ENTRYREADING_H
-#define CALLJOURNAL_ENTRYREADING_H
+#pragma once
 
 #include <optional>
 #include <string>
@@ -20,5 +19,3 @@ struct ReadEntry {
 std::vector<ReadEntry> readEntries(const Message& message);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FIELDSCHECK_H
-#define CALLJOURNAL_FIELDSCHECK_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -21,5 +20,3 @@ struct FieldGroup {
 bool checkFields(const Outline& outline, const EntryUnderCheck& entry, const FieldGroup& group, Findings& findings);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FINDING_H
-#define CALLJOURNAL_FINDING_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -66,5 +65,3 @@ using ShowValue = std::string (*)(std::string_view value, ValueUse use);
 std::string sentenceOf(const Finding& finding, ShowValue show);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FINDINGS_H
-#define CALLJOURNAL_FINDINGS_H
+#pragma once
 
 #include <cstddef>
 #include <map>
@@ -45,5 +44,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_KINDDESCRIPTOR_H
-#define CALLJOURNAL_KINDDESCRIPTOR_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -56,5 +55,3 @@ const KindDescriptor* kindOfMethod(std::string_view method);
 EntryValues valuesOf(const MissedCallItem& item);
 
 }  // namespace calljournal
-
-#endif

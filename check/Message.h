@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_MESSAGE_H
-#define CALLJOURNAL_MESSAGE_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -57,5 +56,3 @@ Message messageOf(std::string_view text, std::string_view kindName);
 std::string titleOf(const Message& message, ShowValue show);
 
 }  // namespace calljournal
-
-#endif

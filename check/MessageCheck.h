@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_MESSAGECHECK_H
-#define CALLJOURNAL_MESSAGECHECK_H
+#pragma once
 
 #include <string_view>
 #include <vector>
@@ -21,5 +20,3 @@ struct CheckedMessage {
 CheckedMessage checkMessage(std::string_view text, std::string_view kindName);
 
 }  // namespace calljournal
-
-#endif

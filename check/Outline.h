@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_OUTLINE_H
-#define CALLJOURNAL_OUTLINE_H
+#pragma once
 
 #include <cstddef>
 #include <initializer_list>
@@ -64,5 +63,3 @@ std::size_t firstNamed(const Outline& outline, const std::vector<std::size_t>& e
 bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_WELLFORMED_H
-#define CALLJOURNAL_WELLFORMED_H
+#pragma once
 
 #include <optional>
 #include <string_view>
@@ -13,5 +12,3 @@ namespace calljournal {
 std::optional<Finding> findDefect(std::string_view body);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_COMMANDCONTEXT_H
-#define CALLJOURNAL_COMMANDCONTEXT_H
+#pragma once
 
 #include <functional>
 #include <iosfwd>
@@ -47,5 +46,3 @@ struct CommandContext {
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_COMMANDLINE_H
-#define CALLJOURNAL_COMMANDLINE_H
+#pragma once
 
 #include <iosfwd>
 
@@ -11,5 +10,3 @@ namespace calljournal {
 ExitCode runCommand(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_COMPLETION_H
-#define CALLJOURNAL_COMPLETION_H
+#pragma once
 
 #include <iosfwd>
 #include <string>
@@ -15,5 +14,3 @@ namespace calljournal {
 void printOffers(const CLI::App& app, const CommandContext& context, std::vector<std::string> words, std::ostream& out);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ERRORMESSAGE_H
-#define CALLJOURNAL_ERRORMESSAGE_H
+#pragma once
 
 #include <ostream>
 #include <string>
@@ -12,5 +11,3 @@ inline void printError(std::ostream& err, const std::string& sentence) {
 }
 
 }  // namespace calljournal
-
-#endif

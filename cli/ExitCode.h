@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_EXITCODE_H
-#define CALLJOURNAL_EXITCODE_H
+#pragma once
 
 namespace calljournal {
 
@@ -11,5 +10,3 @@ enum ExitCode {
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_SESSION_H
-#define CALLJOURNAL_SESSION_H
+#pragma once
 
 #include <iosfwd>
 #include <memory>
@@ -36,5 +35,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_WORDOPTION_H
-#define CALLJOURNAL_WORDOPTION_H
+#pragma once
 
 #include <CLI/CLI.hpp>
 #include <map>
@@ -35,5 +34,3 @@ void addKind(CLI::App& app, CommandContext& context, std::string& kind, const st
              bool isRequired);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DOCS_PAGE_H
-#define CALLJOURNAL_DOCS_PAGE_H
+#pragma once
 
 #include <map>
 #include <string>
@@ -20,5 +19,3 @@ struct Section {
 std::map<std::string, Section> readPage(const std::string& path);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef FUZZ_H
-#define FUZZ_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -45,5 +44,3 @@ public:
 private:
     std::string_view rest_;
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOKENTEXT_H
-#define TOKENTEXT_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -37,5 +36,3 @@ public:
 private:
     std::vector<std::string> tokens_;
 };
-
-#endif

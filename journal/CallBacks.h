@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CALLBACKS_H
-#define CALLJOURNAL_CALLBACKS_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -71,5 +70,3 @@ struct CallKind<StoredCallBack> {
 }  // namespace format
 
 }  // namespace calljournal
-
-#endif

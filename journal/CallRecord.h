@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CALLRECORD_H
-#define CALLJOURNAL_CALLRECORD_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -27,5 +26,3 @@ template <class Item>
 std::vector<NewCall<Item>> callsOfKind(const std::vector<Json>& calls);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CARRIEDTEXT_H
-#define CALLJOURNAL_CARRIEDTEXT_H
+#pragma once
 
 #include <functional>
 #include <string>
@@ -72,5 +71,3 @@ Item carriedItem(Item item) {
 }
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CHANGES_H
-#define CALLJOURNAL_CHANGES_H
+#pragma once
 
 #include <deque>
 #include <map>
@@ -63,5 +62,3 @@ std::vector<Change<Item>> changesBetween(const std::deque<Item>& before, const s
 }
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ENTRY_H
-#define CALLJOURNAL_ENTRY_H
+#pragma once
 
 #include <array>
 #include <functional>
@@ -67,5 +66,3 @@ void forEachFieldTable(Item& entry, Use use) {
 }
 
 }  // namespace calljournal
-
-#endif

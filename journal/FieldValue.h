@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FIELDVALUE_H
-#define CALLJOURNAL_FIELDVALUE_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -43,5 +42,3 @@ void parseValue(std::string_view text, Enumeration& value) {
 }
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FILTER_H
-#define CALLJOURNAL_FILTER_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -35,5 +34,3 @@ struct Filter {
 std::vector<AnyEntry> wantedEntries(Journal& journal, const Filter& filter);
 
 }  // namespace calljournal
-
-#endif

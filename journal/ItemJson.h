@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ITEMJSON_H
-#define CALLJOURNAL_ITEMJSON_H
+#pragma once
 
 #include <list>
 #include <string>
@@ -160,5 +159,3 @@ Item itemFromJson(const Json& json) {
 }
 
 }  // namespace calljournal
-
-#endif

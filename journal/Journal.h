@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_JOURNAL_H
-#define CALLJOURNAL_JOURNAL_H
+#pragma once
 
 #include <deque>
 #include <functional>
@@ -121,5 +120,3 @@ std::string notificationOf(const Item& entry, JournalServiceObserverIfc::ActionT
 unsigned unviewedCount(const std::deque<MissedCallItem>& entries);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_KINDINTERFACE_H
-#define CALLJOURNAL_KINDINTERFACE_H
+#pragma once
 
 #include <string>
 
@@ -53,5 +52,3 @@ struct KindInterface<StoredCallBack> {
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_KINDS_H
-#define CALLJOURNAL_KINDS_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -65,5 +64,3 @@ void withKind(const std::string& name, Use use) {
 }
 
 }  // namespace calljournal
-
-#endif

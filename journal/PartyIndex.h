@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_PARTYINDEX_H
-#define CALLJOURNAL_PARTYINDEX_H
+#pragma once
 
 #include <algorithm>
 #include <cctype>
@@ -102,5 +101,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_REPLYRECORDER_H
-#define CALLJOURNAL_REPLYRECORDER_H
+#pragma once
 
 #include <functional>
 #include <string>
@@ -42,5 +41,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_STOREREPLY_H
-#define CALLJOURNAL_STOREREPLY_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -21,5 +20,3 @@ StoreReply readStoreReply(const std::string& reply);
 std::vector<std::string> readEntryBodies(const std::string& reply);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_NUMBERMATCHER_H
-#define CALLJOURNAL_NUMBERMATCHER_H
+#pragma once
 
 #include <string>
 
@@ -27,5 +26,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

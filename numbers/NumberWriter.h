@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_NUMBERWRITER_H
-#define CALLJOURNAL_NUMBERWRITER_H
+#pragma once
 
 #include <string>
 
@@ -37,5 +36,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_PHONENUMBERS_H
-#define CALLJOURNAL_PHONENUMBERS_H
+#pragma once
 
 #include <phonenumbers/phonenumberutil.h>
 #include <string>
@@ -21,5 +20,3 @@ bool isInternational(const i18n::phonenumbers::PhoneNumber& number);
 std::string withoutPunctuation(const std::string& number);
 
 }  // namespace calljournal
-
-#endif

@@ -5,8 +5,7 @@
 
 #include "ClientUtils.h"
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 namespace {
 
@@ -94,5 +93,4 @@ std::string unescaped(std::string_view raw) {
     return text;
 }
 
-}  // namespace detail
-}  // namespace calljournal
+}  // namespace calljournal::detail

@@ -5,8 +5,7 @@
 
 #include "format/Texts.h"
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 namespace text = format::text;
 
@@ -58,5 +57,4 @@ const char* LogListCutter::nextWithoutBegin() {
     return text_.c_str();
 }
 
-}  // namespace detail
-}  // namespace calljournal
+}  // namespace calljournal::detail

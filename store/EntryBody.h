@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ENTRYBODY_H
-#define CALLJOURNAL_ENTRYBODY_H
+#pragma once
 
 #include <optional>
 #include <string>
@@ -24,5 +23,3 @@ std::optional<BodyElement> firstElement(std::string_view body);
 void appendWithPictureClip(std::string_view body, std::string& text);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_STORE_H
-#define CALLJOURNAL_STORE_H
+#pragma once
 
 #include <chrono>
 #include <cstdint>
@@ -54,5 +53,3 @@ public:
 std::unique_ptr<Store> openStore(const std::string& url, std::chrono::milliseconds timeout = std::chrono::seconds(30));
 
 }  // namespace calljournal
-
-#endif

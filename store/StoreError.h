@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_STOREERROR_H
-#define CALLJOURNAL_STOREERROR_H
+#pragma once
 
 #include <stdexcept>
 
@@ -13,5 +12,3 @@ public:
 };
 
 }  // namespace calljournal
-
-#endif

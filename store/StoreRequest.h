@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_STOREREQUEST_H
-#define CALLJOURNAL_STOREREQUEST_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -50,5 +49,3 @@ StoreRequest scanStoreRequest(std::string_view text);
 bool servesPictureClips(std::string_view schema);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_STOREURL_H
-#define CALLJOURNAL_STOREURL_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -18,5 +17,3 @@ constexpr std::string_view schemeEnd = "://";
 std::string_view schemeOf(std::string_view url);
 
 }  // namespace calljournal
-
-#endif

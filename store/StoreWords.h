@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_STOREWORDS_H
-#define CALLJOURNAL_STOREWORDS_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -41,5 +40,3 @@ inline constexpr std::string_view schemaTagBegin = "<Schema name=\"";
 inline constexpr std::string_view schemaTagEnd = "\">";
 
 }  // namespace calljournal
-
-#endif

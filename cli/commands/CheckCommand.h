@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CHECKCOMMAND_H
-#define CALLJOURNAL_CHECKCOMMAND_H
+#pragma once
 
 #include "CommandContext.h"
 
@@ -11,5 +10,3 @@ namespace calljournal {
 void addCheckCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
-
-#endif

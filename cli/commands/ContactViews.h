@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CONTACTVIEWS_H
-#define CALLJOURNAL_CONTACTVIEWS_H
+#pragma once
 
 #include <cstddef>
 #include <iosfwd>
@@ -14,5 +13,3 @@ namespace calljournal {
 void printContactTable(const std::vector<Contact>& contacts, std::ostream& out, std::size_t width);
 
 }  // namespace calljournal
-
-#endif

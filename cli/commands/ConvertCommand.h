@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CONVERTCOMMAND_H
-#define CALLJOURNAL_CONVERTCOMMAND_H
+#pragma once
 
 #include <iosfwd>
 #include <string>
@@ -28,5 +27,3 @@ ExitCode convertBooks(const ConvertOptions& options, std::ostream& out, std::ost
 void addConvertCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
-
-#endif

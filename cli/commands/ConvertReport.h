@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CONVERTREPORT_H
-#define CALLJOURNAL_CONVERTREPORT_H
+#pragma once
 
 #include <cstdint>
 #include <ostream>
@@ -47,5 +46,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

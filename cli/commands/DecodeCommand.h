@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DECODECOMMAND_H
-#define CALLJOURNAL_DECODECOMMAND_H
+#pragma once
 
 #include <iosfwd>
 #include <string>
@@ -16,5 +15,3 @@ ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& ou
 void addDecodeCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DELETECOMMAND_H
-#define CALLJOURNAL_DELETECOMMAND_H
+#pragma once
 
 #include "CommandContext.h"
 
@@ -9,5 +8,3 @@ namespace calljournal {
 void addDeleteCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DEMOCOMMAND_H
-#define CALLJOURNAL_DEMOCOMMAND_H
+#pragma once
 
 #include "CommandContext.h"
 
@@ -11,5 +10,3 @@ namespace calljournal {
 void addDemoCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ENCODECOMMAND_H
-#define CALLJOURNAL_ENCODECOMMAND_H
+#pragma once
 
 #include <iosfwd>
 #include <string>
@@ -15,5 +14,3 @@ void encodeEntry(const std::string& kind, std::istream& in, std::ostream& out);
 void addEncodeCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
-
-#endif

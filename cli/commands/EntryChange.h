@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ENTRYCHANGE_H
-#define CALLJOURNAL_ENTRYCHANGE_H
+#pragma once
 
 #include <functional>
 #include <iosfwd>
@@ -17,5 +16,3 @@ using EntryChange = std::function<void(Journal& journal, const std::string& uniq
 void addEntryChange(CLI::App& command, CommandContext& context, EntryChange change);
 
 }  // namespace calljournal
-
-#endif

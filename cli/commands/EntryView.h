@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ENTRYVIEW_H
-#define CALLJOURNAL_ENTRYVIEW_H
+#pragma once
 
 #include <string>
 #include <type_traits>
@@ -64,5 +63,3 @@ EntryView viewOf(const Item& item) {
 std::string describe(const EntryView& entry);
 
 }  // namespace calljournal
-
-#endif

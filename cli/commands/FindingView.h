@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FINDINGVIEW_H
-#define CALLJOURNAL_FINDINGVIEW_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -12,5 +11,3 @@ namespace calljournal {
 std::string showValue(std::string_view value, ValueUse use);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FOLLOWCOMMAND_H
-#define CALLJOURNAL_FOLLOWCOMMAND_H
+#pragma once
 
 #include <iosfwd>
 
@@ -12,5 +11,3 @@ namespace calljournal {
 void followEntries(const Filter& filter, Session& session, const GlobalOptions& globals, std::ostream& out);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_IMPORTCOMMAND_H
-#define CALLJOURNAL_IMPORTCOMMAND_H
+#pragma once
 
 #include <iosfwd>
 #include <string>
@@ -35,5 +34,3 @@ ExitCode importFiles(const ImportOptions& options, std::ostream& out, std::ostre
 void addImportCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
-
-#endif

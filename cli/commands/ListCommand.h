@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_LISTCOMMAND_H
-#define CALLJOURNAL_LISTCOMMAND_H
+#pragma once
 
 #include <iosfwd>
 
@@ -15,5 +14,3 @@ void listEntries(const Filter& filter, Session& session, const GlobalOptions& gl
 void addListCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
-
-#endif

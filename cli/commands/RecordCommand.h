@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_RECORDCOMMAND_H
-#define CALLJOURNAL_RECORDCOMMAND_H
+#pragma once
 
 #include <iosfwd>
 #include <string>
@@ -26,5 +25,3 @@ void recordCalls(const RecordOptions& options, const std::vector<Json>& calls, S
 void addRecordCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
-
-#endif

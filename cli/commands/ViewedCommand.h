@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_VIEWEDCOMMAND_H
-#define CALLJOURNAL_VIEWEDCOMMAND_H
+#pragma once
 
 #include "CommandContext.h"
 
@@ -9,5 +8,3 @@ namespace calljournal {
 void addViewedCommand(CLI::App& app, CommandContext& context);
 
 }  // namespace calljournal
-
-#endif

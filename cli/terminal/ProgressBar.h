@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_PROGRESSBAR_H
-#define CALLJOURNAL_PROGRESSBAR_H
+#pragma once
 
 #include <atomic>
 #include <chrono>
@@ -72,5 +71,3 @@ ProgressBar::Draw terminalDrawing();
 std::uint64_t readPosition(const std::string& path);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_TERMINAL_H
-#define CALLJOURNAL_TERMINAL_H
+#pragma once
 
 #include <cstddef>
 
@@ -12,5 +11,3 @@ bool isTerminal();
 std::size_t terminalWidth();
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_TERMINALOUTPUT_H
-#define CALLJOURNAL_TERMINALOUTPUT_H
+#pragma once
 
 #include <memory>
 #include <ostream>
@@ -44,5 +43,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_TEXTTABLE_H
-#define CALLJOURNAL_TEXTTABLE_H
+#pragma once
 
 #include <cstddef>
 #include <ostream>
@@ -35,5 +34,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CONTACTMAPPER_H
-#define CALLJOURNAL_CONTACTMAPPER_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -53,5 +52,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CONVERSION_H
-#define CALLJOURNAL_CONVERSION_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -157,5 +156,3 @@ private:
 std::string placeOf(const std::string& book, const ContactOrigin& contact);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DUPLICATEFINDER_H
-#define CALLJOURNAL_DUPLICATEFINDER_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -102,5 +101,3 @@ bool areNamesCompatible(const FoldedName& one, const FoldedName& other);
 bool areNamesCompatible(const Contact& one, const Contact& other);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_IMPORTCHECK_H
-#define CALLJOURNAL_IMPORTCHECK_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -66,5 +65,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_IMPORTREPLAY_H
-#define CALLJOURNAL_IMPORTREPLAY_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -108,5 +107,3 @@ private:
 Sentence quoted(const std::string& text);
 
 }  // namespace calljournal
-
-#endif

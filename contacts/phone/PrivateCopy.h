@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_PRIVATECOPY_H
-#define CALLJOURNAL_PRIVATECOPY_H
+#pragma once
 
 #include <cstdint>
 #include <functional>
@@ -34,5 +33,3 @@ struct CopyResult {
 CopyResult copyPrivately(const std::string& source, const std::string& target, const CopyOptions& options);
 
 }  // namespace calljournal
-
-#endif

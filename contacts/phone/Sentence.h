@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_SENTENCE_H
-#define CALLJOURNAL_SENTENCE_H
+#pragma once
 
 #include <functional>
 #include <string>
@@ -51,5 +50,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

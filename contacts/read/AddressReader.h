@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ADDRESSREADER_H
-#define CALLJOURNAL_ADDRESSREADER_H
+#pragma once
 
 #include <cstddef>
 #include <iosfwd>
@@ -116,5 +115,3 @@ std::unique_ptr<AddressReader> openAddressBook(const std::string& path, const Re
 std::unique_ptr<AddressReader> openAddressBook(std::istream& bytes, const ReadingOptions& options);
 
 }  // namespace calljournal
-
-#endif

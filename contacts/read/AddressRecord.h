@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ADDRESSRECORD_H
-#define CALLJOURNAL_ADDRESSRECORD_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -60,5 +59,3 @@ struct AddressRecord {
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_BUILTINCOLUMNS_H
-#define CALLJOURNAL_BUILTINCOLUMNS_H
+#pragma once
 
 #include <string_view>
 
@@ -9,5 +8,3 @@ namespace calljournal {
 std::string_view builtInColumnsText();
 
 }  // namespace calljournal
-
-#endif

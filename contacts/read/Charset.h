@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CHARSET_H
-#define CALLJOURNAL_CHARSET_H
+#pragma once
 
 #include <cstddef>
 #include <functional>
@@ -48,5 +47,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

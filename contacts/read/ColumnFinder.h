@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_COLUMNFINDER_H
-#define CALLJOURNAL_COLUMNFINDER_H
+#pragma once
 
 #include <cstddef>
 #include <map>
@@ -91,5 +90,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_COLUMNTABLE_H
-#define CALLJOURNAL_COLUMNTABLE_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -46,5 +45,3 @@ ColumnTable readColumnTable(std::string_view text, const std::string& origin);
 const ColumnTable& builtInColumnTable();
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CSVREADER_H
-#define CALLJOURNAL_CSVREADER_H
+#pragma once
 
 #include <cstddef>
 #include <iosfwd>
@@ -81,5 +80,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

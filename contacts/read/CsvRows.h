@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CSVROWS_H
-#define CALLJOURNAL_CSVROWS_H
+#pragma once
 
 #include <cstddef>
 #include <csv.h>
@@ -76,5 +75,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

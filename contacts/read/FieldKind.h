@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FIELDKIND_H
-#define CALLJOURNAL_FIELDKIND_H
+#pragma once
 
 #include <cstddef>
 #include <optional>
@@ -28,5 +27,3 @@ std::string_view fieldKindName(FieldKind kind);
 std::optional<FieldKind> fieldKindOf(std::string_view word);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_LINEREADER_H
-#define CALLJOURNAL_LINEREADER_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -48,5 +47,3 @@ private:
 std::size_t lineLength(std::string_view text);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_READAHEAD_H
-#define CALLJOURNAL_READAHEAD_H
+#pragma once
 
 #include <cstddef>
 #include <exception>
@@ -59,5 +58,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

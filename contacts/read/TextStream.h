@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_TEXTSTREAM_H
-#define CALLJOURNAL_TEXTSTREAM_H
+#pragma once
 
 #include <cstddef>
 #include <iosfwd>
@@ -67,5 +66,3 @@ std::string decoded(std::string_view bytes, const std::string& charset);
 bool isCharset(const std::string& name);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_VCARDLINES_H
-#define CALLJOURNAL_VCARDLINES_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -63,5 +62,3 @@ std::vector<std::string_view> splitValue(std::string_view value, char delimiter)
 std::string unescaped(std::string_view value, bool isOldVersion);
 
 }  // namespace calljournal
-
-#endif

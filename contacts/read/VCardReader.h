@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_VCARDREADER_H
-#define CALLJOURNAL_VCARDREADER_H
+#pragma once
 
 #include <cstddef>
 #include <memory>
@@ -58,5 +57,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_VALUEKINDS_H
-#define CALLJOURNAL_VALUEKINDS_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -37,5 +36,3 @@ void addValue(AddressRecord& record, FieldKind kind, std::string_view text, std:
 void noteLostCharacters(AddressRecord& record, std::size_t line, std::string_view text, const std::string& source);
 
 }  // namespace calljournal
-
-#endif

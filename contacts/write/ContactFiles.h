@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CONTACTFILES_H
-#define CALLJOURNAL_CONTACTFILES_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -87,5 +86,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

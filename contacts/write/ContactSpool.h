@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_CONTACTSPOOL_H
-#define CALLJOURNAL_CONTACTSPOOL_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -109,5 +108,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

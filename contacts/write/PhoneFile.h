@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_PHONEFILE_H
-#define CALLJOURNAL_PHONEFILE_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -25,5 +24,3 @@ void appendPhoneLine(std::string& file, const Contact& contact);
 std::size_t storableLength(std::string_view text);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ROUNDTRIPCHECK_H
-#define CALLJOURNAL_ROUNDTRIPCHECK_H
+#pragma once
 
 #include <exception>
 #include <functional>
@@ -66,5 +65,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

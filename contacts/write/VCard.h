@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_VCARD_H
-#define CALLJOURNAL_VCARD_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -25,5 +24,3 @@ std::string toVCard(const Contact& contact, int csvType);
 std::string foldedLine(std::string_view line);
 
 }  // namespace calljournal
-
-#endif

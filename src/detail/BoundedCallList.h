@@ -1,12 +1,10 @@
-#ifndef CALLJOURNAL_DETAIL_BOUNDEDCALLLIST_H
-#define CALLJOURNAL_DETAIL_BOUNDEDCALLLIST_H
+#pragma once
 
 #include <cstddef>
 #include <list>
 #include <utility>
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 /// How many calls an entry takes one by one. A list handed over whole may be longer and stays so.
 constexpr std::size_t callLimit = 10;
@@ -28,7 +26,4 @@ void appendOlder(std::list<Call>& calls, GivenCall&& call) {
     }
 }
 
-}  // namespace detail
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::detail

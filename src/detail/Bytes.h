@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DETAIL_BYTES_H
-#define CALLJOURNAL_DETAIL_BYTES_H
+#pragma once
 
 #include <cstddef>
 #include <cstring>
@@ -18,8 +17,7 @@
 #define CALLJOURNAL_APART __attribute__((noinline))
 #define CALLJOURNAL_RARE __attribute__((noinline, cold))
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 // Tags, words and most values are short. For them a few reads of fixed size take fewer steps than a call of the library
 // function, which longer texts are left to.
@@ -103,7 +101,4 @@ const char* findAny(const char* at, const char* end, Byte... bytes) {
 #endif
 }
 
-}  // namespace detail
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::detail

@@ -1,12 +1,10 @@
-#ifndef CALLJOURNAL_DETAIL_COLUMNS_H
-#define CALLJOURNAL_DETAIL_COLUMNS_H
+#pragma once
 
 #include <cstddef>
 #include <string>
 #include <vector>
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 /// Returns column `index` of a record; a column that the record does not have is empty.
 inline const std::string& columnOf(const std::vector<std::string>& columns, std::size_t index) {
@@ -14,7 +12,4 @@ inline const std::string& columnOf(const std::vector<std::string>& columns, std:
     return index < columns.size() ? columns[index] : none;
 }
 
-}  // namespace detail
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::detail

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DETAIL_DECODING_H
-#define CALLJOURNAL_DETAIL_DECODING_H
+#pragma once
 
 #include <cstddef>
 #include <cstring>
@@ -17,8 +16,7 @@
 #include "LogListCutter.h"
 #include "OwnMembers.h"
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 // Takes over what the text of a value says, by the type of the value.
 
@@ -245,7 +243,4 @@ void readItem(const char* xml, Item& item) {
     }
 }
 
-}  // namespace detail
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::detail

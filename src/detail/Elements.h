@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DETAIL_ELEMENTS_H
-#define CALLJOURNAL_DETAIL_ELEMENTS_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -8,8 +7,7 @@
 #include "Bytes.h"
 #include "Tags.h"
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 /// Bytes that the tags of one element take: "<>" and "</>" around the name, twice.
 constexpr std::size_t tagsLength(std::string_view tag) {
@@ -97,7 +95,4 @@ inline bool mayHoldEntities(std::string_view raw) {
 /// Returns `raw` unescaped. The platform is asked only where that could change it.
 std::string unescaped(std::string_view raw);
 
-}  // namespace detail
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::detail

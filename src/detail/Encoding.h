@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DETAIL_ENCODING_H
-#define CALLJOURNAL_DETAIL_ENCODING_H
+#pragma once
 
 #include <algorithm>
 #include <array>
@@ -15,8 +14,7 @@
 #include "ClientUtils.h"
 #include "Elements.h"
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 // Writing of one value, by its type: texts unless they are empty, words always. There must be room for it, and
 // ShortText::room behind that.
@@ -229,7 +227,4 @@ void appendBody(std::string& out, const Item& item, bool onlyUniqueId) {
                   [&](char* at) { return writeCalls(own.write(party.write(at)), item); });
 }
 
-}  // namespace detail
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::detail

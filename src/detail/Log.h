@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DETAIL_LOG_H
-#define CALLJOURNAL_DETAIL_LOG_H
+#pragma once
 
 #include "PlatformLog.h"
 
@@ -11,5 +10,3 @@
             logAppZel(module, source, level, __LINE__, __VA_ARGS__); \
         }                                                            \
     } while (false)
-
-#endif

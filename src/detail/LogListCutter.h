@@ -1,11 +1,9 @@
-#ifndef CALLJOURNAL_DETAIL_LOGLISTCUTTER_H
-#define CALLJOURNAL_DETAIL_LOGLISTCUTTER_H
+#pragma once
 
 #include <cstddef>
 #include <string>
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 /// Cuts one "Item" element after the other out of the text of a log list. Each cut joins what is before and behind
 /// it, which can make a new tag, as in "<It<Item>a</Item>em>"; the next search sees it. The work is linear in the text:
@@ -30,7 +28,4 @@ private:
     std::size_t rest_ = 0;  ///< Where the text goes on behind the last cut.
 };
 
-}  // namespace detail
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::detail

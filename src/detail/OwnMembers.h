@@ -1,13 +1,11 @@
-#ifndef CALLJOURNAL_DETAIL_OWNMEMBERS_H
-#define CALLJOURNAL_DETAIL_OWNMEMBERS_H
+#pragma once
 
 #include "DialledCallItem.h"
 #include "ForwardedCallItem.h"
 #include "MissedCallItem.h"
 #include "ReceivedCallItem.h"
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 /// The private members that reading fills in place, where the accessors of the item would cost a copy.
 template <class Item>
@@ -44,7 +42,4 @@ struct OwnMembers<ForwardedCallItem> {
     static constexpr auto calls = &ForwardedCallItem::forwardedCallInfoList_;
 };
 
-}  // namespace detail
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::detail

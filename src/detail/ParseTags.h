@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DETAIL_PARSETAGS_H
-#define CALLJOURNAL_DETAIL_PARSETAGS_H
+#pragma once
 
 #include <algorithm>
 #include <array>
@@ -11,8 +10,7 @@
 #include "Bytes.h"
 #include "CallListDatabaseAdapterData.h"
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 using namespace format;
 
@@ -94,7 +92,4 @@ inline CallListDatabaseAdapterData::eParseTag getParseTag(std::string_view name)
     return parseTagsAreOpen ? findParseTag(name) : CallListDatabaseAdapterData::TAG_UNKNOWN;
 }
 
-}  // namespace detail
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::detail

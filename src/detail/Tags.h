@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_DETAIL_TAGS_H
-#define CALLJOURNAL_DETAIL_TAGS_H
+#pragma once
 
 #include <cstddef>
 #include <cstring>
@@ -9,8 +8,7 @@
 #include "../format/Tag.h"
 #include "Bytes.h"
 
-namespace calljournal {
-namespace detail {
+namespace calljournal::detail {
 
 using namespace format;
 
@@ -58,7 +56,4 @@ struct SameText {
     }
 };
 
-}  // namespace detail
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::detail

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FORMAT_CALLKINDS_H
-#define CALLJOURNAL_FORMAT_CALLKINDS_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -13,8 +12,7 @@
 #include "Tag.h"
 #include "Texts.h"
 
-namespace calljournal {
-namespace format {
+namespace calljournal::format {
 
 /// A member of a call that the format carries. Its type says how: a text as it is, left out when empty; a flag as
 /// "True" or "False" and an enumeration as its word, always.
@@ -224,7 +222,4 @@ struct CallKind<ForwardedCallItem> {
     };
 };
 
-}  // namespace format
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::format

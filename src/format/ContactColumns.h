@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FORMAT_CONTACTCOLUMNS_H
-#define CALLJOURNAL_FORMAT_CONTACTCOLUMNS_H
+#pragma once
 
 #include <cstddef>
 #include <iterator>
@@ -9,8 +8,7 @@
 
 #include "Contact.h"
 
-namespace calljournal {
-namespace format {
+namespace calljournal::format {
 
 /// A text of a contact.
 struct ContactText {
@@ -131,7 +129,4 @@ inline std::size_t storedLength(std::string_view field) {
     return field.size();
 }
 
-}  // namespace format
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::format

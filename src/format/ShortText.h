@@ -1,12 +1,10 @@
-#ifndef CALLJOURNAL_FORMAT_SHORTTEXT_H
-#define CALLJOURNAL_FORMAT_SHORTTEXT_H
+#pragma once
 
 #include <cstddef>
 #include <stdexcept>
 #include <string_view>
 
-namespace calljournal {
-namespace format {
+namespace calljournal::format {
 
 /// A short constant text that holds its own bytes, so that a table of such texts is plain read-only data.
 class ShortText {
@@ -44,7 +42,4 @@ private:
     unsigned char size_;
 };
 
-}  // namespace format
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::format

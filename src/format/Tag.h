@@ -1,12 +1,10 @@
-#ifndef CALLJOURNAL_FORMAT_TAG_H
-#define CALLJOURNAL_FORMAT_TAG_H
+#pragma once
 
 #include <string_view>
 
 #include "ShortText.h"
 
-namespace calljournal {
-namespace format {
+namespace calljournal::format {
 
 /// The name of an element. As a text it is the name, without markup.
 class Tag {
@@ -25,7 +23,4 @@ private:
     ShortText endTag_;
 };
 
-}  // namespace format
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::format

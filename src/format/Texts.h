@@ -1,10 +1,8 @@
-#ifndef CALLJOURNAL_FORMAT_TEXTS_H
-#define CALLJOURNAL_FORMAT_TEXTS_H
+#pragma once
 
 #include <string_view>
 
-namespace calljournal {
-namespace format {
+namespace calljournal::format {
 
 /// The texts of the format, under the names that CallListDatabaseAdapterHelper offers them by.
 namespace text {
@@ -20,7 +18,4 @@ inline constexpr std::string_view CALLLOGID = "CallLogId";
 
 }  // namespace text
 
-}  // namespace format
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::format

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_FORMAT_WORDS_H
-#define CALLJOURNAL_FORMAT_WORDS_H
+#pragma once
 
 #include <cstddef>
 #include <functional>
@@ -14,8 +13,7 @@
 #include "Texts.h"
 #include "TransferNumber.h"
 
-namespace calljournal {
-namespace format {
+namespace calljournal::format {
 
 /// One pair of an enumeration. The values are numbers because a phone's headers may name the enumerators otherwise.
 struct Word {
@@ -154,7 +152,4 @@ Enumeration fromWord(std::string_view word, Same same = Same()) {
     return static_cast<Enumeration>(words.begin->value);
 }
 
-}  // namespace format
-}  // namespace calljournal
-
-#endif
+}  // namespace calljournal::format

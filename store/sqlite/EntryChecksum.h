@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ENTRYCHECKSUM_H
-#define CALLJOURNAL_ENTRYCHECKSUM_H
+#pragma once
 
 #include <string_view>
 
@@ -10,5 +9,3 @@ namespace calljournal {
 long long entryChecksum(std::string_view schema, std::string_view id, long long place, std::string_view body);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_ENTRYTABLE_H
-#define CALLJOURNAL_ENTRYTABLE_H
+#pragma once
 
 #include <cstddef>
 #include <functional>
@@ -87,5 +86,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

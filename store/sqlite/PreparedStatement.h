@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_PREPAREDSTATEMENT_H
-#define CALLJOURNAL_PREPAREDSTATEMENT_H
+#pragma once
 
 #include <soci/soci.h>
 
@@ -21,5 +20,3 @@ soci::statement prepare(soci::session& session, const char* query, const Values&
 }
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_SQLITECONNECTION_H
-#define CALLJOURNAL_SQLITECONNECTION_H
+#pragma once
 
 #include <chrono>
 #include <memory>
@@ -97,5 +96,3 @@ private:
 };
 
 }  // namespace calljournal
-
-#endif

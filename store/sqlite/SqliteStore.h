@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_SQLITESTORE_H
-#define CALLJOURNAL_SQLITESTORE_H
+#pragma once
 
 #include <chrono>
 #include <memory>
@@ -13,5 +12,3 @@ namespace calljournal {
 std::unique_ptr<Store> openSqliteStore(const std::string& url, std::chrono::milliseconds timeout);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_SQLITEURL_H
-#define CALLJOURNAL_SQLITEURL_H
+#pragma once
 
 #include <string>
 
@@ -10,5 +9,3 @@ namespace calljournal {
 std::string sqliteFile(const std::string& url);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_STORESCHEMA_H
-#define CALLJOURNAL_STORESCHEMA_H
+#pragma once
 
 namespace calljournal {
 
@@ -15,5 +14,3 @@ constexpr int storeVersion = 2;
 void prepareStore(SqliteConnection& connection);
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef KILLEDCOMMAND_H
-#define KILLEDCOMMAND_H
+#pragma once
 
 #include <chrono>
 #include <string>
@@ -13,5 +12,3 @@ struct KilledRun {
 
 /// Runs `arguments` (program first) and kills it after `delay`, with no chance to do anything about it.
 KilledRun runAndKill(const std::vector<std::string>& arguments, std::chrono::microseconds delay);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef IMPORTFIXTURE_H
-#define IMPORTFIXTURE_H
+#pragma once
 
 #include <gtest/gtest.h>
 #include <map>
@@ -73,5 +72,3 @@ class ImportTest : public testing::Test {
 protected:
     ImportTest();
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef IMPORTSTATE_H
-#define IMPORTSTATE_H
+#pragma once
 
 #include <string>
 #include <tuple>
@@ -25,5 +24,3 @@ inline bool fits(const std::vector<std::string>& tokens) {
     }
     return true;
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PROBE_H
-#define PROBE_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -23,5 +22,3 @@ public:
     /// Returns the columns that the tokenizer gives now.
     std::vector<std::string> walkTokenizer() const { return {tokenizer.begin(), tokenizer.end()}; }
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef REFERENCEIMPORTER_H
-#define REFERENCEIMPORTER_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -50,5 +49,3 @@ std::string longestFittingPrefix(const std::string& field);
 
 /// Tells whether `text` matches the grammar of RFC 3629.
 bool matchesUtf8Grammar(const char* text);
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef CALLMEMBERS_H
-#define CALLMEMBERS_H
+#pragma once
 
 #include <functional>
 #include <string>
@@ -132,5 +131,3 @@ Object filled(const std::vector<Member<Object>>& members) {
     }
     return object;
 }
-
-#endif

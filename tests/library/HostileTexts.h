@@ -1,5 +1,4 @@
-#ifndef HOSTILETEXTS_H
-#define HOSTILETEXTS_H
+#pragma once
 
 #include <cstddef>
 #include <random>
@@ -42,5 +41,3 @@ private:
     std::mt19937 random_;
     std::vector<std::string> tags_;
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef KINDS_H
-#define KINDS_H
+#pragma once
 
 #include <gtest/gtest.h>
 #include <list>
@@ -270,5 +269,3 @@ inline std::ostream& operator<<(std::ostream& stream, const Entry& entry) {
 }
 
 }  // namespace rules
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef LITERALREADING_H
-#define LITERALREADING_H
+#pragma once
 
 #include <algorithm>
 #include <deque>
@@ -50,5 +49,3 @@ inline bool hasOneOrder(const std::vector<rules::Entry>& list) {
     std::sort(keys.begin(), keys.end());
     return std::adjacent_find(keys.begin(), keys.end()) == keys.end();
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef LITERALRULES_H
-#define LITERALRULES_H
+#pragma once
 
 #include <cstddef>
 #include <map>
@@ -124,5 +123,3 @@ struct Normalised {
 Normalised normalise(std::vector<Entry> list);
 
 }  // namespace rules
-
-#endif

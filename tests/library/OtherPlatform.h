@@ -1,5 +1,4 @@
-#ifndef OTHERPLATFORM_H
-#define OTHERPLATFORM_H
+#pragma once
 
 #include <functional>
 #include <string>
@@ -34,5 +33,3 @@ struct OtherPlatform {
 };
 
 OtherPlatform& otherPlatform();
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef READEREVENTS_H
-#define READEREVENTS_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -43,5 +42,3 @@ public:
 private:
     CallListDatabaseAdapterHelper::MissedCallParser& parser_;
 };
-
-#endif

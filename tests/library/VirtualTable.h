@@ -1,5 +1,4 @@
-#ifndef VIRTUALTABLE_H
-#define VIRTUALTABLE_H
+#pragma once
 
 #include <cstddef>
 #include <cstring>
@@ -56,5 +55,3 @@ template <class Object, class Other>
 std::size_t slotOfEquality() {
     return slotOf(static_cast<bool (Object::*)(const Other&) const>(&Object::operator==));
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef XMLEVENTS_H
-#define XMLEVENTS_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -36,5 +35,3 @@ void PrintTo(const XmlEvents& events, std::ostream* out);
 /// What XmlParser makes of `message`. The message is given to it in memory of exactly its size, so that a sanitizer
 /// sees any step outside of it.
 XmlEvents parse(std::string_view message);
-
-#endif

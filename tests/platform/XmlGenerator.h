@@ -1,5 +1,4 @@
-#ifndef XMLGENERATOR_H
-#define XMLGENERATOR_H
+#pragma once
 
 #include <random>
 #include <string>
@@ -35,5 +34,3 @@ private:
 
     std::mt19937 random_;
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef STORETEST_H
-#define STORETEST_H
+#pragma once
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -80,5 +79,3 @@ private:
     int output_ = -1;
     std::string unread_;
 };
-
-#endif

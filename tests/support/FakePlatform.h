@@ -1,5 +1,4 @@
-#ifndef FAKEPLATFORM_H
-#define FAKEPLATFORM_H
+#pragma once
 
 #include <cstdint>
 #include <map>
@@ -39,5 +38,3 @@ struct FakePlatform {
 };
 
 FakePlatform& fakePlatform();
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef FAULTYMEMORY_H
-#define FAULTYMEMORY_H
+#pragma once
 
 #include <cstddef>
 #include <initializer_list>
@@ -56,5 +55,3 @@ bool failAtEachPiece(Prepare prepare, Work work, Check check) {
     }
     return true;
 }
-
-#endif

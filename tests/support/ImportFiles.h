@@ -1,5 +1,4 @@
-#ifndef IMPORTFILES_H
-#define IMPORTFILES_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -44,5 +43,3 @@ inline std::string repeated(const std::string& text, std::size_t count) {
     }
     return all;
 }
-
-#endif

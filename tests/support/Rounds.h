@@ -1,5 +1,4 @@
-#ifndef ROUNDS_H
-#define ROUNDS_H
+#pragma once
 
 #include <cstdlib>
 
@@ -13,5 +12,3 @@ inline unsigned rounds(unsigned count) {
 #endif
     return isSlow ? count / 10 : count;
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef RUNCOMMAND_H
-#define RUNCOMMAND_H
+#pragma once
 
 #include <functional>
 #include <string>
@@ -38,5 +37,3 @@ private:
 
 /// The whole content of a file.
 std::string readFile(const std::string& path);
-
-#endif

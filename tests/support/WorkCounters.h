@@ -1,5 +1,4 @@
-#ifndef WORKCOUNTERS_H
-#define WORKCOUNTERS_H
+#pragma once
 
 #include <cstdint>
 
@@ -13,5 +12,3 @@ struct WorkCounters {
 };
 
 WorkCounters& workCounters();
-
-#endif

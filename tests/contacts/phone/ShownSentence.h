@@ -1,5 +1,4 @@
-#ifndef SHOWNSENTENCE_H
-#define SHOWNSENTENCE_H
+#pragma once
 
 #include <string>
 
@@ -10,5 +9,3 @@
 inline std::string shown(const calljournal::Sentence& sentence) {
     return sentence.text([](const std::string& text) { return calljournal::fitted(calljournal::printable(text), 40); });
 }
-
-#endif

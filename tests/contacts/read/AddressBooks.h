@@ -1,5 +1,4 @@
-#ifndef CALLJOURNAL_TESTS_ADDRESSBOOKS_H
-#define CALLJOURNAL_TESTS_ADDRESSBOOKS_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -29,5 +28,3 @@ std::string recognised(const std::string& bytes, const ReadingOptions& options =
 std::string refusal(const std::string& bytes, const ReadingOptions& options = {});
 
 }  // namespace calljournal
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef LARGESTFILE_H
-#define LARGESTFILE_H
+#pragma once
 
 #include <csignal>
 #include <sys/resource.h>
@@ -23,5 +22,3 @@ private:
     void (*before_)(int);
     rlimit limit_ = {};
 };
-
-#endif

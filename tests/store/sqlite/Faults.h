@@ -1,5 +1,4 @@
-#ifndef FAULTS_H
-#define FAULTS_H
+#pragma once
 
 #include <atomic>
 
@@ -19,5 +18,3 @@ void installFaultyDisk();
 
 /// Has everything work again; the syncs are still counted.
 void repairDisk();
-
-#endif
