@@ -14,11 +14,19 @@ namespace {
 constexpr char kindKey[] = "Kind";
 constexpr char withheldKey[] = "Withheld";
 
+/// The log that a call of a kind belongs to unless it says otherwise.
+template <class Item>
+constexpr auto usualLog = CallLogEntryEvent::IN_ANSWERED;
+template <>
+constexpr auto usualLog<MissedCallItem> = CallLogEntryEvent::IN_NO_ANSWER;
+template <>
+constexpr auto usualLog<DialledCallItem> = CallLogEntryEvent::OUT_ANSWERED;
+
 /// Makes a call of its elements.
 template <class Item>
 NewCall<Item> newCallFromJson(const Json& json) {
     NewCall<Item> call;
-    call.call.targetLog = KindInterface<Item>::usualLog;
+    call.call.targetLog = usualLog<Item>;
     call.call.timeDate = currentTime();
     bool isWithheld = false;
     for (const auto& [key, value] : json.items()) {
@@ -126,10 +134,10 @@ std::vector<NewCall<Item>> callsOfKind(const std::vector<Json>& calls) {
     return ofKind;
 }
 
-template std::vector<NewCall<MissedCallItem>> callsOfKind(const std::vector<Json>& calls);
-template std::vector<NewCall<DialledCallItem>> callsOfKind(const std::vector<Json>& calls);
-template std::vector<NewCall<ReceivedCallItem>> callsOfKind(const std::vector<Json>& calls);
-template std::vector<NewCall<ForwardedCallItem>> callsOfKind(const std::vector<Json>& calls);
+#define CALLJOURNAL_CALLS(Kind, word) \
+    template std::vector<NewCall<Kind##CallItem>> callsOfKind(const std::vector<Json>& calls);
+
+CALLJOURNAL_CALL_KINDS(CALLJOURNAL_CALLS)
 template std::vector<NewCall<StoredCallBack>> callsOfKind(const std::vector<Json>& calls);
 
 }  // namespace calljournal

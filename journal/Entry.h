@@ -13,7 +13,9 @@ namespace calljournal {
 
 // What entries of all kinds have in common.
 
-using AnyEntry = std::variant<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem, StoredCallBack>;
+#define CALLJOURNAL_ITEM(Kind, word) Kind##CallItem,
+using AnyEntry = std::variant<CALLJOURNAL_CALL_KINDS(CALLJOURNAL_ITEM) StoredCallBack>;
+#undef CALLJOURNAL_ITEM
 
 /// A call-back as the only call of its entry; it must outlive this object.
 struct CallBackCall {

@@ -307,16 +307,11 @@ unsigned unviewedCount(const std::deque<MissedCallItem>& entries) {
     template std::deque<Item> Journal::entries<Item>();                                  \
     template std::vector<Item> Journal::record(const std::vector<NewCall<Item>>& calls); \
     template Item Journal::remove<Item>(const std::string& uniqueId);
+#define CALLJOURNAL_LOG(Kind, word)     \
+    CALLJOURNAL_JOURNAL(Kind##CallItem) \
+    template std::string notificationOf(const Kind##CallItem& entry, JournalServiceObserverIfc::ActionType action);
 
-CALLJOURNAL_JOURNAL(MissedCallItem)
-CALLJOURNAL_JOURNAL(DialledCallItem)
-CALLJOURNAL_JOURNAL(ReceivedCallItem)
-CALLJOURNAL_JOURNAL(ForwardedCallItem)
+CALLJOURNAL_CALL_KINDS(CALLJOURNAL_LOG)
 CALLJOURNAL_JOURNAL(StoredCallBack)
-
-template std::string notificationOf(const MissedCallItem& entry, JournalServiceObserverIfc::ActionType action);
-template std::string notificationOf(const DialledCallItem& entry, JournalServiceObserverIfc::ActionType action);
-template std::string notificationOf(const ReceivedCallItem& entry, JournalServiceObserverIfc::ActionType action);
-template std::string notificationOf(const ForwardedCallItem& entry, JournalServiceObserverIfc::ActionType action);
 
 }  // namespace calljournal

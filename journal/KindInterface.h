@@ -10,16 +10,14 @@ namespace calljournal {
 
 /// The functions for one kind of item, under names that do not depend on the kind, the word that people call the kind
 /// by, and whether it is a log of calls, as a phone keeps them: one entry for each party with a list of its calls,
-/// notifications to observers, conversation rows. Call-backs are none. `usualLog` is where a call belongs unless it
-/// says otherwise.
+/// notifications to observers, conversation rows. Call-backs are none.
 template <class Item>
 struct KindInterface;
 
-#define CALLJOURNAL_KIND_INTERFACE(Kind, word, log)                                                                 \
+#define CALLJOURNAL_KIND_INTERFACE(Kind, word)                                                                      \
     template <>                                                                                                     \
     struct KindInterface<Kind##CallItem> {                                                                          \
-        static constexpr const char* name = word;                                                                   \
-        static constexpr auto usualLog = CallLogEntryEvent::log;                                                    \
+        static constexpr const char* name = #word;                                                                  \
         static constexpr bool isCallLog = true;                                                                     \
         static std::string encode(const Kind##CallItem& item) {                                                     \
             return CallListDatabaseAdapterHelper::createXML##Kind##CallItemBody(item, false);                       \
@@ -36,10 +34,7 @@ struct KindInterface;
         }                                                                                                           \
     };
 
-CALLJOURNAL_KIND_INTERFACE(Missed, "missed", IN_NO_ANSWER)
-CALLJOURNAL_KIND_INTERFACE(Dialled, "dialled", OUT_ANSWERED)
-CALLJOURNAL_KIND_INTERFACE(Received, "received", IN_ANSWERED)
-CALLJOURNAL_KIND_INTERFACE(Forwarded, "forwarded", IN_ANSWERED)
+CALLJOURNAL_CALL_KINDS(CALLJOURNAL_KIND_INTERFACE)
 #undef CALLJOURNAL_KIND_INTERFACE
 
 template <>

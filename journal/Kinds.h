@@ -17,10 +17,9 @@ struct ItemType {
 /// Calls `use` with the ItemType of each kind of log, in the order in which people list them.
 template <class Use>
 void forEachCallLog(Use use) {
-    use(ItemType<MissedCallItem>());
-    use(ItemType<DialledCallItem>());
-    use(ItemType<ReceivedCallItem>());
-    use(ItemType<ForwardedCallItem>());
+#define CALLJOURNAL_USE(Kind, word) use(ItemType<Kind##CallItem>());
+    CALLJOURNAL_CALL_KINDS(CALLJOURNAL_USE)
+#undef CALLJOURNAL_USE
 }
 
 /// The same with call-backs as the last kind.

@@ -10,6 +10,7 @@
 
 #include "CallListDatabaseAdapterHelper.h"
 #include "detail/Log.h"
+#include "format/CallKinds.h"
 #include "format/Texts.h"
 
 namespace text = calljournal::format::text;
@@ -172,25 +173,13 @@ void CallListDatabaseAdapter::updateEntry(const std::string& body, const std::st
     updateEntries(Helper::createXMLField(Helper::ENTRY, body), reason, schemaName);
 }
 
-void CallListDatabaseAdapter::updateMissedEntry(const MissedCallItem& item, const std::string& reason) {
-    updateEntry(Helper::createXMLMissedCallItemBody(item, isDeleteRequest(reason)), reason,
-                Helper::DAS_CALLLOGMISSEDCALLS);
-}
+#define CALLJOURNAL_UPDATE_ENTRY(Kind, word)                                                                   \
+    void CallListDatabaseAdapter::update##Kind##Entry(const Kind##CallItem& item, const std::string& reason) { \
+        updateEntry(Helper::createXML##Kind##CallItemBody(item, isDeleteRequest(reason)), reason,              \
+                    std::string(calljournal::format::CallKind<Kind##CallItem>::schema));                       \
+    }
 
-void CallListDatabaseAdapter::updateDialledEntry(const DialledCallItem& item, const std::string& reason) {
-    updateEntry(Helper::createXMLDialledCallItemBody(item, isDeleteRequest(reason)), reason,
-                Helper::DAS_CALLLOGDIALLEDCALLS);
-}
-
-void CallListDatabaseAdapter::updateReceivedEntry(const ReceivedCallItem& item, const std::string& reason) {
-    updateEntry(Helper::createXMLReceivedCallItemBody(item, isDeleteRequest(reason)), reason,
-                Helper::DAS_CALLLOGRECEIVEDCALLS);
-}
-
-void CallListDatabaseAdapter::updateForwardedEntry(const ForwardedCallItem& item, const std::string& reason) {
-    updateEntry(Helper::createXMLForwardedCallItemBody(item, isDeleteRequest(reason)), reason,
-                Helper::DAS_CALLLOGFORWARDEDCALLS);
-}
+CALLJOURNAL_CALL_KINDS(CALLJOURNAL_UPDATE_ENTRY)
 
 void CallListDatabaseAdapter::deleteFromConversationsTable(const std::string& callLogId) {
     std::string request = Helper::createXMLField(Helper::REASONFORMESSAGE, Helper::DELETEREQUEST);

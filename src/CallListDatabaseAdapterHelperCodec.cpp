@@ -6,8 +6,8 @@
 
 namespace detail = calljournal::detail;
 
-// The four kinds differ in their tables only (detail/CallKinds.h); these are their names in the interface.
-#define CALLJOURNAL_CODEC(Kind)                                                                                       \
+// The kinds differ in their tables only (format/CallKinds.h); these are their names in the interface.
+#define CALLJOURNAL_CODEC(Kind, word)                                                                                 \
     void CallListDatabaseAdapterHelper::createXML##Kind##CallItemBody(const Kind##CallItem& item, std::string& out,   \
                                                                       bool onlyUniqueId) {                            \
         detail::appendBody(out, item, onlyUniqueId);                                                                  \
@@ -34,7 +34,4 @@ namespace detail = calljournal::detail;
         detail::readItem(xml, item);                                                                                  \
     }
 
-CALLJOURNAL_CODEC(Missed)
-CALLJOURNAL_CODEC(Dialled)
-CALLJOURNAL_CODEC(Received)
-CALLJOURNAL_CODEC(Forwarded)
+CALLJOURNAL_CALL_KINDS(CALLJOURNAL_CODEC)

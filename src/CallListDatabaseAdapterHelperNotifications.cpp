@@ -28,26 +28,10 @@ std::string CallListDatabaseAdapterHelper::obsReqMissedCallsCountUpdate(unsigned
     return message;
 }
 
-std::string CallListDatabaseAdapterHelper::obsReqMissedCallsUpdate(const MissedCallItem& item,
-                                                                   std::string uniqueIdToDelete,
-                                                                   JournalServiceObserverIfc::ActionType action) {
-    return entryUpdate(item, uniqueIdToDelete, action);
-}
+#define CALLJOURNAL_UPDATE(Kind, word)                                                                            \
+    std::string CallListDatabaseAdapterHelper::obsReq##Kind##CallsUpdate(                                         \
+        const Kind##CallItem& item, std::string uniqueIdToDelete, JournalServiceObserverIfc::ActionType action) { \
+        return entryUpdate(item, uniqueIdToDelete, action);                                                       \
+    }
 
-std::string CallListDatabaseAdapterHelper::obsReqDialledCallsUpdate(const DialledCallItem& item,
-                                                                    std::string uniqueIdToDelete,
-                                                                    JournalServiceObserverIfc::ActionType action) {
-    return entryUpdate(item, uniqueIdToDelete, action);
-}
-
-std::string CallListDatabaseAdapterHelper::obsReqReceivedCallsUpdate(const ReceivedCallItem& item,
-                                                                     std::string uniqueIdToDelete,
-                                                                     JournalServiceObserverIfc::ActionType action) {
-    return entryUpdate(item, uniqueIdToDelete, action);
-}
-
-std::string CallListDatabaseAdapterHelper::obsReqForwardedCallsUpdate(const ForwardedCallItem& item,
-                                                                      std::string uniqueIdToDelete,
-                                                                      JournalServiceObserverIfc::ActionType action) {
-    return entryUpdate(item, uniqueIdToDelete, action);
-}
+CALLJOURNAL_CALL_KINDS(CALLJOURNAL_UPDATE)

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "Texts.h"
+#include "CallKinds.h"
 
 namespace calljournal {
 
@@ -17,11 +17,10 @@ inline constexpr std::string_view failedResult = "failed";
 inline constexpr std::string_view callBacksSchema = "CallBacks";  ///< The host's own; a phone has none for them.
 
 /// The schemas that a store keeps entries of.
+#define CALLJOURNAL_SCHEMA(Kind, word) format::CallKind<Kind##CallItem>::schema,
 inline constexpr std::string_view storedSchemas[] = {
-    format::text::DAS_CALLLOGMISSEDCALLS,   format::text::DAS_CALLLOGDIALLEDCALLS,
-    format::text::DAS_CALLLOGRECEIVEDCALLS, format::text::DAS_CALLLOGFORWARDEDCALLS,
-    format::text::DAS_CONVERSATIONS,        callBacksSchema,
-};
+    CALLJOURNAL_CALL_KINDS(CALLJOURNAL_SCHEMA) format::text::DAS_CONVERSATIONS, callBacksSchema};
+#undef CALLJOURNAL_SCHEMA
 
 inline std::string openTag(std::string_view name) {
     return std::string("<").append(name).append(">");

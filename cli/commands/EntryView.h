@@ -30,10 +30,9 @@ inline std::string shownNumber(const CallBackCall& call) {
 }
 
 // What a call of each kind has to say beside who and when.
-std::vector<std::string> notesOn(const MissedCallItem::MissedCallInfo& call);
-std::vector<std::string> notesOn(const DialledCallItem::DialledCallInfo& call);
-std::vector<std::string> notesOn(const ReceivedCallItem::ReceivedCallInfo& call);
-std::vector<std::string> notesOn(const ForwardedCallItem::ForwardedCallInfo& call);
+#define CALLJOURNAL_NOTES(Kind, word) std::vector<std::string> notesOn(const Kind##CallItem::Kind##CallInfo& call);
+CALLJOURNAL_CALL_KINDS(CALLJOURNAL_NOTES)
+#undef CALLJOURNAL_NOTES
 std::vector<std::string> notesOn(const CallBackCall& call);
 
 template <class Item>

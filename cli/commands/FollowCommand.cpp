@@ -79,9 +79,8 @@ void print(const Change<Item>& change, const GlobalOptions& globals, std::ostrea
 
 void followEntries(const Filter& filter, Session& session, const GlobalOptions& globals, std::ostream& out) {
     const InterruptHandler handler;
-    std::tuple<std::deque<MissedCallItem>, std::deque<DialledCallItem>, std::deque<ReceivedCallItem>,
-               std::deque<ForwardedCallItem>>
-        logs;
+#define CALLJOURNAL_LIST(Kind, word) std::deque<Kind##CallItem>,
+    std::tuple<CALLJOURNAL_CALL_KINDS(CALLJOURNAL_LIST) std::deque<StoredCallBack>> logs;
     // Reads the logs again and hands what they were and are to `use`.
     const auto look = [&](const auto& use) {
         forEachCallLog([&](auto type) {

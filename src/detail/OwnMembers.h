@@ -1,9 +1,6 @@
 #pragma once
 
-#include "DialledCallItem.h"
-#include "ForwardedCallItem.h"
-#include "MissedCallItem.h"
-#include "ReceivedCallItem.h"
+#include "../format/CallKinds.h"
 
 namespace calljournal::detail {
 
@@ -22,24 +19,13 @@ struct OwnMembers<CallItemWithPicture> {
     static constexpr auto pictureClip = &CallItemWithPicture::pictureClip_;
 };
 
-template <>
-struct OwnMembers<MissedCallItem> {
-    static constexpr auto calls = &MissedCallItem::missedCallInfoList_;
-};
+#define CALLJOURNAL_OWN_MEMBERS(Kind, word)                                 \
+    template <>                                                             \
+    struct OwnMembers<Kind##CallItem> {                                     \
+        static constexpr auto calls = &Kind##CallItem::word##CallInfoList_; \
+    };
 
-template <>
-struct OwnMembers<DialledCallItem> {
-    static constexpr auto calls = &DialledCallItem::dialledCallInfoList_;
-};
-
-template <>
-struct OwnMembers<ReceivedCallItem> {
-    static constexpr auto calls = &ReceivedCallItem::receivedCallInfoList_;
-};
-
-template <>
-struct OwnMembers<ForwardedCallItem> {
-    static constexpr auto calls = &ForwardedCallItem::forwardedCallInfoList_;
-};
+CALLJOURNAL_CALL_KINDS(CALLJOURNAL_OWN_MEMBERS)
+#undef CALLJOURNAL_OWN_MEMBERS
 
 }  // namespace calljournal::detail

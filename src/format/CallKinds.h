@@ -223,3 +223,11 @@ struct CallKind<ForwardedCallItem> {
 };
 
 }  // namespace calljournal::format
+
+/// Every kind of call, in the order in which people list them. KIND(Missed, missed) stands for MissedCallItem and all
+/// that is named after it; its second word is what people call the kind.
+#define CALLJOURNAL_CALL_KINDS(KIND) \
+    KIND(Missed, missed)             \
+    KIND(Dialled, dialled)           \
+    KIND(Received, received)         \
+    KIND(Forwarded, forwarded)
