@@ -4,11 +4,68 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <unordered_map>
 #include <utility>
 
 namespace calljournal {
 
+/// The names of column tables, for looking them up.
+class ColumnIndex {
+public:
+    /// A column of a known header.
+    struct Place {
+        std::size_t header;
+        std::size_t column;
+    };
+    using Places = std::vector<Place>;
+
+    /// Adds a table, which has to live as long. What was there before counts more.
+    void add(const ColumnTable& table) {
+        for (const KnownHeader& header : table.headers) {
+            for (std::size_t column = 0; column < header.columns.size(); ++column) {
+                places_[header.columns[column].key].push_back({headers_.size(), column});
+            }
+            headers_.push_back(&header);
+        }
+        addWords(phoneTypes_, table.phoneTypes);
+        addWords(addressTypes_, table.addressTypes);
+    }
+
+    const std::vector<const KnownHeader*>& headers() const { return headers_; }
+
+    /// Returns all columns of that name, or null.
+    const Places* placesOf(const std::string& name) const {
+        const auto found = places_.find(nameKey(name));
+        return found == places_.end() ? nullptr : &found->second;
+    }
+
+    std::optional<FieldKind> phoneType(std::string_view word) const { return kindIn(phoneTypes_, word); }
+    std::optional<FieldKind> addressType(std::string_view word) const { return kindIn(addressTypes_, word); }
+
+private:
+    using Words = std::unordered_map<std::string, FieldKind>;
+
+    static void addWords(Words& words, const std::vector<NamedKind>& rows) {
+        for (const NamedKind& row : rows) {
+            words.emplace(row.key, row.kind);
+        }
+    }
+
+    static std::optional<FieldKind> kindIn(const Words& words, std::string_view word) {
+        const auto found = words.find(nameKey(word));
+        return found == words.end() ? std::nullopt : std::optional<FieldKind>(found->second);
+    }
+
+    std::vector<const KnownHeader*> headers_;
+    std::unordered_map<std::string, Places> places_;
+    Words phoneTypes_;
+    Words addressTypes_;
+};
+
 namespace {
+
+using Place = ColumnIndex::Place;
+using Places = ColumnIndex::Places;
 
 /// Larger files are not lists of columns.
 constexpr std::streamsize largestColumnsFile = 16 << 20;
@@ -24,22 +81,11 @@ std::string readColumnsFile(const std::string& path) {
     return text;
 }
 
-void addWords(std::unordered_map<std::string, FieldKind>& words, const std::vector<NamedKind>& rows) {
-    for (const NamedKind& row : rows) {
-        words.emplace(row.key, row.kind);
-    }
-}
-
-std::optional<FieldKind> kindIn(const std::unordered_map<std::string, FieldKind>& words, std::string_view word) {
-    const auto found = words.find(nameKey(word));
-    return found == words.end() ? std::nullopt : std::optional<FieldKind>(found->second);
-}
-
 /// That of the built-in table, which is made once.
-const ColumnIndex& builtInIndex() {
-    static const ColumnIndex index = [] {
-        ColumnIndex made;
-        made.add(builtInColumnTable());
+std::shared_ptr<const ColumnIndex> builtInIndex() {
+    static const std::shared_ptr<const ColumnIndex> index = [] {
+        auto made = std::make_shared<ColumnIndex>();
+        made->add(builtInColumnTable());
         return made;
     }();
     return index;
@@ -71,53 +117,9 @@ private:
     std::vector<std::size_t> taken_;  ///< Of those with a name that occurs more than once.
 };
 
-}  // namespace
-
-void ColumnIndex::add(const ColumnTable& table) {
-    for (const KnownHeader& header : table.headers) {
-        for (std::size_t column = 0; column < header.columns.size(); ++column) {
-            places_[header.columns[column].key].push_back({headers_.size(), column});
-        }
-        headers_.push_back(&header);
-    }
-    addWords(phoneTypes_, table.phoneTypes);
-    addWords(addressTypes_, table.addressTypes);
-}
-
-const ColumnIndex::Places* ColumnIndex::placesOf(const std::string& name) const {
-    const auto found = places_.find(nameKey(name));
-    return found == places_.end() ? nullptr : &found->second;
-}
-
-std::optional<FieldKind> ColumnIndex::phoneType(std::string_view word) const {
-    return kindIn(phoneTypes_, word);
-}
-
-std::optional<FieldKind> ColumnIndex::addressType(std::string_view word) const {
-    return kindIn(addressTypes_, word);
-}
-
-ColumnFinder::ColumnFinder(const ReadingOptions& options) : index_(&builtInIndex()) {
-    if (!options.columnsFile.empty()) {
-        own_ = readColumnTable(readColumnsFile(options.columnsFile), options.columnsFile);
-        ownIndex_.add(own_);
-        ownIndex_.add(builtInColumnTable());
-        index_ = &ownIndex_;
-    }
-    for (const ColumnMapping& mapping : options.mappings) {
-        mappings_.insert({nameKey(mapping.name), {mapping.name, mapping.kind}});
-    }
-}
-
-std::vector<const ColumnFinder::Places*> ColumnFinder::placesOf(const std::vector<std::string>& names) const {
-    std::vector<const Places*> all(names.size());
-    std::transform(names.begin(), names.end(), all.begin(),
-                   [this](const std::string& name) { return index_->placesOf(name); });
-    return all;
-}
-
-std::vector<std::size_t> ColumnFinder::ranking(const std::vector<const Places*>& places) const {
-    const std::vector<const KnownHeader*>& headers = index_->headers();
+/// The headers that know a column at all, the best one first; the first `ownCount` are the user's.
+std::vector<std::size_t> ranking(const std::vector<const KnownHeader*>& headers, std::size_t ownCount,
+                                 const std::vector<const Places*>& places) {
     std::vector<std::size_t> score(headers.size());
     std::unordered_map<const Places*, std::size_t> seen;
     for (const Places* const all : places) {
@@ -138,8 +140,8 @@ std::vector<std::size_t> ColumnFinder::ranking(const std::vector<const Places*>&
         }
     }
     std::stable_sort(best.begin(), best.end(), [&](std::size_t a, std::size_t b) {
-        const bool isOwnA = a < own_.headers.size();
-        const bool isOwnB = b < own_.headers.size();
+        const bool isOwnA = a < ownCount;
+        const bool isOwnB = b < ownCount;
         if (isOwnA != isOwnB) {
             return isOwnA;
         }
@@ -148,10 +150,52 @@ std::vector<std::size_t> ColumnFinder::ranking(const std::vector<const Places*>&
     return best;
 }
 
+/// The header that speaks about a name: of all that know it the one that is most like the file's.
+std::size_t bestHeader(const Places& places, const std::vector<std::size_t>& rank) {
+    return std::min_element(places.begin(), places.end(),
+                            [&](const Place& a, const Place& b) { return rank[a.header] < rank[b.header]; })
+        ->header;
+}
+
+std::vector<std::size_t> placesIn(std::size_t header, const Places& places) {
+    std::vector<std::size_t> columns;
+    for (const Place& place : places) {
+        if (place.header == header) {
+            columns.push_back(place.column);
+        }
+    }
+    return columns;
+}
+
+}  // namespace
+
+ColumnFinder::ColumnFinder(const ReadingOptions& options) : index_(builtInIndex()) {
+    if (!options.columnsFile.empty()) {
+        own_ = readColumnTable(readColumnsFile(options.columnsFile), options.columnsFile);
+        const auto index = std::make_shared<ColumnIndex>();
+        index->add(own_);
+        index->add(builtInColumnTable());
+        index_ = index;
+    }
+    for (const ColumnMapping& mapping : options.mappings) {
+        mappings_.emplace(nameKey(mapping.name), mapping);
+    }
+}
+
+std::optional<FieldKind> ColumnFinder::phoneType(std::string_view word) const {
+    return index_->phoneType(word);
+}
+
+std::optional<FieldKind> ColumnFinder::addressType(std::string_view word) const {
+    return index_->addressType(word);
+}
+
 FoundColumns ColumnFinder::find(const std::vector<std::string>& names) const {
     const std::vector<const KnownHeader*>& headers = index_->headers();
-    const std::vector<const Places*> places = placesOf(names);
-    const std::vector<std::size_t> best = ranking(places);
+    std::vector<const Places*> places(names.size());
+    std::transform(names.begin(), names.end(), places.begin(),
+                   [this](const std::string& name) { return index_->placesOf(name); });
+    const std::vector<std::size_t> best = ranking(headers, own_.headers.size(), places);
     std::vector<std::size_t> rank(headers.size());
     for (std::size_t i = 0; i < best.size(); ++i) {
         rank[best[i]] = i;
@@ -180,23 +224,6 @@ FoundColumns ColumnFinder::find(const std::vector<std::string>& names) const {
         found.useful += column.kind != FieldKind::other ? 1 : 0;
     }
     return found;
-}
-
-/// The header that speaks about a name: of all that know it the one that is most like the file's.
-std::size_t ColumnFinder::bestHeader(const Places& places, const std::vector<std::size_t>& rank) {
-    return std::min_element(places.begin(), places.end(),
-                            [&](const Place& a, const Place& b) { return rank[a.header] < rank[b.header]; })
-        ->header;
-}
-
-std::vector<std::size_t> ColumnFinder::placesIn(std::size_t header, const Places& places) {
-    std::vector<std::size_t> columns;
-    for (const Place& place : places) {
-        if (place.header == header) {
-            columns.push_back(place.column);
-        }
-    }
-    return columns;
 }
 
 void ColumnFinder::applyMappings(FoundColumns& found) const {
