@@ -3,40 +3,12 @@
 #include <cstddef>
 #include <iosfwd>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
-
-struct UConverter;
 
 namespace calljournal {
 
-/// Turns bytes of a character set, which come piece by piece, into UTF-8. What is no character becomes U+FFFD.
-class Transcoder {
-public:
-    /// Throws AddressBookError for a name that ICU does not know.
-    explicit Transcoder(const std::string& charset);
-
-    /// Appends what `piece` is to `text`; a character at its end may wait for the next piece, unless it is the last
-    /// one.
-    void convert(std::string_view piece, bool isLast, std::string& text);
-
-private:
-    struct Closer {
-        void operator()(UConverter* converter) const;
-    };
-    using Converter = std::unique_ptr<UConverter, Closer>;
-
-    static Converter open(const std::string& charset);
-
-    Converter from_;
-    Converter to_;
-    std::vector<char16_t> pivot_;
-    char16_t* pivotSource_;
-    char16_t* pivotTarget_;
-    bool isFirst_ = true;
-};
+class Transcoder;
 
 /// Reads bytes of any character set and gives them as UTF-8, piece by piece.
 class TextStream {
@@ -53,7 +25,7 @@ public:
 
 private:
     std::istream& bytes_;
-    std::optional<Transcoder> transcoder_;
+    std::shared_ptr<Transcoder> transcoder_;  ///< Null for bytes that are taken as they are.
     std::string piece_;
     bool isAtEnd_ = false;
     std::size_t bytesRead_ = 0;
