@@ -28,10 +28,6 @@ constexpr std::size_t fieldOf(TextMember member) {
 constexpr std::size_t address1 = fieldOf(&Contact::address1);
 constexpr std::size_t address2 = fieldOf(&Contact::address2);
 
-bool isAddress(std::size_t field) {
-    return field == address1 || field == address2;
-}
-
 /// A field and one source that may fill it if it is still empty. The rows are tried in order.
 struct Choice {
     constexpr Choice(TextMember member, FieldKind from) : field(fieldOf(member)), kind(from) {}
@@ -99,10 +95,6 @@ bool isLineEnd(char c) {
     return c == '\n' || c == '\r';
 }
 
-bool hasLineEnd(const std::string& text) {
-    return std::any_of(text.begin(), text.end(), isLineEnd);
-}
-
 /// Puts `separator` where lines end, and nothing at either end; a comma that was there already counts.
 std::string inOneLine(const std::string& text, std::string_view separator) {
     std::string line;
@@ -129,14 +121,17 @@ public:
         mapped_.taken.clear();
         mapped_.remarks.clear();
         mapped_.isUsed.assign(record.values.size(), false);
-        findFirst();
+        first_.fill(none);
+        for (std::size_t i = record.values.size(); i-- != 0;) {
+            first_[static_cast<std::size_t>(record.values[i].kind)] = i;
+        }
     }
 
     void map() {
-        choose(std::begin(importersChoices), std::end(importersChoices));
-        choose(std::begin(furtherChoices), std::end(furtherChoices));
+        choose(importersChoices);
+        choose(furtherChoices);
         if (mapped_.contact.lastName.empty() && mapped_.contact.firstName.empty()) {
-            choose(std::begin(nameChoices), std::end(nameChoices));
+            choose(nameChoices);
         }
         chooseAddress();
         for (std::size_t field = 0; field < fieldCount; ++field) {
@@ -148,14 +143,6 @@ public:
 
 private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
-
-    /// Most records have each kind once, or not at all; looking for one is then a look into a table.
-    void findFirst() {
-        first_.fill(none);
-        for (std::size_t i = record_.values.size(); i-- != 0;) {
-            first_[static_cast<std::size_t>(record_.values[i].kind)] = i;
-        }
-    }
 
     /// The first value of that kind that nothing has taken yet and that has a text.
     std::size_t find(FieldKind kind) const {
@@ -175,12 +162,13 @@ private:
 
     std::string& textOf(std::size_t field) { return mapped_.contact.*contactTexts[field].member; }
 
-    void choose(const Choice* choice, const Choice* end) {
-        for (; choice != end; ++choice) {
-            std::string& target = textOf(choice->field);
-            const std::size_t found = target.empty() ? find(choice->kind) : none;
+    template <std::size_t count>
+    void choose(const Choice (&choices)[count]) {
+        for (const Choice& choice : choices) {
+            std::string& target = textOf(choice.field);
+            const std::size_t found = target.empty() ? find(choice.kind) : none;
             if (found != none) {
-                take(found, choice->field, target);
+                take(found, choice.field, target);
             }
         }
     }
@@ -192,8 +180,8 @@ private:
         mapped_.taken.push_back({contactTexts[field].name, value.source});
         sources_[field] = value.source;
         text.assign(value.text);
-        if (hasLineEnd(text)) {
-            text = inOneLine(text, isAddress(field) ? ", " : " ");
+        if (std::any_of(text.begin(), text.end(), isLineEnd)) {
+            text = inOneLine(text, field == address1 || field == address2 ? ", " : " ");
             remark(Remark::changed, value.source, "its lines were joined into one");
         }
         if (isNumber(contactTexts[field].member)) {
@@ -213,7 +201,7 @@ private:
     }
 
     void chooseAddress() {
-        choose(std::begin(ownAddress), std::end(ownAddress));
+        choose(ownAddress);
         if (!mapped_.contact.address1.empty() || !mapped_.contact.address2.empty()) {
             return;
         }
@@ -311,6 +299,7 @@ private:
     const AddressRecord& record_;
     const NumberWriter& numbers_;
     MappedContact& mapped_;
+    /// Of each kind. Most records have each once, or not at all; looking for one is then a look into a table.
     std::array<std::size_t, fieldKindCount> first_;
     std::array<std::string_view, fieldCount> sources_;  ///< Of each field's text.
 };

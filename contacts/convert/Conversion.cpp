@@ -73,7 +73,9 @@ void Conversion::run() {
     table_.reset();
     findNear();
     write();
-    reportLimit();
+    if (limit_ != 0 && contacts_ > limit_ - options_.existing) {
+        report_.limit({limit_, options_.existing, contacts_, counts_.contacts, files().size(), options_.cut});
+    }
 }
 
 void Conversion::readBook(std::size_t file) {
@@ -215,12 +217,6 @@ void Conversion::write() {
         report_.progress(place, firstPass_);
     }
     files_.finish();
-}
-
-void Conversion::reportLimit() {
-    if (limit_ != 0 && contacts_ > limit_ - options_.existing) {
-        report_.limit({limit_, options_.existing, contacts_, counts_.contacts, files().size(), options_.cut});
-    }
 }
 
 }  // namespace calljournal

@@ -134,7 +134,6 @@ private:
     std::uint64_t rootOf(std::uint64_t place) const;
     void readCurrent(std::uint64_t place, SpooledContact& contact);
     void write();
-    void reportLimit();
 
     const ConversionOptions options_;
     const unsigned limit_;

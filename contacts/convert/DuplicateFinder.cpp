@@ -25,14 +25,10 @@ constexpr std::size_t largestGroup = 4096;
 /// With how many of those that share something, in the order of names, a contact is compared.
 constexpr std::ptrdiff_t neighbours = 8;
 
-/// What the rules of Unicode come to for a text in ASCII.
-std::string foldedAscii(std::string_view text) {
-    return lowerCase(trimmed(text, " \t\n\v\f\r\x1c\x1d\x1e\x1f"));
-}
-
 std::string folded(const std::string& text) {
     if (isAscii(text)) {
-        return foldedAscii(text);
+        // What the rules of Unicode come to.
+        return lowerCase(trimmed(text, " \t\n\v\f\r\x1c\x1d\x1e\x1f"));
     }
     std::string result;
     icu::UnicodeString::fromUTF8(text).foldCase().trim().toUTF8String(result);
@@ -90,7 +86,13 @@ Likeness compareNames(const std::string& a, const std::string& b) {
     return a.empty() || b.empty() || isInitial(a, b) || isInitial(b, a) ? Likeness::possible : Likeness::different;
 }
 
-}  // namespace
+/// What names are compared by: their case and the blanks around them say nothing.
+struct FoldedName {
+    std::string first;
+    std::string last;
+    std::string company;
+    bool isNameless;
+};
 
 FoldedName foldedName(const Contact& contact) {
     return {folded(contact.firstName), folded(contact.lastName), folded(contact.company1), fullName(contact).empty()};
@@ -105,6 +107,59 @@ bool areNamesCompatible(const FoldedName& one, const FoldedName& other) {
     return first != Likeness::different && last != Likeness::different &&
            (first == Likeness::same || last == Likeness::same);
 }
+
+/// Something that a contact may share, as it is compared, and the hash that leads to it.
+struct Sharable {
+    std::string text;
+    std::uint64_t hash;
+};
+
+struct Member {
+    SpooledContact spooled;
+    std::uint64_t place;
+    FoldedName name;
+    std::string order;  ///< The name again, for the order in which contacts meet.
+    std::vector<Sharable> sharable;
+};
+
+std::vector<Sharable> sharableOf(const Contact& contact, const NumberWriter& dialable) {
+    std::vector<Sharable> all;
+    for (const ContactNumber& number : contactNumbers) {
+        const std::string coarse = coarseNumber(contact.*number.member);
+        if (!coarse.empty()) {
+            const std::string text = dialable(contact.*number.member).text;
+            const bool isThere =
+                std::any_of(all.begin(), all.end(), [&](const Sharable& one) { return one.text == text; });
+            if (!isThere) {
+                all.push_back({text, hashOf(coarse)});
+            }
+        }
+    }
+    if (!contact.email1.empty()) {
+        all.push_back({lowerCase(contact.email1), hashOf(coarseMail(contact.email1))});
+    }
+    return all;
+}
+
+bool addNumber(Contact& contact, std::string Contact::*member, const std::string& number,
+               const NumberWriter& dialable) {
+    const std::string dialled = dialable(number).text;
+    const bool isThere = std::any_of(std::begin(contactNumbers), std::end(contactNumbers),
+                                     [&](const auto& own) { return dialable(contact.*own.member).text == dialled; });
+    if (number.empty() || isThere) {
+        return true;
+    }
+    const bool isBusiness = member == &Contact::business1 || member == &Contact::business2;
+    const auto places = isBusiness ? std::array{&Contact::business1, &Contact::business2} : std::array{member, member};
+    const auto free = std::find_if(places.begin(), places.end(), [&](auto place) { return (contact.*place).empty(); });
+    if (free == places.end()) {
+        return false;
+    }
+    contact.** free = number;
+    return true;
+}
+
+}  // namespace
 
 bool areNamesCompatible(const Contact& one, const Contact& other) {
     return areNamesCompatible(foldedName(one), foldedName(other));
@@ -128,25 +183,6 @@ void DuplicateFinder::note(std::uint64_t hash, std::uint64_t place) {
     keys_.add({reinterpret_cast<const char*>(&entry), sizeof entry});
 }
 
-std::vector<DuplicateFinder::Sharable> DuplicateFinder::sharableOf(const Contact& contact) const {
-    std::vector<Sharable> all;
-    for (const ContactNumber& number : contactNumbers) {
-        const std::string coarse = coarseNumber(contact.*number.member);
-        if (!coarse.empty()) {
-            const std::string text = dialable_(contact.*number.member).text;
-            const bool isThere =
-                std::any_of(all.begin(), all.end(), [&](const Sharable& one) { return one.text == text; });
-            if (!isThere) {
-                all.push_back({text, hashOf(coarse)});
-            }
-        }
-    }
-    if (!contact.email1.empty()) {
-        all.push_back({lowerCase(contact.email1), hashOf(coarseMail(contact.email1))});
-    }
-    return all;
-}
-
 std::vector<DuplicateFinder::Key> DuplicateFinder::keysOfPart(std::size_t part, std::size_t parts) {
     std::vector<Key> keys;
     for (std::uint64_t at = 0; at != keys_.size(); at += sizeof(Key)) {
@@ -156,11 +192,9 @@ std::vector<DuplicateFinder::Key> DuplicateFinder::keysOfPart(std::size_t part, 
             keys.push_back(key);
         }
     }
-    const auto order = [](const Key& a, const Key& b) {
-        return a.hash != b.hash ? a.hash < b.hash : a.place < b.place;
-    };
-    const auto isSame = [](const Key& a, const Key& b) { return a.hash == b.hash && a.place == b.place; };
-    std::sort(keys.begin(), keys.end(), order);
+    const auto both = [](const Key& key) { return std::tie(key.hash, key.place); };
+    std::sort(keys.begin(), keys.end(), [&](const Key& a, const Key& b) { return both(a) < both(b); });
+    const auto isSame = [&](const Key& a, const Key& b) { return both(a) == both(b); };
     keys.erase(std::unique(keys.begin(), keys.end(), isSame), keys.end());
     return keys;
 }
@@ -184,7 +218,11 @@ void DuplicateFinder::find(ContactSpool& spool, const std::function<void(const N
     }
 }
 
-std::vector<DuplicateFinder::Member> DuplicateFinder::membersOf(ContactSpool& spool, const Key* begin, const Key* end) {
+void DuplicateFinder::lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Report& report) const {
+    struct Candidate {
+        const std::string* shared;
+        const Member* member;
+    };
     std::vector<Member> members(static_cast<std::size_t>(end - begin));
     for (Member& member : members) {
         member.place = begin[&member - members.data()].place;
@@ -192,15 +230,6 @@ std::vector<DuplicateFinder::Member> DuplicateFinder::membersOf(ContactSpool& sp
         member.name = foldedName(member.spooled.contact);
         member.order = member.name.last + ' ' + member.name.first;
     }
-    return members;
-}
-
-void DuplicateFinder::lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Report& report) const {
-    struct Candidate {
-        const std::string* shared;
-        const Member* member;
-    };
-    std::vector<Member> members = membersOf(spool, begin, end);
     const auto isNearByName = [&](const Member& one) {
         return std::any_of<const Member*>(
             members.data(), &one, [&](const Member& other) { return areNamesCompatible(one.name, other.name); });
@@ -211,7 +240,7 @@ void DuplicateFinder::lookAt(ContactSpool& spool, const Key* begin, const Key* e
     }
     std::vector<Candidate> candidates;
     for (Member& member : members) {
-        member.sharable = sharableOf(member.spooled.contact);
+        member.sharable = sharableOf(member.spooled.contact, dialable_);
         for (const Sharable& sharable : member.sharable) {
             if (sharable.hash == begin->hash) {
                 candidates.push_back({&sharable.text, &member});
@@ -252,7 +281,7 @@ std::optional<Contact> DuplicateFinder::merged(const Contact& one, const Contact
         const std::string& its = other.*text.member;
         bool fits = true;
         if (isNumber(text.member)) {
-            fits = addNumber(both, text.member, its);
+            fits = addNumber(both, text.member, its, dialable_);
         } else if (own.empty() || isLonger(text.member, own, its)) {
             own = its;
         } else {
@@ -265,23 +294,6 @@ std::optional<Contact> DuplicateFinder::merged(const Contact& one, const Contact
     }
     both.defaultDial = format::derivedDefaultDial(both);
     return both;
-}
-
-bool DuplicateFinder::addNumber(Contact& contact, std::string Contact::*member, const std::string& number) const {
-    const std::string dialled = dialable_(number).text;
-    const bool isThere = std::any_of(std::begin(contactNumbers), std::end(contactNumbers),
-                                     [&](const auto& own) { return dialable_(contact.*own.member).text == dialled; });
-    if (number.empty() || isThere) {
-        return true;
-    }
-    const bool isBusiness = member == &Contact::business1 || member == &Contact::business2;
-    const auto places = isBusiness ? std::array{&Contact::business1, &Contact::business2} : std::array{member, member};
-    const auto free = std::find_if(places.begin(), places.end(), [&](auto place) { return (contact.*place).empty(); });
-    if (free == places.end()) {
-        return false;
-    }
-    contact.** free = number;
-    return true;
 }
 
 }  // namespace calljournal

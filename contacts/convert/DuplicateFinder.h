@@ -21,14 +21,6 @@ struct NearPair {
     std::string shared;  ///< The number, ready to dial, or the mail address.
 };
 
-/// What names are compared by: their case and the blanks around them say nothing.
-struct FoldedName {
-    std::string first;
-    std::string last;
-    std::string company;
-    bool isNameless;
-};
-
 /// Finds such contacts among those of a spool, in memory that does not grow with them: what they might share is kept on
 /// disk and looked through part by part.
 class DuplicateFinder {
@@ -67,37 +59,19 @@ private:
 
         std::vector<bool> isThere_ = std::vector<bool>(2 * size);  ///< For each hash: once, twice.
     };
-    /// Something that a contact may share, as it is compared, and the hash that leads to it.
-    struct Sharable {
-        std::string text;
-        std::uint64_t hash;
-    };
-    struct Member {
-        SpooledContact spooled;
-        std::uint64_t place;
-        FoldedName name;
-        std::string order;  ///< The name again, for the order in which contacts meet.
-        std::vector<Sharable> sharable;
-    };
     typedef std::function<void(const NearPair&)> Report;
 
     void note(std::uint64_t hash, std::uint64_t place);
     std::vector<Key> keysOfPart(std::size_t part, std::size_t parts);
     void lookAt(ContactSpool& spool, const Key* begin, const Key* end, const Report& report) const;
-    static std::vector<Member> membersOf(ContactSpool& spool, const Key* begin, const Key* end);
-    std::vector<Sharable> sharableOf(const Contact& contact) const;
-    bool addNumber(Contact& contact, std::string Contact::*member, const std::string& number) const;
 
     NumberWriter dialable_;
     SpoolFile keys_;
     Repeated repeated_;  ///< Hashes of keys_: nearly all come once and lead nowhere.
 };
 
-FoldedName foldedName(const Contact& contact);
-
 /// Returns whether two names may be those of one person: one of the parts is there in both and the same but for case, and
 /// the other is the same, missing or an initial. Without any names the companies have to be the same.
-bool areNamesCompatible(const FoldedName& one, const FoldedName& other);
 bool areNamesCompatible(const Contact& one, const Contact& other);
 
 }  // namespace calljournal

@@ -19,8 +19,6 @@ constexpr char sample[] = "1";
 
 }  // namespace
 
-ImportCheck::ImportCheck(unsigned existingContacts) : ImportReplay(existingContacts) {}
-
 void ImportCheck::recordTaken(const Contact* contact) {
     if (isHeader()) {
         learnColumns();
@@ -51,19 +49,15 @@ Contact ImportCheck::contactOf(std::vector<std::string>& columns) {
     return contact;
 }
 
-/// The columns of the current record before the length limit cuts them.
-std::vector<std::string> ImportCheck::wholeColumns() const {
-    const boost::tokenizer<Separator> pieces(line, separator);
-    return std::vector<std::string>(pieces.begin(), pieces.end());
-}
-
 void ImportCheck::lookAtRecord(const Contact* contact) {
     if (contact == nullptr) {
         note(noContact_, lines());
     } else {
         ++contactCount_;
     }
-    const std::vector<std::string> whole = wholeColumns();
+    // The columns before the length limit cuts them.
+    const boost::tokenizer<Separator> pieces(line, separator);
+    const std::vector<std::string> whole(pieces.begin(), pieces.end());
     const std::size_t count = std::min(columns_.size(), tokens.size());
     for (std::size_t index = 0; index < count; ++index) {
         if (tokens[index].empty()) {

@@ -12,7 +12,7 @@ namespace calljournal {
 /// or left behind, lone quotes, a mail column without mail.
 class ImportCheck : public ImportReplay {
 public:
-    explicit ImportCheck(unsigned existingContacts);
+    using ImportReplay::ImportReplay;
 
     /// Returns what was noted: the layout, then a line for each kind of finding with the first places and the number of
     /// all. Empty for a file without a layout.
@@ -42,7 +42,6 @@ private:
 
     void learnColumns();
     Contact contactOf(std::vector<std::string>& columns);
-    std::vector<std::string> wholeColumns() const;
     void lookAtRecord(const Contact* contact);
     void lookAtText(std::size_t index, const std::string& whole);
     void lookForLoss(std::size_t index, const Contact* contact);

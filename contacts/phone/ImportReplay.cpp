@@ -39,33 +39,43 @@ std::uint64_t positionIn(std::ifstream& file) {
     return position < 0 ? 0 : static_cast<std::uint64_t>(position);
 }
 
+/// Counts the physical lines of a file between two places that are asked for in ascending order.
+class PhysicalLines {
+public:
+    explicit PhysicalLines(const std::string& path) : file_(path, std::ios::binary) {}
+
+    /// Returns how many lines begin in the bytes from `begin` up to `end`.
+    std::size_t between(std::uint64_t begin, std::uint64_t end) {
+        if (begin >= end) {
+            return 0;
+        }
+        std::size_t count = 0;
+        char last = '\n';
+        std::array<char, 8192> buffer;
+        file_.clear();
+        file_.seekg(static_cast<std::streamoff>(begin));
+        while (begin < end) {
+            const std::uint64_t wanted = std::min<std::uint64_t>(end - begin, buffer.size());
+            file_.read(buffer.data(), static_cast<std::streamsize>(wanted));
+            const std::streamsize got = file_.gcount();
+            if (got <= 0) {
+                break;
+            }
+            count += static_cast<std::size_t>(std::count(buffer.data(), buffer.data() + got, '\n'));
+            last = buffer[static_cast<std::size_t>(got) - 1];
+            begin += static_cast<std::uint64_t>(got);
+        }
+        return count + (last == '\n' ? 0 : 1);
+    }
+
+private:
+    std::ifstream file_;
+};
+
 }  // namespace
 
 Sentence quoted(const std::string& text) {
     return "\"" + Sentence::fromFile(text) + "\"";
-}
-
-std::size_t PhysicalLines::between(std::uint64_t begin, std::uint64_t end) {
-    if (begin >= end) {
-        return 0;
-    }
-    std::size_t count = 0;
-    char last = '\n';
-    std::array<char, 8192> buffer;
-    file_.clear();
-    file_.seekg(static_cast<std::streamoff>(begin));
-    while (begin < end) {
-        const std::uint64_t wanted = std::min<std::uint64_t>(end - begin, buffer.size());
-        file_.read(buffer.data(), static_cast<std::streamsize>(wanted));
-        const std::streamsize got = file_.gcount();
-        if (got <= 0) {
-            break;
-        }
-        count += static_cast<std::size_t>(std::count(buffer.data(), buffer.data() + got, '\n'));
-        last = buffer[static_cast<std::size_t>(got) - 1];
-        begin += static_cast<std::uint64_t>(got);
-    }
-    return count + (last == '\n' ? 0 : 1);
 }
 
 // A file without a name cannot be opened, so the base class imports nothing and is at its start.
@@ -115,7 +125,8 @@ bool ImportReplay::readLine() try {
     return true;
 } catch (const std::exception& failure) {
     // Only a line beyond all bounds comes here: there is no memory for it.
-    addFault(CSV_FILE_ERROR, "line " + std::to_string(lastLine_ + 1) + ": cannot be read: " + failure.what());
+    faults_.push_back(
+        {CSV_FILE_ERROR, "line " + std::to_string(lastLine_ + 1) + ": cannot be read: " + failure.what()});
     return false;
 }
 
@@ -156,13 +167,14 @@ void ImportReplay::settle() {
     }
     if (!exception_.empty()) {
         const Sentence place = describeEscapeFault();
-        addFault(CSV_FILE_ERROR, place.empty() ? lines() + ": cannot be read: " + exception_ : place);
+        faults_.push_back({CSV_FILE_ERROR, place.empty() ? lines() + ": cannot be read: " + exception_ : place});
     } else if (isHeader_ && csvType != CSV_TAMBER && csvType != CSV_OUTLOOK) {
-        addFault(csvType, describeHeaderFault());
+        faults_.push_back({csvType, describeHeaderFault()});
     } else if (csvType == CSV_TAMBER || csvType == CSV_OUTLOOK) {
         recordTaken(contacts.empty() ? nullptr : &contacts.back());
     } else if (csvType != layout_) {
-        addFault(csvType, csvType == CSV_COLUMN_MISMATCH ? describeColumnFault() : describeDefaultDialFault());
+        faults_.push_back(
+            {csvType, csvType == CSV_COLUMN_MISMATCH ? describeColumnFault() : describeDefaultDialFault()});
     }
 }
 
@@ -182,12 +194,6 @@ void ImportReplay::settleLimit() {
     }
     faults_.push_back({CSV_NO_CAPACITY, sentence});
 }
-
-void ImportReplay::addFault(int outcome, const Sentence& sentence) {
-    faults_.push_back({outcome, sentence});
-}
-
-void ImportReplay::recordTaken(const Contact*) {}
 
 std::string ImportReplay::lines() const {
     return firstLine_ == lastLine_ ? "line " + std::to_string(firstLine_)

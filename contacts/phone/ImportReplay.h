@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
@@ -11,18 +10,6 @@
 #include "Sentence.h"
 
 namespace calljournal {
-
-/// Counts the physical lines of a file between two places that are asked for in ascending order.
-class PhysicalLines {
-public:
-    explicit PhysicalLines(const std::string& path) : file_(path, std::ios::binary) {}
-
-    /// Returns how many lines begin in the bytes from `begin` up to `end`.
-    std::size_t between(std::uint64_t begin, std::uint64_t end);
-
-private:
-    std::ifstream file_;
-};
 
 /// Takes the importer's own steps over a file once more, to say where and why they refuse it.
 ///
@@ -52,7 +39,7 @@ public:
 protected:
     /// Called after the header (of an accepted layout) and after each record that was taken without fault. `contact` is
     /// null for the header and for a record that gives none.
-    virtual void recordTaken(const Contact* contact);
+    virtual void recordTaken(const Contact* /*contact*/) {}
 
     /// The physical lines of the current record: "line 4" or "lines 4 to 6".
     std::string lines() const;
@@ -72,7 +59,6 @@ private:
     bool takeLine();
     void settle();
     void settleLimit();
-    void addFault(int outcome, const Sentence& sentence);
 
     void makeUtf8(std::string& name) const;
     std::size_t countColumns(const std::string& text);

@@ -131,32 +131,25 @@ private:
 }  // namespace
 
 CopyResult copyPrivately(const std::string& source, const std::string& target, const CopyOptions& options) {
-    CopyResult result;
     // A pipe that nobody writes to must not hold the opening up: what waits is the poll, which has an end.
     const Descriptor from(::open(source.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
     if (from.number() < 0 || ::fstat(from.number(), &status) != 0) {
-        result.state = CopyResult::unopened;
-        result.problem = errorText(errno);
-        return result;
+        return {CopyResult::unopened, errorText(errno)};
     }
     if (S_ISDIR(status.st_mode)) {
-        result.state = CopyResult::unopened;
-        result.problem = errorText(EISDIR);
-        return result;
+        return {CopyResult::unopened, errorText(EISDIR)};
     }
     const std::uint64_t total = S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0;
     if (total > options.mostBytes) {
-        result.state = CopyResult::stopped;
-        result.problem = "has " + sizeText(total) + "; more than " + sizeText(options.mostBytes) + " are not read";
-        return result;
+        return {CopyResult::stopped,
+                "has " + sizeText(total) + "; more than " + sizeText(options.mostBytes) + " are not read"};
     }
     const Descriptor to(::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (to.number() < 0) {
-        result.state = CopyResult::stopped;
-        result.problem = "cannot be copied to a temporary folder: " + errorText(errno);
-        return result;
+        return {CopyResult::stopped, "cannot be copied to a temporary folder: " + errorText(errno)};
     }
+    CopyResult result;
     if (!Copying(from.number(), to.number(), options, result).copy(total)) {
         result.state = CopyResult::stopped;
         ::unlink(target.c_str());
