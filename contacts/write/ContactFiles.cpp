@@ -40,6 +40,12 @@ mode_t fileMode() {
 /// The end of a temporary file's name, which makes it unique.
 constexpr std::string_view uniqueEnd = ".XXXXXX";
 
+void demandSame(const std::string& difference) {
+    if (!difference.empty()) {
+        throw ContactFilesError("internal error, nothing was written: " + difference);
+    }
+}
+
 /// Another name that is as unique and no longer.
 std::string furtherName(std::string temporary) {
     temporary[temporary.size() - uniqueEnd.size()] = '~';
@@ -144,12 +150,6 @@ void ContactFiles::close() {
     }
 }
 
-void ContactFiles::demandSame(const std::string& difference) {
-    if (!difference.empty()) {
-        throw ContactFilesError("internal error, nothing was written: " + difference);
-    }
-}
-
 /// Brings the texts to the disk before names promise them. It waits once for all files: for each on its own, a disk
 /// takes some milliseconds.
 void ContactFiles::putOnDisk() const {
@@ -174,14 +174,14 @@ void ContactFiles::finish() {
 }
 
 std::vector<std::string> ContactFiles::names() const {
-    std::vector<std::string> names = {options_.path};
-    if (temporary_.size() > 1) {
-        const fs::path path(options_.path);
-        for (std::size_t i = 0; i < temporary_.size(); ++i) {
-            names.resize(temporary_.size());
-            const std::string name = path.stem().string() + '-' + std::to_string(i + 1) + path.extension().string();
-            names[i] = (path.parent_path() / name).string();
-        }
+    if (temporary_.size() == 1) {
+        return {options_.path};
+    }
+    const fs::path path(options_.path);
+    std::vector<std::string> names;
+    for (std::size_t i = 1; i <= temporary_.size(); ++i) {
+        const std::string name = path.stem().string() + '-' + std::to_string(i) + path.extension().string();
+        names.push_back((path.parent_path() / name).string());
     }
     return names;
 }

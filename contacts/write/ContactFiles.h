@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <optional>
 #include <stdexcept>
@@ -59,12 +57,10 @@ public:
     const std::vector<std::string>& temporaryFiles() const { return temporary_; }
 
 private:
-    unsigned capacity() const { return options_.limit - options_.existing; }
-    bool isFull() const { return options_.limit != 0 && count_ == capacity(); }
+    bool isFull() const { return options_.limit != 0 && count_ == options_.limit - options_.existing; }
     void open();
     void flush();
     void close();
-    static void demandSame(const std::string& difference);
     void putOnDisk() const;
     void keepReplaced(const std::string& name, const std::string& further);
     void rename(const std::vector<std::string>& names);

@@ -32,12 +32,8 @@ void demand(bool isDone) {
 
 /// What is in front of a contact's texts.
 struct Head {
-    std::uint64_t record;
-    std::uint64_t firstLine;
-    std::uint64_t lastLine;
-    std::uint32_t file;
-    std::uint32_t identitySize;
-    std::uint64_t isJoinedAddress;
+    ContactOrigin origin;
+    std::uint64_t identitySize;
 };
 
 Head headAt(SpoolFile& file, std::uint64_t place) {
@@ -97,12 +93,7 @@ std::uint64_t ContactSpool::add(const SpooledContact& contact) {
 
 std::uint64_t ContactSpool::add(const ContactOrigin& origin, std::string_view identity) {
     const std::uint64_t place = file_.size();
-    const Head head = {origin.record,
-                       origin.firstLine,
-                       origin.lastLine,
-                       origin.file,
-                       static_cast<std::uint32_t>(identity.size()),
-                       origin.isJoinedAddress ? 1u : 0u};
+    const Head head = {origin, identity.size()};
     file_.add({reinterpret_cast<const char*>(&head), sizeof head});
     file_.add(identity);
     return place;
@@ -110,11 +101,7 @@ std::uint64_t ContactSpool::add(const ContactOrigin& origin, std::string_view id
 
 std::uint64_t ContactSpool::read(std::uint64_t place, SpooledContact& contact) {
     const Head head = headAt(file_, place);
-    contact.record = head.record;
-    contact.firstLine = head.firstLine;
-    contact.lastLine = head.lastLine;
-    contact.file = head.file;
-    contact.isJoinedAddress = head.isJoinedAddress != 0;
+    static_cast<ContactOrigin&>(contact) = head.origin;
     contact.contact.source = Contact::CSV;
     std::string_view identity = file_.read(place + sizeof head, head.identitySize);
     contact.contact.defaultDial = static_cast<unsigned char>(identity[0]);

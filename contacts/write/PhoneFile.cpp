@@ -1,7 +1,10 @@
 #include "PhoneFile.h"
 
+#include <algorithm>
+
 #include "ContactColumns.h"
 #include "Utf8.h"
+#include "Wording.h"
 
 namespace calljournal {
 
@@ -25,15 +28,9 @@ void appendEscaped(std::string& line, const std::string& text) {
 /// The importer turns two quotes side by side into an escaped one before it looks at anything else. So quotes around a
 /// column are for those without a quote inside, as other programs like them; any other column escapes what it holds.
 void appendColumn(std::string& line, const std::string& text) {
-    bool hasSeparator = false;
-    for (const char c : text) {
-        if (needsEscape(c)) {
-            appendEscaped(line, text);
-            return;
-        }
-        hasSeparator = hasSeparator || c == separator;
-    }
-    if (hasSeparator) {
+    if (std::any_of(text.begin(), text.end(), needsEscape)) {
+        appendEscaped(line, text);
+    } else if (text.find(separator) != std::string::npos) {
         line.append(1, '"').append(text).append(1, '"');
     } else {
         line += text;
@@ -43,11 +40,7 @@ void appendColumn(std::string& line, const std::string& text) {
 }  // namespace
 
 std::string phoneFileHeader() {
-    std::string header;
-    for (const std::string& name : format::tamberNames()) {
-        header.append(header.empty() ? "" : ";").append(name);
-    }
-    return header + '\n';
+    return joined(format::tamberNames(), ";") + '\n';
 }
 
 void appendPhoneLine(std::string& file, const Contact& contact) {

@@ -84,20 +84,15 @@ std::string RoundTripCheck::finish() {
 
 /// What the thread does.
 void RoundTripCheck::work() {
-    const WrittenFile* file = files_.toEmpty();
-    while (file != nullptr && isAsWritten(*file)) {
-        files_.emptied();
-        file = files_.toEmpty();
+    try {
+        while (const WrittenFile* const file = difference_.empty() ? files_.toEmpty() : nullptr) {
+            difference_ = differenceIn(*file);
+            files_.emptied();
+        }
+    } catch (...) {
+        failure_ = std::current_exception();
     }
     files_.close();
-}
-
-bool RoundTripCheck::isAsWritten(const WrittenFile& file) try {
-    difference_ = differenceIn(file);
-    return difference_.empty();
-} catch (...) {
-    failure_ = std::current_exception();
-    return false;
 }
 
 std::string RoundTripCheck::differenceIn(const WrittenFile& file) const {

@@ -48,7 +48,6 @@ private:
     };
 
     void work();
-    bool isAsWritten(const WrittenFile& file);
     std::string differenceIn(const WrittenFile& file) const;
     std::string firstDifference(const std::vector<SpooledContact>& written, const std::vector<Contact>& read) const;
 

@@ -1,7 +1,5 @@
 #include "VCard.h"
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <vector>
 
@@ -72,26 +70,16 @@ struct Place {
 /// The Outlook layout joins what there is of city, postal code and country by colons, and drops those in front. Other
 /// texts are nobody's business: they go where a reader looks first.
 Place placeOf(const Contact& contact, int csvType) {
-    const std::vector<std::string_view> parts = split(contact.address2, ':');
-    if (parts.size() == 3) {
-        return {parts[0], parts[1], parts[2]};
+    std::vector<std::string_view> parts = split(contact.address2, ':');
+    if (csvType == CSV_OUTLOOK && parts.size() < 3) {
+        parts.insert(parts.begin(), 3 - parts.size(), std::string_view());
     }
-    if (csvType == CSV_OUTLOOK && parts.size() == 2) {
-        return {{}, parts[0], parts[1]};
-    }
-    if (csvType == CSV_OUTLOOK && parts.size() == 1) {
-        return {{}, {}, parts[0]};
-    }
-    return {contact.address2, {}, {}};
-}
-
-void addLine(std::string& card, const std::string& line) {
-    card += foldedLine(line);
+    return parts.size() == 3 ? Place{parts[0], parts[1], parts[2]} : Place{contact.address2, {}, {}};
 }
 
 void addText(std::string& card, const std::string& property, const std::string& text) {
     if (!text.empty()) {
-        addLine(card, property + ':' + escaped(text));
+        card += foldedLine(property + ':' + escaped(text));
     }
 }
 
@@ -119,8 +107,8 @@ void addAddress(std::string& card, const Contact& contact, int csvType) {
     }
     const Place place = placeOf(contact, csvType);
     // Post office box, extension, street, city, region, postal code, country.
-    addLine(card, "ADR;TYPE=work:;;" + escapedComponent(contact.address1) + ';' + escapedComponent(place.city) + ";;" +
-                      escapedComponent(place.postalCode) + ';' + escapedComponent(place.country));
+    card += foldedLine("ADR;TYPE=work:;;" + escapedComponent(contact.address1) + ';' + escapedComponent(place.city) +
+                       ";;" + escapedComponent(place.postalCode) + ';' + escapedComponent(place.country));
 }
 
 }  // namespace
@@ -139,20 +127,21 @@ std::string foldedLine(std::string_view line) {
 
 std::string toVCard(const Contact& contact, int csvType) {
     std::string card;
-    addLine(card, "BEGIN:VCARD");
-    addLine(card, "VERSION:4.0");
-    addLine(card, "FN:" + escaped(formattedName(contact)));
+    card += foldedLine("BEGIN:VCARD");
+    card += foldedLine("VERSION:4.0");
+    card += foldedLine("FN:" + escaped(formattedName(contact)));
     if (!contact.lastName.empty() || !contact.firstName.empty()) {
-        addLine(card, "N:" + escapedComponent(contact.lastName) + ';' + escapedComponent(contact.firstName) + ";;;");
+        card +=
+            foldedLine("N:" + escapedComponent(contact.lastName) + ';' + escapedComponent(contact.firstName) + ";;;");
     }
     if (!contact.company1.empty()) {
-        addLine(card, "ORG:" + escapedComponent(contact.company1));
+        card += foldedLine("ORG:" + escapedComponent(contact.company1));
     }
     addText(card, "TITLE", contact.position);
     addNumbers(card, contact);
     addText(card, "EMAIL", contact.email1);
     addAddress(card, contact, csvType);
-    addLine(card, "END:VCARD");
+    card += foldedLine("END:VCARD");
     return card;
 }
 
