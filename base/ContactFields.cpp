@@ -11,12 +11,9 @@ std::string fullName(const Contact& contact) {
 }
 
 bool haveSameFields(const Contact& one, const Contact& other) {
-    for (const ContactText& text : contactTexts) {
-        if (one.*text.member != other.*text.member) {
-            return false;
-        }
-    }
-    return one.defaultDial == other.defaultDial;
+    return one.defaultDial == other.defaultDial &&
+           std::all_of(std::begin(contactTexts), std::end(contactTexts),
+                       [&](const ContactText& text) { return one.*text.member == other.*text.member; });
 }
 
 bool isNumber(std::string Contact::*text) {

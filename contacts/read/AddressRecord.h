@@ -20,7 +20,12 @@ struct AddressValue {
 class AddressValues {
 public:
     /// Adds a value and returns it, for its members to be assigned.
-    AddressValue& add();
+    AddressValue& add() {
+        if (size_ == values_.size()) {
+            values_.emplace_back();
+        }
+        return values_[size_++];
+    }
     void dropLast() { --size_; }
     void clear() { size_ = 0; }
 
@@ -31,7 +36,13 @@ public:
     const AddressValue* end() const { return values_.data() + size_; }
 
     /// How many bytes of memory they have, those of the records before included.
-    std::size_t memory() const;
+    std::size_t memory() const {
+        std::size_t bytes = 0;
+        for (const AddressValue& value : values_) {
+            bytes += sizeof value + value.text.capacity() + value.source.capacity();
+        }
+        return bytes;
+    }
 
 private:
     std::vector<AddressValue> values_;

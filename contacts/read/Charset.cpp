@@ -207,19 +207,18 @@ int likelihood(const Candidate& candidate, const Guess& guess) {
 /// The character sets that read all of the sample, each with what the judge says.
 std::vector<Candidate> candidates(const std::string& beginning, const std::string& sample, const std::string& guess,
                                   const CharsetJudge& judge) {
-    std::vector<std::string> names;
+    std::vector<Candidate> all;
+    const auto consider = [&](const std::string& charset) {
+        if (canRead(sample, charset)) {
+            all.push_back({charset, judge(decoded(beginning, charset))});
+        }
+    };
     if (!guess.empty()) {
-        names.push_back(guess);
+        consider(guess);
     }
     for (const UsualCharset& usual : usualCharsets) {
         if (usual.charset != guess) {
-            names.emplace_back(usual.charset);
-        }
-    }
-    std::vector<Candidate> all;
-    for (const std::string& name : names) {
-        if (canRead(sample, name)) {
-            all.push_back({name, judge(decoded(beginning, name))});
+            consider(usual.charset);
         }
     }
     return all;
@@ -243,19 +242,16 @@ std::string samplePart(const std::string& sample) {
     const std::string part = samplePart(sample);
     std::set<std::string> seen;
     std::string shown;
-    std::size_t count = 0;
     for (const UsualCharset& usual : usualCharsets) {
         const std::string text = inOneLine(decoded(part, usual.charset));
-        const std::string row = "\n  " + std::string(usual.charset) + ": " + shortened(text, longestShown);
-        if (count < wanted && seen.insert(text).second) {
-            shown += row;
-            ++count;
+        if (seen.size() < wanted && seen.insert(text).second) {
+            shown += "\n  " + std::string(usual.charset) + ": " + shortened(text, longestShown);
         }
     }
     throw AddressBookError(
         AddressBookError::Reason::charset,
         "the character set of the file is not clear; say it with --from-charset. Some of the file in " +
-            std::to_string(count) + " of them:" + shown);
+            std::to_string(seen.size()) + " of them:" + shown);
 }
 
 FoundCharset mostLikely(std::istream& bytes, std::istream::pos_type begin, const std::string& beginning,
@@ -369,8 +365,7 @@ FoundCharset statedCharset(std::istream& bytes, const std::string& name) {
     const std::string beginning = readAt(bytes, begin, 4);
     const Mark* const mark = markOf(beginning);
     const auto isNamed = [&](const std::string& other) { return ucnv_compareNames(other.c_str(), mark->charset) == 0; };
-    const bool isMarked = mark != nullptr && (isNamed(name) || isNamed(name + "LE") || isNamed(name + "BE"));
-    if (isMarked) {
+    if (mark != nullptr && (isNamed(name) || isNamed(name + "LE") || isNamed(name + "BE"))) {
         return {mark->charset, "asked for", mark->bytes.size(), false};
     }
     return {name, "asked for", 0, false};

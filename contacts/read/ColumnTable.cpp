@@ -16,14 +16,10 @@ namespace {
 
 const std::string ownProgram = "your columns file";
 
-bool isAccent(UChar32 c) {
-    return c >= 0x300 && c <= 0x36f;
-}
-
-/// Letters, digits, symbols and the marks of scripts that write vowels with them.
+/// Letters, digits, symbols and the marks of scripts that write vowels with them, but no accents.
 bool counts(UChar32 c) {
     constexpr uint32_t blanks = U_GC_P_MASK | U_GC_Z_MASK | U_GC_C_MASK;
-    return !isAccent(c) && (U_GET_GC_MASK(c) & blanks) == 0;
+    return (c < 0x300 || c > 0x36f) && (U_GET_GC_MASK(c) & blanks) == 0;
 }
 
 std::string partOr(const std::vector<std::string_view>& parts, std::size_t index, std::string_view otherwise) {
@@ -126,10 +122,8 @@ std::string nameKey(std::string_view name) {
 
 ColumnTable readColumnTable(std::string_view text, const std::string& origin) {
     TableReader reader(origin);
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        reader.readLine(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
+    for (const std::string_view line : split(text, '\n')) {
+        reader.readLine(line);
     }
     return reader.takeTable();
 }

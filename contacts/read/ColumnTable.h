@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "FieldKind.h"

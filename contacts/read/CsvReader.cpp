@@ -17,14 +17,6 @@ constexpr char delimiters[] = {',', ';', '\t'};
 /// What is between several values in one cell.
 constexpr std::string_view between = " ::: ";
 
-std::vector<std::string> cellsOf(const CsvRow& row) {
-    std::vector<std::string> cells;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-        cells.push_back(valueText(row.cell(i)));
-    }
-    return cells;
-}
-
 /// No program has more columns; a line with more is no header.
 constexpr std::size_t mostColumns = 4096;
 
@@ -32,7 +24,13 @@ std::vector<std::string> firstRow(const std::string& text, char delimiter) {
     std::istringstream bytes(text);
     CsvRows rows(LineReader(TextStream(bytes, "")), delimiter);
     CsvRow row;
-    return rows.next(row, 0) && row.size() <= mostColumns ? cellsOf(row) : std::vector<std::string>();
+    std::vector<std::string> cells;
+    if (rows.next(row, 0) && row.size() <= mostColumns) {
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            cells.push_back(valueText(row.cell(i)));
+        }
+    }
+    return cells;
 }
 
 /// The delimiter that a line "sep=;" above the header names.
@@ -113,23 +111,18 @@ CsvReader::CsvReader(TextStream stream, CsvLayout layout, std::shared_ptr<const 
     if (layout.header.useful == 0) {
         throw AddressBookError(AddressBookError::Reason::header, columnTable(recognition_));
     }
-    readHeader(layout.hasSeparatorLine);
-    planColumns();
-}
-
-void CsvReader::readHeader(bool hasSeparatorLine) {
-    if (hasSeparatorLine) {
+    if (layout.hasSeparatorLine) {
         rows_.next(row_, 0);
     }
     rows_.next(row_, 0);
+    planColumns();
 }
 
 void CsvReader::planColumns() {
     const std::vector<RecognisedColumn>& columns = recognition_.columns;
     for (std::size_t column = 0; column < columns.size(); ++column) {
         const FieldKind kind = columns[column].kind;
-        const bool isValue = kind < FieldKind::other;
-        if (isValue) {
+        if (kind < FieldKind::other) {
             plain_.push_back({column, kind, isBetween(kind, FieldKind::email1, FieldKind::email4)});
         } else {
             planTyped(column, kind);
@@ -156,12 +149,6 @@ std::string_view CsvReader::cell(std::size_t column) const {
     return column < row_.size() ? row_.cell(column) : std::string_view();
 }
 
-/// Returns whether there are texts behind the last column of the header.
-bool CsvReader::hasExcess() const {
-    const std::size_t columns = recognition_.columns.size();
-    return row_.size() > columns && row_.ends[columns - 1] != row_.cells.size();
-}
-
 bool CsvReader::next(AddressRecord& record) {
     const std::size_t columns = recognition_.columns.size();
     if (!rows_.next(row_, columns)) {
@@ -173,7 +160,8 @@ bool CsvReader::next(AddressRecord& record) {
     record.values.clear();
     record.problems.clear();
     record.fault = row_.fault;
-    if (record.fault.empty() && hasExcess()) {
+    // Only texts count behind the last column of the header.
+    if (record.fault.empty() && row_.size() > columns && row_.ends[columns - 1] != row_.cells.size()) {
         record.fault = "it has " + std::to_string(row_.size()) + " columns, the header " + std::to_string(columns);
     }
     if (!record.fault.empty()) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <iosfwd>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -36,8 +35,6 @@ public:
 
 private:
     static constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
-    static constexpr std::size_t phoneCount = 7;
-    static constexpr std::size_t addressCount = 2;
 
     /// A column whose texts are values as they are.
     struct PlainColumn {
@@ -57,10 +54,8 @@ private:
         AddressPart part;
     };
 
-    void readHeader(bool hasSeparatorLine);
     void planColumns();
     void planTyped(std::size_t column, FieldKind kind);
-    bool hasExcess() const;
     void noteLost(AddressRecord& record, std::string_view text, const std::string& source) const;
     void addPlain(AddressRecord& record, const PlainColumn& plain, std::string_view text) const;
     void addPhones(AddressRecord& record) const;
@@ -74,9 +69,9 @@ private:
     bool hasLostCharacters_ = false;  ///< The row has characters that could not be read.
     std::size_t number_ = 0;
     std::vector<PlainColumn> plain_;  ///< The user's own first.
-    TypedPhone phones_[phoneCount];
+    TypedPhone phones_[7];
     std::vector<TypedPart> addressParts_;
-    std::size_t addressTypes_[addressCount] = {nowhere, nowhere};
+    std::size_t addressTypes_[2] = {nowhere, nowhere};
 };
 
 }  // namespace calljournal

@@ -29,13 +29,9 @@ std::size_t LineReader::findEnd(std::size_t from) {
     return std::min(find('\n', from, nextLf_), find('\r', from, nextCr_));
 }
 
-/// How many bytes end the line that ends at `end`. A CR may be the last byte in memory and its LF the first one to
-/// come.
-std::size_t LineReader::endLength(std::size_t end) {
-    if (buffer_[end] == '\n') {
-        return 1;
-    }
-    return end + 1 < buffer_.size() && buffer_[end + 1] == '\n' ? 2 : 1;
+/// How many bytes end the line that ends at `end`.
+std::size_t LineReader::endLength(std::size_t end) const {
+    return lineLength(std::string_view(buffer_).substr(end, 2));
 }
 
 void LineReader::skipToEnd() {

@@ -31,7 +31,7 @@ private:
     std::size_t find(char c, std::size_t from, std::size_t& known) const;
     bool fill();
     void skipToEnd();
-    std::size_t endLength(std::size_t end);
+    std::size_t endLength(std::size_t end) const;
 
     TextStream stream_;
     std::string buffer_;

@@ -12,12 +12,13 @@ namespace calljournal {
 
 namespace {
 
-/// Properties with one text. What is in neither table is not taken over.
-struct TextProperty {
-    std::string_view name;
+struct KindOfWord {
+    std::string_view word;
     FieldKind kind;
 };
-constexpr TextProperty textProperties[] = {
+
+/// Properties with one text. What is in neither table is not taken over.
+constexpr KindOfWord textProperties[] = {
     {"FN", FieldKind::displayName},
     {"NICKNAME", FieldKind::nickname},
     {"TITLE", FieldKind::jobTitle},
@@ -33,11 +34,7 @@ constexpr TextProperty textProperties[] = {
 constexpr std::string_view cardProperties[] = {"PRODID", "UID", "REV", "PROFILE", "SOURCE", "CLASS", "CLIENTPIDMAP"};
 
 /// Types of telephones; the first that a number has counts.
-struct PhoneType {
-    std::string_view type;
-    FieldKind kind;
-};
-constexpr PhoneType phoneTypes[] = {
+constexpr KindOfWord phoneTypes[] = {
     {"PAGER", FieldKind::pager},
     {"CELL", FieldKind::mobile},
     {"IPHONE", FieldKind::mobile},
@@ -239,7 +236,7 @@ void VCardReader::addText(AddressRecord& record, const VCardProperty& property, 
 
 void VCardReader::addOther(AddressRecord& record) {
     const auto* const known = std::find_if(std::begin(textProperties), std::end(textProperties),
-                                           [&](const TextProperty& p) { return p.name == property_.name; });
+                                           [&](const KindOfWord& p) { return p.word == property_.name; });
     if (known != std::end(textProperties)) {
         const bool isHomePage = known->kind == FieldKind::web && property_.hasType("HOME");
         addText(record, property_, isHomePage ? FieldKind::webHome : known->kind,
@@ -262,9 +259,9 @@ void VCardReader::addName(AddressRecord& record) {
 
 void VCardReader::addOrganization(AddressRecord& record) {
     const std::vector<std::string_view> parts = splitValue(property_.value, ';');
-    addText(record, property_, FieldKind::company, unescaped(parts[0], isOldVersion_));
-    for (std::size_t i = 1; i < parts.size(); ++i) {
-        addText(record, property_, FieldKind::department, unescaped(parts[i], isOldVersion_));
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const FieldKind kind = i == 0 ? FieldKind::company : FieldKind::department;
+        addText(record, property_, kind, unescaped(parts[i], isOldVersion_));
     }
 }
 
@@ -330,7 +327,7 @@ FieldKind VCardReader::phoneKind(const VCardProperty& property) const {
                                           : FieldKind::otherFax;
     }
     const auto* const type = std::find_if(std::begin(phoneTypes), std::end(phoneTypes),
-                                          [&](const PhoneType& t) { return property.hasType(t.type); });
+                                          [&](const KindOfWord& t) { return property.hasType(t.word); });
     if (type != std::end(phoneTypes)) {
         return type->kind;
     }

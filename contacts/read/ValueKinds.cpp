@@ -16,15 +16,6 @@ bool isControl(char c) {
     return (byte < 0x20 && c != '\t') || byte == 0x7f;
 }
 
-bool hasControl(std::string_view text) {
-    for (const char c : text) {
-        if (isControl(c)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 }  // namespace
 
 FieldKind addressPart(FieldKind kind, AddressPart part) {
@@ -52,7 +43,7 @@ std::string valueText(std::string_view text) {
 
 void assignValueText(std::string& value, std::string_view text) {
     const std::string_view inner = trimmed(text, blanks);
-    if (!hasControl(inner)) {
+    if (std::none_of(inner.begin(), inner.end(), isControl)) {
         value.assign(inner);
         return;
     }
