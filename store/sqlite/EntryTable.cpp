@@ -16,25 +16,20 @@ constexpr std::size_t maximumIdDigits = 18;
 
 /// Returns the number whose text is `id` as the store writes it, without leading zeros; 0 if there is none.
 long long numberOf(std::string_view id) {
-    if (id.empty() || id.size() > maximumIdDigits || id[0] == '0') {
-        return 0;
-    }
-    long long number = 0;
-    for (const char c : id) {
-        if (c < '0' || c > '9') {
-            return 0;
-        }
-        number = number * 10 + (c - '0');
-    }
-    return number;
+    const bool isNumber = !id.empty() && id.size() <= maximumIdDigits && id[0] != '0' &&
+                          id.find_first_not_of("0123456789") == std::string_view::npos;
+    return isNumber ? std::stoll(std::string(id)) : 0;
 }
 
-/// Executes a query for one row of numbers. Each fetch up to the last one matters: a query left in between would hold
-/// on to the state of the file that it read.
-void fetchRow(soci::statement& query) {
+/// Executes a query for one row of numbers; returns whether there is one. Each fetch up to the last one matters: a query
+/// left in between would hold on to the state of the file that it read.
+bool fetchRow(soci::statement& query) {
     query.execute();
+    bool isThere = false;
     while (query.fetch()) {
+        isThere = true;
     }
+    return isThere;
 }
 
 }  // namespace
@@ -76,32 +71,17 @@ EntryTable::EntryTable(soci::session& session)
                       "where schema_name = :schema",
                       soci::use(schema_, "schema"), soci::into(count_), soci::into(number_))) {}
 
-bool EntryTable::locate() {
-    locate_.execute();
-    bool isThere = false;
-    while (locate_.fetch()) {
-        isThere = true;
-    }
-    return isThere;
-}
-
 void EntryTable::addToTotal(int entries, long long checksum) {
     count_ = entries;
     checksum_ = checksum;
     addToTotal_.execute(true);
 }
 
-void EntryTable::checkFound() const {
-    if (entryChecksum(schema_, foundId_, foundPlace_, foundBody_) != foundChecksum_) {
-        throw StoreDamage("an entry of " + schema_ + " is not as it was written");
-    }
-}
-
 void EntryTable::put(std::string_view schema, std::string_view id, std::string_view body) {
     schema_ = schema;
     id_ = id;
     body_ = body;
-    const bool isThere = locate();
+    const bool isThere = fetchRow(locate_);
     const long long before = isThere ? checksum_ : 0;
     if (!isThere) {
         fetchRow(readNextPlace_);
@@ -115,7 +95,7 @@ void EntryTable::put(std::string_view schema, std::string_view id, std::string_v
 void EntryTable::remove(std::string_view schema, std::string_view id) {
     schema_ = schema;
     id_ = id;
-    if (locate()) {
+    if (fetchRow(locate_)) {
         remove_.execute(true);
         addToTotal(-1, -checksum_);
     }
@@ -150,7 +130,9 @@ void EntryTable::forEach(std::string_view schema,
     long long checksums = 0;
     list_.execute();
     while (list_.fetch()) {
-        checkFound();
+        if (entryChecksum(schema_, foundId_, foundPlace_, foundBody_) != foundChecksum_) {
+            throw StoreDamage("an entry of " + schema_ + " is not as it was written");
+        }
         ++entries;
         checksums += foundChecksum_;
         visit(foundId_, foundBody_);

@@ -49,14 +49,8 @@ public:
     Extent extent(std::string_view schema);
 
 private:
-    /// Looks for the entry with id_ in schema_, and keeps its place and checksum. Returns whether there is one.
-    bool locate();
-
     /// Has the sums over schema_ follow a change of one entry.
     void addToTotal(int entries, long long checksum);
-
-    /// Throws StoreDamage unless the entry that was just read is as it was written.
-    void checkFound() const;
 
     // What the statements are bound to; they come first, since the statements keep their addresses.
     std::string schema_;

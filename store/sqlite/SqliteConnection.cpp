@@ -126,7 +126,9 @@ SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds t
     try {
         openFile();
     } catch (const std::system_error& failure) {
-        throw error("it cannot be opened (" + reasonNotToOpen(failure.code().value()) +
+        // Where SQLite may not create the file it tries to read it, and reports only that it is not there.
+        const bool mayNotCreate = failure.code().value() == ENOENT && ::access(folderOf(file_).c_str(), W_OK) != 0;
+        throw error("it cannot be opened (" + systemMessage(mayNotCreate ? errno : failure.code().value()) +
                     "); name another file or give access to this one");
     } catch (const soci::soci_error& failure) {
         throw error(failure);
@@ -153,12 +155,6 @@ void SqliteConnection::refuseWhatIsNoStore() const {
     if (std::filesystem::file_size(file_, ignored) == 1) {
         throw error("it is not a SQLite database; name another file or move this one away");
     }
-}
-
-std::string SqliteConnection::reasonNotToOpen(int systemError) const {
-    // Where SQLite may not create the file it tries to read it, and reports only that it is not there.
-    const bool mayNotCreate = systemError == ENOENT && ::access(folderOf(file_).c_str(), W_OK) != 0;
-    return systemMessage(mayNotCreate ? errno : systemError);
 }
 
 void SqliteConnection::openFile() {
@@ -202,11 +198,6 @@ bool SqliteConnection::isInTransaction() const {
 }
 
 void SqliteConnection::makeDurable() {
-    switchToWriteAheadLog();
-    *session_ << "pragma synchronous = full";
-}
-
-void SqliteConnection::switchToWriteAheadLog() {
     const Clock::time_point deadline = Clock::now() + timeout_;
     std::string mode;
     for (;;) {
@@ -224,6 +215,7 @@ void SqliteConnection::switchToWriteAheadLog() {
     if (mode != "wal") {
         throw error("its file system cannot carry a write-ahead log; name a file on a local disk");
     }
+    *session_ << "pragma synchronous = full";
 }
 
 void SqliteConnection::rollback(const char* statements) noexcept {

@@ -61,11 +61,9 @@ public:
 
 private:
     void refuseWhatIsNoStore() const;
-    std::string reasonNotToOpen(int systemError) const;
     void openFile();
     void connect(const std::string& uri);
     void probe();
-    void switchToWriteAheadLog();
 
     std::string file_;
     std::chrono::milliseconds timeout_;

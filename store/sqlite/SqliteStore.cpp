@@ -47,35 +47,112 @@ std::string beginReply(std::string_view schema) {
     return reply;
 }
 
-std::string makeReply(std::string_view schema, std::string_view content) {
-    return beginReply(schema).append(content).append(schema.empty() ? std::string() : closeTag(format::text::SCHEMA));
-}
-
-std::string okReply(std::string_view schema, std::string_view ids) {
-    return makeReply(schema, xmlElement(resultElement, okResult).append(ids));
-}
-
 std::string failedReply(std::string_view schema, const std::string& reason) {
-    return makeReply(schema, xmlElement(resultElement, failedResult) +
-                                 xmlElement(reasonElement, ClientUtils::escapeXMLString(reason)));
+    return beginReply(schema) + xmlElement(resultElement, failedResult) +
+           xmlElement(reasonElement, ClientUtils::escapeXMLString(reason)) +
+           (schema.empty() ? std::string() : closeTag(text::SCHEMA));
 }
 
 class SqliteStore : public Store {
 public:
-    SqliteStore(const std::string& file, std::chrono::milliseconds timeout);
+    SqliteStore(const std::string& file, std::chrono::milliseconds timeout) : connection_(file, timeout) {
+        guarded([this] { prepareStore(connection_); });
+    }
 
-    std::string processRequest(const std::string& request) override;
-    void exclusively(const std::function<void()>& work) override;
-    std::uint64_t changeCount() override;
+    std::string processRequest(const std::string& request) override {
+        StoreRequest scanned;
+        try {
+            scanned = scanStoreRequest(request);
+            if (!scanned.problem.empty()) {
+                return failedReply(scanned.schema, scanned.problem);
+            }
+            return guarded(
+                [&] { return scanned.action == StoreAction::read ? read(scanned.schema) : change(scanned); });
+        } catch (const StoreError& failure) {
+            return failedReply(scanned.schema, failure.what());
+        } catch (const std::exception&) {
+            // Memory, or no text can be as long as the reply would be, which is less than memory where addresses are
+            // short.
+            return failedReply(scanned.schema, "there is not enough memory for this request");
+        }
+    }
+
+    void exclusively(const std::function<void()>& work) override {
+        if (isExclusive_) {
+            work();
+            return;
+        }
+        const auto transaction =
+            guarded([&] { return std::make_unique<Transaction>(connection_, Transaction::Scope::writing); });
+        isExclusive_ = true;
+        try {
+            work();
+            guarded([&] { transaction->commit(); });
+        } catch (...) {
+            isExclusive_ = false;
+            throw;
+        }
+        isExclusive_ = false;
+    }
+
+    std::uint64_t changeCount() override {
+        return guarded([this] { return ownChanges_ + static_cast<std::uint64_t>(connection_.dataVersion()); });
+    }
 
 private:
-    std::string carryOut(const StoreRequest& request);
-    std::string read(std::string_view schema);
-    std::string write(const StoreRequest& request);
-    std::string remove(const StoreRequest& request);
+    std::string read(std::string_view schema) {
+        const Transaction transaction(connection_, scope(Transaction::Scope::reading));
+        const EntryTable::Extent extent = entries().extent(schema);
+        std::string reply = beginReply(schema);
+        reply.reserve(std::min(extent.bytes + extent.entries * tagsPerEntry + envelopeSize, largestReserve));
+        entries().forEach(schema,
+                          [&](std::string_view id, std::string_view body) { appendServed(schema, id, body, reply); });
+        return reply.append(closeTag(text::SCHEMA));
+    }
+
+    /// Writes or deletes entries.
+    std::string change(const StoreRequest& request) {
+        Transaction transaction(connection_, scope(Transaction::Scope::writing));
+        // The reply comes first: where memory runs out, nothing is committed.
+        std::string reply = beginReply(request.schema) + xmlElement(resultElement, okResult);
+        if (request.action == StoreAction::write) {
+            reply += write(request);
+        } else {
+            for (const StoreEntry& entry : request.entries) {
+                entries().remove(request.schema, entry.id);
+            }
+        }
+        reply += closeTag(text::SCHEMA);
+        transaction.commit();
+        ++ownChanges_;
+        return reply;
+    }
+
+    /// Returns the elements with the ids of the entries written.
+    std::string write(const StoreRequest& request) {
+        // All ids of the request first, so that none given to one entry is that of a later one.
+        for (const StoreEntry& entry : request.entries) {
+            entries().skipId(entry.id);
+        }
+        std::string ids;
+        for (const StoreEntry& entry : request.entries) {
+            const std::string id = entry.id.empty() ? entries().takeNextId() : std::string(entry.id);
+            if (id.empty()) {
+                throw connection_.error("it has no free id left; give the entry an id");
+            }
+            entries().put(request.schema, id, entry.body);
+            ids += xmlElement(text::UNIQUEID, id);
+        }
+        return ids;
+    }
 
     /// Returns the prepared statements; fresh ones after a failure.
-    EntryTable& entries();
+    EntryTable& entries() {
+        if (!table_) {
+            table_ = std::make_unique<EntryTable>(connection_.sql());
+        }
+        return *table_;
+    }
 
     /// Returns the scope for a request: `alone`, or a savepoint in the exclusive work that it belongs to.
     Transaction::Scope scope(Transaction::Scope alone) const {
@@ -84,7 +161,7 @@ private:
 
     /// Runs `work` on the database and returns its result. A failure of the database leaves as a StoreError.
     template <class Work>
-    auto guarded(const Work& work) {
+    auto guarded(const Work& work) -> decltype(work()) {
         try {
             connection_.refuseIfMoved();
             if (isExclusive_ && !connection_.isInTransaction()) {
@@ -109,110 +186,6 @@ private:
     std::uint64_t ownChanges_ = 0;
     bool isExclusive_ = false;
 };
-
-SqliteStore::SqliteStore(const std::string& file, std::chrono::milliseconds timeout) : connection_(file, timeout) {
-    guarded([this] { prepareStore(connection_); });
-}
-
-EntryTable& SqliteStore::entries() {
-    if (!table_) {
-        table_ = std::make_unique<EntryTable>(connection_.sql());
-    }
-    return *table_;
-}
-
-std::string SqliteStore::carryOut(const StoreRequest& request) {
-    switch (request.action) {
-        case StoreAction::write:
-            return write(request);
-        case StoreAction::remove:
-            return remove(request);
-        case StoreAction::read:
-            break;
-    }
-    return read(request.schema);
-}
-
-std::string SqliteStore::read(std::string_view schema) {
-    const Transaction transaction(connection_, scope(Transaction::Scope::reading));
-    const EntryTable::Extent extent = entries().extent(schema);
-    std::string reply = beginReply(schema);
-    reply.reserve(std::min(extent.bytes + extent.entries * tagsPerEntry + envelopeSize, largestReserve));
-    entries().forEach(schema,
-                      [&](std::string_view id, std::string_view body) { appendServed(schema, id, body, reply); });
-    return reply.append(closeTag(format::text::SCHEMA));
-}
-
-std::string SqliteStore::write(const StoreRequest& request) {
-    Transaction transaction(connection_, scope(Transaction::Scope::writing));
-    // All ids of the request first, so that none given to one entry is that of a later one.
-    for (const StoreEntry& entry : request.entries) {
-        entries().skipId(entry.id);
-    }
-    std::string ids;
-    for (const StoreEntry& entry : request.entries) {
-        const std::string id = entry.id.empty() ? entries().takeNextId() : std::string(entry.id);
-        if (id.empty()) {
-            throw connection_.error("it has no free id left; give the entry an id");
-        }
-        entries().put(request.schema, id, entry.body);
-        ids += xmlElement(text::UNIQUEID, id);
-    }
-    // The reply comes first: where memory runs out, nothing is committed.
-    std::string reply = okReply(request.schema, ids);
-    transaction.commit();
-    ++ownChanges_;
-    return reply;
-}
-
-std::string SqliteStore::remove(const StoreRequest& request) {
-    Transaction transaction(connection_, scope(Transaction::Scope::writing));
-    for (const StoreEntry& entry : request.entries) {
-        entries().remove(request.schema, entry.id);
-    }
-    std::string reply = okReply(request.schema, {});
-    transaction.commit();
-    ++ownChanges_;
-    return reply;
-}
-
-std::string SqliteStore::processRequest(const std::string& request) {
-    StoreRequest scanned;
-    try {
-        scanned = scanStoreRequest(request);
-        if (!scanned.problem.empty()) {
-            return failedReply(scanned.schema, scanned.problem);
-        }
-        return guarded([&] { return carryOut(scanned); });
-    } catch (const StoreError& failure) {
-        return failedReply(scanned.schema, failure.what());
-    } catch (const std::exception&) {
-        // Memory, or no text can be as long as the reply would be, which is less than memory where addresses are short.
-        return failedReply(scanned.schema, "there is not enough memory for this request");
-    }
-}
-
-void SqliteStore::exclusively(const std::function<void()>& work) {
-    if (isExclusive_) {
-        work();
-        return;
-    }
-    const auto transaction =
-        guarded([&] { return std::make_unique<Transaction>(connection_, Transaction::Scope::writing); });
-    isExclusive_ = true;
-    try {
-        work();
-        guarded([&] { transaction->commit(); });
-    } catch (...) {
-        isExclusive_ = false;
-        throw;
-    }
-    isExclusive_ = false;
-}
-
-std::uint64_t SqliteStore::changeCount() {
-    return guarded([this] { return ownChanges_ + static_cast<std::uint64_t>(connection_.dataVersion()); });
-}
 
 }  // namespace
 
