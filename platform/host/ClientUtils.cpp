@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <string_view>
 
@@ -50,10 +51,6 @@ const Entity* entityAtStart(std::string_view text) {
         }
     }
     return nullptr;
-}
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
 }
 
 bool isForbiddenInXml(char c) {
@@ -127,10 +124,7 @@ std::string fixSpecialXMLCharactersToQuote(const std::string& text) {
 
 std::string trim(const std::string& text) {
     const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string::npos) {
-        return std::string();
-    }
-    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
 bool isAllDigits(const std::string& text) {
@@ -138,27 +132,7 @@ bool isAllDigits(const std::string& text) {
 }
 
 int stoi(const std::string& text) {
-    std::size_t at = text.find_first_not_of(blanks);
-    if (at == std::string::npos) {
-        return 0;
-    }
-    const bool isNegative = text[at] == '-';
-    if (isNegative || text[at] == '+') {
-        ++at;
-    }
-    // Counted downwards, since the range of int reaches one further there.
-    int value = 0;
-    for (; at < text.size() && isDigit(text[at]); ++at) {
-        const int digit = text[at] - '0';
-        if (value < (INT_MIN + digit) / 10) {
-            return isNegative ? INT_MIN : INT_MAX;
-        }
-        value = value * 10 - digit;
-    }
-    if (isNegative) {
-        return value;
-    }
-    return value == INT_MIN ? INT_MAX : -value;
+    return static_cast<int>(std::clamp<long>(std::strtol(text.c_str(), nullptr, 10), INT_MIN, INT_MAX));
 }
 
 void handleCRatEnd(std::string& line) {
