@@ -14,11 +14,6 @@ Findings::Findings(const Outline& outline) : outline_(outline) {
     }
 }
 
-Finding& Findings::add(Finding finding) {
-    all_.push_back(std::move(finding));
-    return all_.back();
-}
-
 Finding& Findings::report(const Place& place, const SyntaxError& error) {
     Finding& finding = report(place.movedTo(error.at), error.kind);
     if (!error.what.empty()) {

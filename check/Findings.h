@@ -18,7 +18,8 @@ public:
 
     template <class... Values>
     Finding& report(const Place& place, FindingKind kind, const Values&... values) {
-        return add({kind, place, {std::string(values)...}});
+        all_.push_back({kind, place, {std::string(values)...}});
+        return all_.back();
     }
     Finding& report(const Place& place, const SyntaxError& error);
 
@@ -35,7 +36,6 @@ public:
     std::vector<Finding> takeInOrder();
 
 private:
-    Finding& add(Finding finding);
     bool hasSyntaxError(std::size_t element, std::size_t begin, std::size_t end) const;
 
     const Outline& outline_;

@@ -103,26 +103,21 @@ KindDescriptor descriptorOf() {
     return kind;
 }
 
-std::vector<KindDescriptor> makeDescriptors() {
-    std::vector<KindDescriptor> descriptors;
-    forEachKind([&](auto type) { descriptors.push_back(descriptorOf<typename decltype(type)::Item>()); });
-    return descriptors;
-}
-
-template <class Is>
-const KindDescriptor* findKind(Is is) {
-    for (const KindDescriptor& kind : kindDescriptors()) {
-        if (is(kind)) {
-            return &kind;
-        }
-    }
-    return nullptr;
+const KindDescriptor* findKind(std::string_view KindDescriptor::*property, std::string_view value) {
+    const std::vector<KindDescriptor>& kinds = kindDescriptors();
+    const auto found =
+        std::find_if(kinds.begin(), kinds.end(), [&](const KindDescriptor& kind) { return kind.*property == value; });
+    return found == kinds.end() ? nullptr : &*found;
 }
 
 }  // namespace
 
 const std::vector<KindDescriptor>& kindDescriptors() {
-    static const std::vector<KindDescriptor> descriptors = makeDescriptors();
+    static const std::vector<KindDescriptor> descriptors = [] {
+        std::vector<KindDescriptor> all;
+        forEachKind([&](auto type) { all.push_back(descriptorOf<typename decltype(type)::Item>()); });
+        return all;
+    }();
     return descriptors;
 }
 
@@ -131,15 +126,15 @@ EntryValues valuesOf(const MissedCallItem& item) {
 }
 
 const KindDescriptor* kindNamed(std::string_view name) {
-    return findKind([&](const KindDescriptor& kind) { return kind.name == name; });
+    return findKind(&KindDescriptor::name, name);
 }
 
 const KindDescriptor* kindOfSchema(std::string_view schema) {
-    return findKind([&](const KindDescriptor& kind) { return kind.schema == schema; });
+    return findKind(&KindDescriptor::schema, schema);
 }
 
 const KindDescriptor* kindOfMethod(std::string_view method) {
-    return findKind([&](const KindDescriptor& kind) { return !method.empty() && kind.updateMethod == method; });
+    return method.empty() ? nullptr : findKind(&KindDescriptor::updateMethod, method);
 }
 
 }  // namespace calljournal

@@ -1,7 +1,6 @@
 #include "Message.h"
 
 #include <algorithm>
-#include <iterator>
 #include <set>
 #include <utility>
 
@@ -12,9 +11,6 @@ namespace calljournal {
 namespace text = format::text;
 
 namespace {
-
-constexpr std::string_view listSchemas[] = {"", text::DAS_CALLLOG, text::DAS_CALLLOG_PHONEBOOK,
-                                            text::DAS_CONVERSATIONS};
 
 /// The names of the elements of an entry and of its calls.
 std::set<std::string_view> namesIn(const Outline& outline, std::vector<std::size_t> elements) {
@@ -106,7 +102,8 @@ private:
         const bool isRequest = firstNamed(message_.outline, schema.children, text::REASONFORMESSAGE) != noElement;
         message_.type = isRequest ? MessageType::request : MessageType::reply;
         message_.kind = kindOfSchema(message_.schemaName);
-        if (std::find(std::begin(listSchemas), std::end(listSchemas), message_.schemaName) != std::end(listSchemas)) {
+        if (isOneOf(message_.schemaName,
+                    {"", text::DAS_CALLLOG, text::DAS_CALLLOG_PHONEBOOK, text::DAS_CONVERSATIONS})) {
             message_.kind = kindOfSchema(text::DAS_CALLLOGMISSEDCALLS);
         }
         message_.reader =

@@ -256,7 +256,10 @@ private:
     void checkOne(const MessageEntry& entry, const ReadEntry* read) {
         const EntryValues* const values = read != nullptr && read->values.has_value() ? &*read->values : nullptr;
         if (read != nullptr && values == nullptr) {
-            reportDropped(entry.place, read->callLogType);
+            findings_.report(
+                entry.place,
+                read->callLogType.empty() ? FindingKind::droppedForNothing : FindingKind::droppedForCategory,
+                read->callLogType);
         }
         if (values != nullptr && message_.reader == Reader::missedList && values->calls.empty()) {
             findings_.report(entry.place, FindingKind::entryWithoutCalls);
@@ -268,14 +271,6 @@ private:
                    {*message_.kind, message_.reader, entry.elements, entry.place, values,
                     message_.type == MessageType::request},
                    findings_);
-    }
-
-    void reportDropped(const Place& place, const std::string& category) {
-        if (category.empty()) {
-            findings_.report(place, FindingKind::droppedForNothing);
-        } else {
-            findings_.report(place, FindingKind::droppedForCategory, category);
-        }
     }
 
     const Message& message_;

@@ -169,15 +169,8 @@ private:
     void open(const Tag& tag) {
         const std::size_t index = outline_.elements.size();
         const std::size_t parent = open_.empty() ? noElement : open_.back();
-        outline_.elements.push_back({tag.name,
-                                     tag.attribute,
-                                     at_,
-                                     at_ + tag.length,
-                                     at_ + tag.length,
-                                     at_ + tag.length,
-                                     parent,
-                                     {},
-                                     tag.isEmpty});
+        const std::size_t behind = at_ + tag.length;
+        outline_.elements.push_back({tag.name, tag.attribute, at_, behind, behind, behind, parent, {}, tag.isEmpty});
         (parent == noElement ? outline_.top : outline_.elements[parent].children).push_back(index);
         if (!tag.isEmpty) {
             open_.push_back(index);
