@@ -26,19 +26,10 @@ namespace calljournal {
 
 namespace {
 
-/// Declares every command, in the order of the help.
-void addCommands(CLI::App& app, CommandContext& context) {
-    addRecordCommand(app, context);
-    addListCommand(app, context);
-    addViewedCommand(app, context);
-    addDeleteCommand(app, context);
-    addEncodeCommand(app, context);
-    addDecodeCommand(app, context);
-    addCheckCommand(app, context);
-    addImportCommand(app, context);
-    addConvertCommand(app, context);
-    addDemoCommand(app, context);
-}
+/// What declares every command, in the order of the help.
+constexpr void (*declarations[])(CLI::App&, CommandContext&) = {
+    addRecordCommand, addListCommand,  addViewedCommand, addDeleteCommand,  addEncodeCommand,
+    addDecodeCommand, addCheckCommand, addImportCommand, addConvertCommand, addDemoCommand};
 
 void addGlobals(CLI::App& app, CommandContext& context) {
     GlobalOptions& globals = context.globals;
@@ -69,7 +60,9 @@ ExitCode runCommand(int argc, const char* const* argv, std::istream& in, std::os
     app.require_subcommand(1);
     app.fallthrough();
     addGlobals(app, context);
-    addCommands(app, context);
+    for (const auto addCommand : declarations) {
+        addCommand(app, context);
+    }
     if (argc > 1 && std::string_view(argv[1]) == "--complete") {
         printOffers(app, context, {argv + 2, argv + argc}, out);
         return exitDone;

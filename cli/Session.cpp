@@ -17,8 +17,4 @@ Session::Session(const GlobalOptions& options, std::ostream& xmlTrace)
     }
 }
 
-void PrintingObserver::notify(const std::string& message) {
-    out_ << message << '\n';
-}
-
 }  // namespace calljournal

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <iosfwd>
 #include <memory>
+#include <ostream>
 
 #include "CommandContext.h"
 #include "Journal.h"
@@ -28,7 +28,7 @@ private:
 class PrintingObserver : public JournalServiceObserverIfc {
 public:
     explicit PrintingObserver(std::ostream& out) : out_(out) {}
-    void notify(const std::string& message) override;
+    void notify(const std::string& message) override { out_ << message << '\n'; }
 
 private:
     std::ostream& out_;

@@ -9,15 +9,11 @@
 
 namespace calljournal {
 
-/// The words of an enumeration on the command line; help lists them in this order.
-template <class Value>
-using WordTable = std::map<std::string, Value>;
-
 /// Adds an option that is one of the words of `table` and sets `value` to what the word means there. Any other word is
-/// wrong usage.
+/// wrong usage. Help lists the words in the order of the table.
 template <class Value>
 CLI::Option* addWordOption(CLI::App& app, CommandContext& context, const std::string& name, Value& value,
-                           const WordTable<Value>& table, const std::string& help) {
+                           const std::map<std::string, Value>& table, const std::string& help) {
     // The check comes first, since a transform goes in front of those that are there; its words are what help shows.
     CLI::Option* option = app.add_option(name, value, help)
                               ->transform(CLI::Transformer(table).description(""))

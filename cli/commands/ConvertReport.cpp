@@ -77,10 +77,8 @@ std::string ConvertReport::place(const ContactOrigin& contact) const {
 }
 
 void ConvertReport::book(std::size_t file, const Recognition& recognition) {
-    std::size_t known = 0;
-    for (const RecognisedColumn& column : recognition.columns) {
-        known += column.isKnown ? 1 : 0;
-    }
+    const auto known = std::count_if(recognition.columns.begin(), recognition.columns.end(),
+                                     [](const RecognisedColumn& column) { return column.isKnown; });
     if (detail_ == json) {
         Json line;
         line["file"] = files_[file];
@@ -113,14 +111,8 @@ void ConvertReport::book(std::size_t file, const Recognition& recognition) {
 void ConvertReport::record(const ContactOrigin& origin, const AddressRecord& record, const MappedContact& mapped,
                            RecordResult result, const SpooledContact* earlier) {
     if (detail_ == json) {
-        jsonRecord(origin, record, mapped, result, earlier);
-    } else {
-        textRecord(origin, record, mapped, result, earlier);
+        return jsonRecord(origin, record, mapped, result, earlier);
     }
-}
-
-void ConvertReport::textRecord(const ContactOrigin& origin, const AddressRecord& record, const MappedContact& mapped,
-                               RecordResult result, const SpooledContact* earlier) {
     std::string lines;
     if (detail_ == text && result == RecordResult::taken) {
         for (const TakenField& field : mapped.taken) {

@@ -35,8 +35,6 @@ public:
 
 private:
     std::string place(const ContactOrigin& contact) const;
-    void textRecord(const ContactOrigin& origin, const AddressRecord& record, const MappedContact& mapped,
-                    RecordResult result, const SpooledContact* earlier);
     void jsonRecord(const ContactOrigin& origin, const AddressRecord& record, const MappedContact& mapped,
                     RecordResult result, const SpooledContact* earlier);
 

@@ -32,6 +32,21 @@ namespace calljournal {
 
 namespace {
 
+/// The phone that this machine plays; an nq takes 1000 contacts, the others 100.
+enum class Hardware { standard, nq, tq2 };
+
+/// What `calljournal import` is asked to do.
+struct ImportOptions {
+    std::vector<std::string> files;
+    bool check = false;       ///< Say what an import would do; show no contacts.
+    bool consume = false;     ///< Delete each file that the importer was asked about, whatever the outcome.
+    bool convert = false;     ///< Convert each file first, whatever program it is from.
+    bool fromLatin1 = false;  ///< The files are ISO 8859-1.
+    Hardware hardware = Hardware::standard;
+    unsigned existing = 0;                          ///< Contacts that the phonebook holds already.
+    OutputFormat format = OutputFormat::automatic;  ///< Any but xml.
+};
+
 constexpr const char* outcomeNames[] = {"CSV_NO_CAPACITY",
                                         "CSV_INVALID_DELIMITERS",
                                         "CSV_TOO_MANY_HEADERS",
@@ -78,28 +93,24 @@ std::string refusal(const ImportReplay& replay, int outcome, const std::string& 
     return sentence;
 }
 
-void play(Hardware hardware) {
-    constexpr int tq2Variant = 1;
-    setHardware(hardware == Hardware::nq, hardware == Hardware::tq2 ? tq2Variant : 0);
-}
-
 /// The import of one file.
 class FileImport {
 public:
-    FileImport(const std::string& file, const ImportOptions& options, std::ostream& out, std::ostream& err)
-        : file_(file), shownName_(printable(file)), options_(options), out_(out), err_(err), bar_(terminalDrawing()) {}
+    FileImport(const std::string& file, const ImportOptions& options, const CommandContext& context)
+        : file_(file), shownName_(printable(file)), options_(options), context_(context), bar_(terminalDrawing()) {}
 
     /// Returns whether the file was, or would be, imported.
     bool run() {
         if (options_.files.size() > 1 && isForPeople()) {
-            out_ << "== " << shownName_ << '\n';
+            context_.out << "== " << shownName_ << '\n';
         }
         const TemporaryFolder folder("import");
         const std::string source = options_.convert ? (folder.path() / "converted.csv").string() : file_;
         if (options_.convert && !convertTo(source)) {
             return false;
         }
-        play(options_.hardware);
+        constexpr int tq2Variant = 1;
+        setHardware(options_.hardware == Hardware::nq, options_.hardware == Hardware::tq2 ? tq2Variant : 0);
         setDataDirectory(folder.path());
         const std::string copy = folder.path() / "contacts.csv";
         const CopyResult copied = copyFile(source, copy);
@@ -118,13 +129,13 @@ private:
         ConvertOptions converting;
         converting.conversion.books = {file_};
         converting.conversion.reading.charset = options_.fromLatin1 ? "ISO-8859-1" : "";
-        converting.conversion.region = options_.region;
+        converting.conversion.region = context_.globals.region;
         converting.conversion.out = target;
         converting.conversion.cut = true;
         converting.conversion.limit = options_.hardware == Hardware::nq ? 1000 : 100;
         converting.conversion.existing = options_.existing;
         converting.isPassedOn = true;
-        return convertBooks(converting, err_, err_) == exitDone;
+        return convertBooks(converting, context_.err, context_.err) == exitDone;
     }
 
     CopyResult copyFile(const std::string& source, const std::string& copy) {
@@ -177,13 +188,13 @@ private:
             Storage::deleteFile_noEx(file_);
         }
         if (std::filesystem::exists(std::filesystem::symlink_status(file_, error))) {
-            printError(err_, shownName_ + ": cannot be deleted");
+            printError(context_.err, shownName_ + ": cannot be deleted");
         }
     }
 
     /// Finds what is wrong with a refused file, and what a check has to say. Returns the sentence of a refused file.
     std::string lookAgain(const std::string& again, std::uint64_t size, int outcome) {
-        const QuietLog quiet(options_.log);
+        const QuietLog quiet(context_.globals.log);
         auto position = std::make_shared<SharedPosition>();
         bar_.start("looking at " + file_, [position] { return position->get(); });
         const auto progress = [&](std::uint64_t done) { position->set(done, size); };
@@ -196,7 +207,7 @@ private:
         ImportCheck check(options_.existing);
         check.replay(again, progress);
         for (const Sentence& line : check.report()) {
-            out_ << "  " << shown(line) << '\n';
+            context_.out << "  " << shown(line) << '\n';
         }
         return refusal(check, outcome, folder);
     }
@@ -204,23 +215,25 @@ private:
     void show(const std::vector<Contact>& contacts, int layout) {
         if (options_.format == OutputFormat::table) {
             if (!contacts.empty()) {
-                printContactTable(contacts, out_, terminalWidth());
+                printContactTable(contacts, context_.out, terminalWidth());
             }
             return;
         }
         for (const Contact& contact : contacts) {
-            out_ << (options_.format == OutputFormat::vCard ? toVCard(contact, layout) : contactJson(contact) + '\n');
+            context_.out << (options_.format == OutputFormat::vCard ? toVCard(contact, layout)
+                                                                    : contactJson(contact) + '\n');
         }
     }
 
     /// Says something about the file: to people below its contacts, else beside the data.
-    void tell(const std::string& sentence) { (isForPeople() ? out_ : err_) << shownName_ << ": " << sentence << '\n'; }
+    void tell(const std::string& sentence) {
+        (isForPeople() ? context_.out : context_.err) << shownName_ << ": " << sentence << '\n';
+    }
 
     const std::string& file_;
     const std::string shownName_;
     const ImportOptions& options_;
-    std::ostream& out_;
-    std::ostream& err_;
+    const CommandContext& context_;
     ProgressBar bar_;
 };
 
@@ -236,15 +249,6 @@ OutputFormat importFormat(OutputFormat own, OutputFormat global) {
 }
 
 }  // namespace
-
-ExitCode importFiles(const ImportOptions& options, std::ostream& out, std::ostream& err) {
-    const Interruption interruption;
-    bool isAllImported = true;
-    for (const std::string& file : options.files) {
-        isAllImported = FileImport(file, options, out, err).run() && isAllImported;
-    }
-    return isAllImported ? exitDone : exitRefused;
-}
 
 void addImportCommand(CLI::App& app, CommandContext& context) {
     CLI::App* importing = app.add_subcommand("import", "Import contacts from CSV files, as the phone would");
@@ -269,10 +273,13 @@ void addImportCommand(CLI::App& app, CommandContext& context) {
                   "table, json or vcard");
     importing->callback([&context, options] {
         context.action = [&context, options] {
-            options->log = context.globals.log;
-            options->region = context.globals.region;
             options->format = importFormat(options->format, context.globals.format);
-            return importFiles(*options, context.out, context.err);
+            const Interruption interruption;
+            bool isAllImported = true;
+            for (const std::string& file : options->files) {
+                isAllImported = FileImport(file, *options, context).run() && isAllImported;
+            }
+            return isAllImported ? exitDone : exitRefused;
         };
     });
 }

@@ -15,12 +15,22 @@
 #include "ItemJson.h"
 #include "Kinds.h"
 #include "PrintableText.h"
+#include "Session.h"
+#include "Text.h"
 #include "WordOption.h"
 #include "Wording.h"
 
 namespace calljournal {
 
 namespace {
+
+/// What `record` was asked to do: one call given by options, or a file of calls.
+struct RecordOptions {
+    std::string kind;
+    Json call = Json::object();  ///< Elements by name.
+    std::string from;            ///< A file of JSON objects, "-" for standard input; empty for none.
+    bool notify = false;
+};
 
 /// Says what was written: each entry as JSON if asked for, a sentence on one, or the number of them.
 template <class Entry>
@@ -50,43 +60,26 @@ void recordKind(const std::vector<Json>& calls, Session& session, const GlobalOp
 std::string optionName(std::string_view element) {
     std::string name;
     for (const char c : element) {
-        if (c >= 'A' && c <= 'Z') {
-            name += name.empty() ? "" : "-";
-            name += static_cast<char>(c - 'A' + 'a');
-        } else {
-            name += c;
-        }
+        name += lowerCase(c) != c && !name.empty() ? "-" : "";
+        name += lowerCase(c);
     }
     return name;
 }
 
-/// Has completion offer the words of the elements that are enumerations.
-void offerWords(const CLI::App& record, CommandContext& context) {
-    const auto offer = [&](std::string_view element, auto value) {
-        if constexpr (std::is_enum_v<decltype(value)>) {
-            boost::algorithm::split(context.offers[record.get_option("--" + optionName(element))],
-                                    acceptedValues(value), boost::algorithm::is_any_of(", "),
-                                    boost::algorithm::token_compress_on);
-        }
-    };
-    forEachCallLog([&](auto type) {
-        using Call = typename format::CallKind<typename decltype(type)::Item>::Call;
-        for (const auto& field : format::CallKind<typename decltype(type)::Item>::callFields) {
-            std::visit([&](auto member) { offer(field.tag, Call().*member); }, field.member);
-        }
-    });
-    offer(format::text::CALLBACKTYPE, CallBackItem::NOTYPE);
-    offer(format::text::CALLBACKSTATE, CallBackItem::NOSTATE);
-}
-
-/// One option for each element that a call of any kind has, taken from the kinds' own tables.
-void addCallOptions(CLI::App& app, Json& call) {
+/// One option for each element that a call of any kind has, taken from the kinds' own tables. Completion offers the words
+/// of those that are enumerations.
+void addCallOptions(CLI::App& app, CommandContext& context, Json& call) {
     std::set<std::string_view> known;
     const auto add = [&](std::string_view element, const std::string& help, const char* group) {
         const std::string name = element == format::text::TIMEDATE ? "time" : optionName(element);
-        app.add_option_function<std::string>(
-               "--" + name, [&call, element](const std::string& value) { call[std::string(element)] = value; }, help)
+        return app
+            .add_option_function<std::string>(
+                "--" + name, [&call, element](const std::string& value) { call[std::string(element)] = value; }, help)
             ->group(group);
+    };
+    const auto offer = [&](const CLI::Option* option, auto value) {
+        boost::algorithm::split(context.offers[option], acceptedValues(value), boost::algorithm::is_any_of(", "),
+                                boost::algorithm::token_compress_on);
     };
     const auto addFlag = [&](std::string_view element) {
         app.add_flag_callback("--" + optionName(element), [&call, element] { call[std::string(element)] = true; })
@@ -102,17 +95,22 @@ void addCallOptions(CLI::App& app, Json& call) {
                 addFlag(field.tag);
             } else {
                 const bool isTime = field.tag == format::text::TIMEDATE;
-                add(field.tag,
-                    isTime ? "YYYY-MM-DD HH:MM:SS, now if absent"
-                           : std::visit([](auto member) { return acceptedValues(Call().*member); }, field.member),
-                    "Call");
+                std::visit(
+                    [&](auto member) {
+                        const auto value = Call().*member;
+                        const CLI::Option* option = add(
+                            field.tag, isTime ? "YYYY-MM-DD HH:MM:SS, now if absent" : acceptedValues(value), "Call");
+                        if constexpr (std::is_enum_v<std::remove_const_t<decltype(value)>>) {
+                            offer(option, value);
+                        }
+                    },
+                    field.member);
             }
         }
     });
-    for (const std::string_view element :
-         {format::text::CALLBACKTYPE, format::text::CALLBACKSTATE, format::text::CALLBACKDEVICEID}) {
-        add(element, "of a call-back", "Call");
-    }
+    offer(add(format::text::CALLBACKTYPE, "of a call-back", "Call"), CallBackItem::NOTYPE);
+    offer(add(format::text::CALLBACKSTATE, "of a call-back", "Call"), CallBackItem::NOSTATE);
+    add(format::text::CALLBACKDEVICEID, "of a call-back", "Call");
     for (const std::string_view element : {format::text::SURNAME, format::text::FIRSTNAME, format::text::PICTURE}) {
         add(element, "a text", "Party");
     }
@@ -143,21 +141,11 @@ std::vector<Json> callsToRecord(const RecordOptions& options, std::istream& in) 
 
 }  // namespace
 
-void recordCalls(const RecordOptions& options, const std::vector<Json>& calls, Session& session,
-                 const GlobalOptions& globals, std::ostream& out) {
-    PrintingObserver observer(out);
-    if (options.notify) {
-        session.journal().addObserver(observer);
-    }
-    forEachKind([&](auto type) { recordKind<typename decltype(type)::Item>(calls, session, globals, out); });
-}
-
 void addRecordCommand(CLI::App& app, CommandContext& context) {
     CLI::App* record = app.add_subcommand("record", "Add a call to its party's entry");
     auto options = std::make_shared<RecordOptions>();
     addKind(*record, context, options->kind, kindNames(), false);
-    addCallOptions(*record, options->call);
-    offerWords(*record, context);
+    addCallOptions(*record, context, options->call);
     CLI::Option* from =
         record->add_option("--from", options->from, "a file of calls, one JSON object a line; - for standard input");
     context.offers[from] = {fileOffer};
@@ -166,7 +154,13 @@ void addRecordCommand(CLI::App& app, CommandContext& context) {
         context.action = [&context, options] {
             const std::vector<Json> calls = callsToRecord(*options, context.in);
             Session session(context.globals, context.err);
-            recordCalls(*options, calls, session, context.globals, context.out);
+            PrintingObserver observer(context.out);
+            if (options->notify) {
+                session.journal().addObserver(observer);
+            }
+            forEachKind([&](auto type) {
+                recordKind<typename decltype(type)::Item>(calls, session, context.globals, context.out);
+            });
             return exitDone;
         };
     });

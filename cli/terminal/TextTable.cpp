@@ -14,12 +14,8 @@ constexpr std::size_t narrowest = 6;  // what a shrunk column keeps
 }  // namespace
 
 void TextTable::add(const std::vector<std::string>& cells) {
-    std::vector<std::string> row;
-    row.reserve(cells.size());
-    for (const std::string& cell : cells) {
-        row.push_back(printable(cell));
-    }
-    rows_.push_back(std::move(row));
+    std::vector<std::string>& row = rows_.emplace_back(cells.size());
+    std::transform(cells.begin(), cells.end(), row.begin(), printable);
 }
 
 std::vector<std::size_t> TextTable::columnWidths(std::size_t width) const {
