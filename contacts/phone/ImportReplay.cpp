@@ -213,10 +213,6 @@ void ImportReplay::makeUtf8(std::string& name) const {
     }
 }
 
-bool ImportReplay::isCommaSeparated() {
-    return countColumns("a,b") == 2;
-}
-
 std::size_t ImportReplay::countColumns(const std::string& text) {
     const std::vector<std::string> kept = tokens;
     tokenizeLine(text);

@@ -49,7 +49,7 @@ protected:
     Sentence columnName(std::size_t index) const;
 
     /// Whether the comma separates columns, rather than the semicolon.
-    bool isCommaSeparated();
+    bool isCommaSeparated() { return countColumns("a,b") == 2; }
 
     const std::vector<std::string>& headers() const { return headers_; }
 

@@ -78,14 +78,6 @@ bool CsvRows::takeLine() {
     return true;
 }
 
-std::string_view CsvRows::line() const {
-    return std::string_view(window_).substr(lineBegin_, at_ - lineBegin_);
-}
-
-bool CsvRows::isCutLine() const {
-    return isCut_ && at_ == window_.size();
-}
-
 bool CsvRows::isBlankLine() const {
     return line().find_first_not_of(delimiter_ == '\t' ? " \r\n" : " \t\r\n") == std::string_view::npos && !isCutLine();
 }
@@ -140,10 +132,6 @@ void CsvRows::addCell(void* text, std::size_t length, void* self) {
         row.cells.append(static_cast<const char*>(text), length);
     }
     row.ends.push_back(row.cells.size());
-}
-
-void CsvRows::endRow(int, void* self) {
-    static_cast<CsvRows*>(self)->isRowComplete_ = true;
 }
 
 /// Returns false if the line breaks the rules.

@@ -48,8 +48,8 @@ private:
     void restartParser(unsigned char options);
     void dropReadLines();
     bool takeLine();
-    std::string_view line() const;
-    bool isCutLine() const;
+    std::string_view line() const { return std::string_view(window_).substr(lineBegin_, at_ - lineBegin_); }
+    bool isCutLine() const { return isCut_ && at_ == window_.size(); }
     bool isBlankLine() const;
     void startRow(CsvRow& row);
     bool readRow();
@@ -57,7 +57,7 @@ private:
     bool feed();
     bool finish();
     static void addCell(void* text, std::size_t length, void* self);
-    static void endRow(int end, void* self);
+    static void endRow(int /*end*/, void* self) { static_cast<CsvRows*>(self)->isRowComplete_ = true; }
 
     LineReader lines_;
     csv_parser parser_;

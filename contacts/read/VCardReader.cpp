@@ -113,10 +113,6 @@ VCardReader::VCardReader(TextStream stream, std::shared_ptr<const ColumnFinder> 
     recognition_.format = BookFormat::vCard;
 }
 
-bool VCardReader::take() {
-    return std::exchange(isHeld_, false) || lines_.next(property_);
-}
-
 bool VCardReader::next(AddressRecord& record) {
     if (!take()) {
         return false;

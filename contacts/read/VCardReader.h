@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "AddressReader.h"
@@ -25,7 +26,7 @@ public:
     std::size_t bytesRead() const override { return lines_.bytesRead(); }
 
 private:
-    bool take();
+    bool take() { return std::exchange(isHeld_, false) || lines_.next(property_); }
     void skipToCard(AddressRecord& record);
     void readCard(AddressRecord& record);
     void skipNested(AddressRecord& record);

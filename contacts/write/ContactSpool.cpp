@@ -87,10 +87,6 @@ std::string_view SpoolFile::read(std::uint64_t place, std::size_t size) {
     return std::string_view(window_).substr(static_cast<std::size_t>(place - windowStart_), size);
 }
 
-std::uint64_t ContactSpool::add(const SpooledContact& contact) {
-    return add(contact, identityOf(contact.contact));
-}
-
 std::uint64_t ContactSpool::add(const ContactOrigin& origin, std::string_view identity) {
     const std::uint64_t place = file_.size();
     const Head head = {origin, identity.size()};

@@ -62,7 +62,7 @@ public:
     explicit ContactSpool(std::size_t memory = SpoolFile::usualMemory) : file_(memory) {}
 
     /// Adds a contact and returns its place. No text may be longer than 255 bytes, which is more than a phone stores.
-    std::uint64_t add(const SpooledContact& contact);
+    std::uint64_t add(const SpooledContact& contact) { return add(contact, identityOf(contact.contact)); }
 
     /// The same for a contact whose identityOf() is there already.
     std::uint64_t add(const ContactOrigin& origin, std::string_view identity);

@@ -58,10 +58,6 @@ RoundTripCheck::~RoundTripCheck() {
     }
 }
 
-void RoundTripCheck::note(const SpooledContact& contact) {
-    file_->contacts.push_back(contact);
-}
-
 std::string RoundTripCheck::check(const std::string& file) {
     file_->name = file;
     files_.filled();
