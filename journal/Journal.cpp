@@ -288,7 +288,9 @@ void Journal::announce(const Item& entry, JournalServiceObserverIfc::ActionType 
 
 void Journal::announceUnviewed(const std::deque<MissedCallItem>& list) {
     if (!observers_.empty()) {
-        notify(Helper::obsReqMissedCallsCountUpdate(unviewedCount(list)));
+        const auto count =
+            std::count_if(list.begin(), list.end(), [](const MissedCallItem& entry) { return !entry.getViewed(); });
+        notify(Helper::obsReqMissedCallsCountUpdate(static_cast<unsigned>(count)));
     }
 }
 
@@ -298,20 +300,15 @@ void Journal::notify(const std::string& message) {
     }
 }
 
-unsigned unviewedCount(const std::deque<MissedCallItem>& entries) {
-    return static_cast<unsigned>(
-        std::count_if(entries.begin(), entries.end(), [](const MissedCallItem& entry) { return !entry.getViewed(); }));
-}
-
 #define CALLJOURNAL_JOURNAL(Item)                                                        \
     template std::deque<Item> Journal::entries<Item>();                                  \
     template std::vector<Item> Journal::record(const std::vector<NewCall<Item>>& calls); \
     template Item Journal::remove<Item>(const std::string& uniqueId);
-#define CALLJOURNAL_LOG(Kind, word)     \
-    CALLJOURNAL_JOURNAL(Kind##CallItem) \
+#define CALLJOURNAL_CALL_LOG(Kind, word) \
+    CALLJOURNAL_JOURNAL(Kind##CallItem)  \
     template std::string notificationOf(const Kind##CallItem& entry, JournalServiceObserverIfc::ActionType action);
 
-CALLJOURNAL_CALL_KINDS(CALLJOURNAL_LOG)
+CALLJOURNAL_CALL_KINDS(CALLJOURNAL_CALL_LOG)
 CALLJOURNAL_JOURNAL(StoredCallBack)
 
 }  // namespace calljournal

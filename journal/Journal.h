@@ -116,7 +116,4 @@ private:
 template <class Item>
 std::string notificationOf(const Item& entry, JournalServiceObserverIfc::ActionType action);
 
-/// How many entries the user has not seen.
-unsigned unviewedCount(const std::deque<MissedCallItem>& entries);
-
 }  // namespace calljournal

@@ -1,6 +1,7 @@
 #include "Store.h"
 
-#include <string_view>
+#include <algorithm>
+#include <iterator>
 
 #include "SqliteStore.h"
 #include "StoreUrl.h"
@@ -14,12 +15,13 @@ struct Engine {
     std::string_view scheme;
     std::string_view what;  ///< What its stores are, for people.
     std::string_view form;  ///< How a URL of one is written.
+    std::string_view mark;  ///< What the file of one begins with.
     std::unique_ptr<Store> (*open)(const std::string& url, std::chrono::milliseconds timeout);
 };
 
 /// A URL without a scheme is one of the first engine's.
 constexpr Engine engines[] = {
-    {"sqlite3", "SQLite files", "sqlite3://PATH or a plain path", openSqliteStore},
+    {"sqlite3", "SQLite files", "sqlite3://PATH or a plain path", "SQLite format 3", openSqliteStore},
 };
 
 /// What can be opened, for the sentence on a scheme that cannot.
@@ -42,6 +44,11 @@ std::unique_ptr<Store> openStore(const std::string& url, std::chrono::millisecon
     }
     throw StoreError("store " + url + ": only " + joined(&Engine::what) + " can be used; write " +
                      joined(&Engine::form));
+}
+
+bool beginsLikeAStore(std::string_view bytes) {
+    return std::any_of(std::begin(engines), std::end(engines),
+                       [&](const Engine& engine) { return bytes.substr(0, engine.mark.size()) == engine.mark; });
 }
 
 }  // namespace calljournal

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "DataAccessServiceIfc.h"
 #include "StoreError.h"
@@ -51,5 +52,8 @@ public:
 /// other processes until `timeout`. Throws StoreError if no database is known for the scheme, or if the store cannot be
 /// opened, is none, or was written by a newer version; it is then as it was.
 std::unique_ptr<Store> openStore(const std::string& url, std::chrono::milliseconds timeout = std::chrono::seconds(30));
+
+/// Whether a file that begins with `bytes` can be a store, so that its path is one to open.
+bool beginsLikeAStore(std::string_view bytes);
 
 }  // namespace calljournal

@@ -33,8 +33,6 @@ struct CheckOptions {
     bool isDiff = false;
 };
 
-constexpr std::string_view storeMark = "SQLite format 3";
-
 std::string readInput(const std::string& path, std::istream& in) {
     if (path == "-") {
         return readAll(in);
@@ -83,7 +81,7 @@ bool reportStore(const std::string& path, std::ostream& out) {
 
 bool checkFile(const std::string& path, const CheckOptions& options, std::istream& in, std::ostream& out) {
     const std::string text = readInput(path, in);
-    if (path != "-" && text.compare(0, storeMark.size(), storeMark) == 0) {
+    if (path != "-" && beginsLikeAStore(text)) {
         return reportStore(path, out);
     }
     return report(nameOf(path), text, options.kind, out);

@@ -75,12 +75,16 @@ void print(const Change<Item>& change, const GlobalOptions& globals, std::ostrea
     }
 }
 
+/// A list of each kind; that of call-backs, of which observers are not notified, stays empty.
+#define CALLJOURNAL_LIST(Kind, word) std::deque<Kind##CallItem>,
+using Logs = std::tuple<CALLJOURNAL_CALL_KINDS(CALLJOURNAL_LIST) std::deque<StoredCallBack>>;
+#undef CALLJOURNAL_LIST
+
 }  // namespace
 
 void followEntries(const Filter& filter, Session& session, const GlobalOptions& globals, std::ostream& out) {
     const InterruptHandler handler;
-#define CALLJOURNAL_LIST(Kind, word) std::deque<Kind##CallItem>,
-    std::tuple<CALLJOURNAL_CALL_KINDS(CALLJOURNAL_LIST) std::deque<StoredCallBack>> logs;
+    Logs logs;
     // Reads the logs again and hands what they were and are to `use`.
     const auto look = [&](const auto& use) {
         forEachCallLog([&](auto type) {

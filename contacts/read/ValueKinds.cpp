@@ -16,6 +16,26 @@ bool isControl(char c) {
     return (byte < 0x20 && c != '\t') || byte == 0x7f;
 }
 
+/// Does what valueText does, and keeps the memory of `value`.
+void assignValueText(std::string& value, std::string_view text) {
+    const std::string_view inner = trimmed(text, blanks);
+    if (std::none_of(inner.begin(), inner.end(), isControl)) {
+        value.assign(inner);
+        return;
+    }
+    value.clear();
+    for (std::size_t i = 0; i < inner.size(); ++i) {
+        const char c = inner[i];
+        if (c == '\r') {
+            i += i + 1 < inner.size() && inner[i + 1] == '\n' ? 1 : 0;
+            value += '\n';
+        } else {
+            value += isControl(c) && c != '\n' ? ' ' : c;
+        }
+    }
+    value = std::string(trimmed(value, blanks));
+}
+
 }  // namespace
 
 FieldKind addressPart(FieldKind kind, AddressPart part) {
@@ -39,25 +59,6 @@ std::string valueText(std::string_view text) {
     std::string value;
     assignValueText(value, text);
     return value;
-}
-
-void assignValueText(std::string& value, std::string_view text) {
-    const std::string_view inner = trimmed(text, blanks);
-    if (std::none_of(inner.begin(), inner.end(), isControl)) {
-        value.assign(inner);
-        return;
-    }
-    value.clear();
-    for (std::size_t i = 0; i < inner.size(); ++i) {
-        const char c = inner[i];
-        if (c == '\r') {
-            i += i + 1 < inner.size() && inner[i + 1] == '\n' ? 1 : 0;
-            value += '\n';
-        } else {
-            value += isControl(c) && c != '\n' ? ' ' : c;
-        }
-    }
-    value = std::string(trimmed(value, blanks));
 }
 
 void addValue(AddressRecord& record, FieldKind kind, std::string_view text, std::string_view source) {

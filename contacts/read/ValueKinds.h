@@ -27,7 +27,6 @@ private:
 
 /// Returns `text` as a value has it: without blanks around it, line ends as "\n", other control characters as blanks.
 std::string valueText(std::string_view text);
-void assignValueText(std::string& value, std::string_view text);
 
 /// Adds a value, unless nothing is left of its text.
 void addValue(AddressRecord& record, FieldKind kind, std::string_view text, std::string_view source);

@@ -220,12 +220,12 @@ void ContactFiles::rename(const std::vector<std::string>& names) {
     const std::unique_lock<std::mutex> hold = holdTemporaries();
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (::rename(temporary_[i].c_str(), names[i].c_str()) != 0) {
-            const std::string reason = because(names[i]);
+            std::string reason = because(names[i]);
             while (i-- != 0) {
                 if (replaced_[i].empty()) {
                     ::unlink(names[i].c_str());
-                } else {
-                    ::rename(replaced_[i].c_str(), names[i].c_str());
+                } else if (::rename(replaced_[i].c_str(), names[i].c_str()) != 0) {
+                    reason += "; the old " + names[i] + " is now " + std::exchange(replaced_[i], std::string());
                 }
             }
             throw ContactFilesError(reason);

@@ -132,7 +132,7 @@ TEST_F(StoreProcesses, WaitForTheOneThatWrites) {
     EXPECT_TRUE(child.endedWell());
 }
 
-TEST_F(StoreProcesses, GiveUpWhenTheirPatienceIsAtItsEnd) {
+TEST_F(StoreProcesses, GiveUpAtTheirTimeout) {
     const auto store = calljournal::openStore(file(), milliseconds(50));
     const std::string locked =
         "store " + file() + ": another process has kept it locked for 50 ms; try again when that one is done";
