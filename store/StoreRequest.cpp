@@ -106,7 +106,7 @@ std::string scanWrittenEntry(std::string_view body, StoreEntry& entry) {
     }
     const std::optional<BodyElement> first = firstElement(body);
     if (first && first->name == format::text::UNIQUEID) {
-        const std::string problem = problemOfId(*first);
+        std::string problem = problemOfId(*first);
         if (!problem.empty()) {
             return problem;
         }
