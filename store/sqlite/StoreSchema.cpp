@@ -104,7 +104,8 @@ void refuseWhatHadTables(SqliteConnection& connection) {
     }
 }
 
-/// Returns the version of the tables, 0 for a file without any table.
+/// Returns the version of the tables, 0 for a file without any table. To be called in a transaction: between two of its
+/// statements another process may create the tables.
 int readVersion(SqliteConnection& connection) {
     std::vector<std::string> tables(256);
     connection.sql().get_table_names(), soci::into(tables);
@@ -141,7 +142,9 @@ void migrate(SqliteConnection& connection) {
 }  // namespace
 
 void prepareStore(SqliteConnection& connection) {
+    Transaction look(connection, Transaction::Scope::reading);
     const int version = readVersion(connection);
+    look.commit();
     if (connection.isReadOnly()) {
         if (version == 0) {
             throw connection.error("it cannot be written, and has no tables yet; make it writable");

@@ -1,9 +1,11 @@
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <set>
 #include <sqlite3.h>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "StoreTest.h"
@@ -76,6 +78,60 @@ TEST_P(StoreWriters, LoseNothingIntoAFileThatNobodyHasCreatedYet) {
     }
     EXPECT_EQ(acknowledged.size(), static_cast<std::size_t>(writers * entriesOfEach));
     EXPECT_EQ(storedIds(file()), expected);
+}
+
+/// Calls `work` once, before the statement of this process's new connections that follows `statementsLeft` others.
+class BetweenStatements {
+public:
+    BetweenStatements(int statementsLeft, std::function<void()> work)
+        : statementsLeft_(statementsLeft), work_(std::move(work)) {
+        current = this;
+        sqlite3_auto_extension(reinterpret_cast<void (*)()>(watch));
+    }
+    ~BetweenStatements() { sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(watch)); }
+    BetweenStatements(const BetweenStatements&) = delete;
+    BetweenStatements& operator=(const BetweenStatements&) = delete;
+
+    bool hasCome() const { return statementsLeft_ < 0; }
+
+private:
+    static int watch(sqlite3* database, const char**, const void*) {
+        return current->hasCome() ? SQLITE_OK : sqlite3_trace_v2(database, SQLITE_TRACE_STMT, begin, current);
+    }
+
+    static int begin(unsigned, void* self, void*, void*) {
+        auto& between = *static_cast<BetweenStatements*>(self);
+        if (!between.hasCome() && --between.statementsLeft_ < 0) {
+            between.work_();
+        }
+        return 0;
+    }
+
+    static BetweenStatements* current;  // SQLite passes nothing on to `watch`
+
+    int statementsLeft_;
+    std::function<void()> work_;
+};
+BetweenStatements* BetweenStatements::current = nullptr;
+
+TEST_F(StoreProcesses, MayCreateAStoreBetweenAnyTwoStatementsOfOneThatOpensIt) {
+    for (const std::string mode : {"delete", "wal"}) {
+        int statements = 0;
+        for (bool isInTime = true; isInTime; ++statements) {
+            const std::string name = file(mode + std::to_string(statements));
+            runSql(name, "pragma journal_mode = " + mode);
+            BetweenStatements creator(statements, [&] {
+                try {
+                    calljournal::openStore(name, milliseconds(0));
+                } catch (const calljournal::StoreError&) {  // locked by the one that opens it
+                }
+            });
+            ASSERT_EQ(openingError(name), "") << mode << ' ' << statements;
+            ASSERT_EQ(runSql(name, "select version from calljournal_store"), "2\n") << mode << ' ' << statements;
+            isInTime = creator.hasCome();
+        }
+        EXPECT_GT(statements, 10);
+    }
 }
 
 TEST_F(StoreProcesses, LoseNoAcknowledgedEntryWhenTheyAreKilled) {
