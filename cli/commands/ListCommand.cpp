@@ -3,8 +3,9 @@
 #include <memory>
 #include <ostream>
 
+#include "ChangeView.h"
 #include "EntryView.h"
-#include "FollowCommand.h"
+#include "Filter.h"
 #include "ItemJson.h"
 #include "Kinds.h"
 #include "Session.h"
@@ -55,8 +56,7 @@ std::string lineOf(const Item& entry, OutputFormat format) {
                                        : std::string();
 }
 
-}  // namespace
-
+/// Shows the wanted entries on `out`, newest first, in the format of `globals`.
 void listEntries(const Filter& filter, Session& session, const GlobalOptions& globals, std::ostream& out) {
     const std::vector<AnyEntry> entries = wantedEntries(session.journal(), filter);
     if (globals.format == OutputFormat::table) {
@@ -71,6 +71,8 @@ void listEntries(const Filter& filter, Session& session, const GlobalOptions& gl
         out << std::visit([&](const auto& item) { return lineOf(item, globals.format); }, entry) << '\n';
     }
 }
+
+}  // namespace
 
 void addListCommand(CLI::App& app, CommandContext& context) {
     CLI::App* list = app.add_subcommand("list", "Show entries, newest first");
@@ -94,10 +96,11 @@ void addListCommand(CLI::App& app, CommandContext& context) {
             if (context.globals.format == OutputFormat::automatic) {
                 context.globals.format = isTerminal() ? OutputFormat::table : OutputFormat::json;
             }
+            const auto show = [&] { listEntries(options->filter, session, context.globals, context.out); };
             if (options->follow) {
-                followEntries(options->filter, session, context.globals, context.out);
+                followEntries(options->filter, session, show, context.globals, context.out);
             } else {
-                listEntries(options->filter, session, context.globals, context.out);
+                show();
             }
             return exitDone;
         };

@@ -1,4 +1,4 @@
-#include "FollowCommand.h"
+#include "ChangeView.h"
 
 #include <chrono>
 #include <csignal>
@@ -11,7 +11,6 @@
 #include "EntryView.h"
 #include "ItemJson.h"
 #include "Kinds.h"
-#include "ListCommand.h"
 #include "PrintableText.h"
 
 namespace calljournal {
@@ -82,7 +81,8 @@ using Logs = std::tuple<CALLJOURNAL_CALL_KINDS(CALLJOURNAL_LIST) std::deque<Stor
 
 }  // namespace
 
-void followEntries(const Filter& filter, Session& session, const GlobalOptions& globals, std::ostream& out) {
+void followEntries(const Filter& filter, Session& session, const std::function<void()>& list,
+                   const GlobalOptions& globals, std::ostream& out) {
     const InterruptHandler handler;
     Logs logs;
     // Reads the logs again and hands what they were and are to `use`.
@@ -100,7 +100,7 @@ void followEntries(const Filter& filter, Session& session, const GlobalOptions& 
 
     auto seen = session.store().changeCount();
     look([](const auto&, const auto&) {});
-    listEntries(filter, session, globals, out);
+    list();
     out.flush();
     while (isInterrupted == 0 && out.good()) {
         std::this_thread::sleep_for(pollInterval);
