@@ -48,7 +48,7 @@ std::vector<std::string_view> split(std::string_view text, char delimiter) {
 std::string inOneLine(std::string_view text) {
     std::string line(text);
     std::replace_if(
-        line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == '\x7f'; }, ' ');
+        line.begin(), line.end(), [](char c) { return isControl(c) || c == '\t'; }, ' ');
     return line;
 }
 

@@ -26,6 +26,12 @@ std::string_view trimmed(std::string_view text, std::string_view blanks);
 /// Returns what is between the delimiters: one part more than there are delimiters.
 std::vector<std::string_view> split(std::string_view text, char delimiter);
 
+/// Returns whether `c` is a control character of ASCII other than a tab.
+constexpr bool isControl(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < 0x20 && c != '\t') || byte == 0x7f;
+}
+
 /// Returns `text` with a space in the place of each control character of ASCII.
 std::string inOneLine(std::string_view text);
 

@@ -11,11 +11,6 @@ namespace {
 
 constexpr std::string_view blanks = " \t\n\r\v\f";
 
-bool isControl(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return (byte < 0x20 && c != '\t') || byte == 0x7f;
-}
-
 /// Does what valueText does, and keeps the memory of `value`.
 void assignValueText(std::string& value, std::string_view text) {
     const std::string_view inner = trimmed(text, blanks);

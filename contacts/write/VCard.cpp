@@ -30,8 +30,7 @@ std::string escaped(std::string_view text) {
             value += '\\';
             value += c;
         } else {
-            const auto byte = static_cast<unsigned char>(c);
-            value += (byte < 0x20 && c != '\t') || byte == 0x7f ? ' ' : c;
+            value += isControl(c) ? ' ' : c;
         }
     }
     return value;
