@@ -32,6 +32,11 @@ constexpr bool isControl(char c) {
     return (byte < 0x20 && c != '\t') || byte == 0x7f;
 }
 
+/// Returns whether no XML carries `c`: a control character below a space but tab, line feed and carriage return.
+constexpr bool isForbiddenInXml(char c) {
+    return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
+}
+
 /// Returns `text` with a space in the place of each control character of ASCII.
 std::string inOneLine(std::string_view text);
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <map>
 
+#include "Text.h"
+
 namespace calljournal {
 
 namespace {
@@ -14,11 +16,6 @@ bool isNameStart(char c) {
 
 bool isNamePart(char c) {
     return isNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
-}
-
-/// A control character that XML allows nowhere.
-bool isForbidden(char c) {
-    return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
 }
 
 /// The length of the predefined entity or character reference at `at`, or 0 if there is none.
@@ -140,7 +137,7 @@ private:
         const std::size_t length = c == '&' ? entityLength(outline_.text, at_) : 1;
         if (length == 0) {
             error(FindingKind::rawAmpersand, {});
-        } else if (isForbidden(c)) {
+        } else if (isForbiddenInXml(c)) {
             error(FindingKind::forbiddenByte, outline_.text.substr(at_, 1));
         }
         at_ += std::max<std::size_t>(length, 1);

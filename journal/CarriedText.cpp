@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "ClientUtils.h"
+#include "Text.h"
 
 namespace calljournal {
 
@@ -11,10 +12,6 @@ namespace {
 
 constexpr std::string_view referenceBegin = "&#x";
 constexpr std::size_t referenceLength = 6;  // &#x1b;
-
-bool isCarriedByReference(char c) {
-    return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
-}
 
 void appendReference(char c, std::string& text) {
     constexpr std::string_view digits = "0123456789abcdef";
@@ -37,19 +34,18 @@ bool takeReference(std::string_view text, char& c) {
     const unsigned high = digitValue(text[3]);
     const unsigned low = digitValue(text[4]);
     c = static_cast<char>(high * 16U + low);
-    return high < 8U && low < 16U && (c == '&' || isCarriedByReference(c));
+    return high < 8U && low < 16U && (c == '&' || isForbiddenInXml(c));
 }
 
 }  // namespace
 
 std::string carriedControls(const std::string& text) {
-    if (std::none_of(text.begin(), text.end(), isCarriedByReference) &&
-        text.find(referenceBegin) == std::string::npos) {
+    if (std::none_of(text.begin(), text.end(), isForbiddenInXml) && text.find(referenceBegin) == std::string::npos) {
         return text;
     }
     std::string carried;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (isCarriedByReference(text[i]) || text.compare(i, referenceBegin.size(), referenceBegin) == 0) {
+        if (isForbiddenInXml(text[i]) || text.compare(i, referenceBegin.size(), referenceBegin) == 0) {
             appendReference(text[i], carried);
         } else {
             carried += text[i];
