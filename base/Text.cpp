@@ -26,6 +26,10 @@ std::string upperCase(std::string_view text) {
     return result;
 }
 
+bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
 std::string_view trimmed(std::string_view text, std::string_view blanks) {
     // Hardly any text has blanks at either end.
     if (text.empty() || (!mayBeBlank(text.front()) && !mayBeBlank(text.back()))) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,8 @@ constexpr char upperCase(char c) {
 
 std::string lowerCase(std::string_view text);
 std::string upperCase(std::string_view text);
+
+bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words);
 
 /// Returns `text` without the characters of `blanks` at either end. A blank is a space or a control character.
 std::string_view trimmed(std::string_view text, std::string_view blanks);

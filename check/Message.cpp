@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "Text.h"
 #include "Texts.h"
 
 namespace calljournal {

@@ -1,11 +1,13 @@
 #include "MessageCheck.h"
 
 #include <algorithm>
+#include <initializer_list>
 
 #include "EntryCheck.h"
 #include "EntryReading.h"
 #include "StoreRequest.h"
 #include "StoreWords.h"
+#include "Text.h"
 #include "Texts.h"
 #include "Wording.h"
 

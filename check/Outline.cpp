@@ -222,10 +222,6 @@ Outline outlineOf(std::string_view text) {
     return Walk(text).outline();
 }
 
-bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 std::size_t firstNamed(const Outline& outline, const std::vector<std::size_t>& elements, std::string_view name) {
     const auto found = std::find_if(elements.begin(), elements.end(),
                                     [&](std::size_t element) { return outline.elements[element].name == name; });

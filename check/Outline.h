@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <initializer_list>
 #include <string_view>
 #include <vector>
 
@@ -59,7 +58,5 @@ Outline outlineOf(std::string_view text);
 
 /// Returns the first of `elements` that has that name, or noElement.
 std::size_t firstNamed(const Outline& outline, const std::vector<std::size_t>& elements, std::string_view name);
-
-bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names);
 
 }  // namespace calljournal

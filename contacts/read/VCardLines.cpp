@@ -13,15 +13,6 @@ namespace calljournal {
 
 namespace {
 
-constexpr std::string_view binaryNames[] = {"PHOTO", "LOGO", "SOUND", "KEY"};
-
-/// Types that version 2.1 writes without "TYPE=" are where a parameter's name would be; these are its other bare words.
-constexpr std::string_view encodings[] = {"QUOTED-PRINTABLE", "BASE64", "7BIT", "8BIT", "B"};
-
-bool isOneOf(const std::string_view* begin, const std::string_view* end, std::string_view word) {
-    return std::find(begin, end, word) != end;
-}
-
 /// The longest name with its parameters. A head is read even if its value is too long for one line.
 constexpr std::size_t longestHead = 4096;
 
@@ -77,7 +68,9 @@ void addParameter(VCardProperty& property, std::string_view text) {
         return;
     }
     const std::string word = upperCase(text);
-    const bool isEncoding = isOneOf(std::begin(encodings), std::end(encodings), word);
+    // Types that version 2.1 writes without "TYPE=" are where a parameter's name would be; these are its other bare
+    // words.
+    const bool isEncoding = isOneOf(word, {"QUOTED-PRINTABLE", "BASE64", "7BIT", "8BIT", "B"});
     property.parameters.push_back({isEncoding ? "ENCODING" : "TYPE", word});
 }
 
@@ -218,8 +211,8 @@ void VCardLines::takeHead(VCardProperty& property) {
         property.name.clear();
     }
     const std::string encoding = upperCase(parameter(property, "ENCODING"));
-    property.isBinary = isOneOf(std::begin(binaryNames), std::end(binaryNames), property.name) || encoding == "B" ||
-                        encoding == "BASE64";
+    property.isBinary =
+        isOneOf(property.name, {"PHOTO", "LOGO", "SOUND", "KEY"}) || encoding == "B" || encoding == "BASE64";
     property.isTooLong = property.isTooLong && !property.isBinary;
     if (property.isTooLong || property.isBinary) {
         property.value.clear();
