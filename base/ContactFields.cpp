@@ -5,11 +5,6 @@
 
 namespace calljournal {
 
-std::string fullName(const Contact& contact) {
-    const bool hasBoth = !contact.firstName.empty() && !contact.lastName.empty();
-    return contact.firstName + (hasBoth ? " " : "") + contact.lastName;
-}
-
 bool haveSameFields(const Contact& one, const Contact& other) {
     return one.defaultDial == other.defaultDial &&
            std::all_of(std::begin(contactTexts), std::end(contactTexts),

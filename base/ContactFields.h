@@ -12,9 +12,6 @@ using format::contactNumbers;
 using format::ContactText;
 using format::contactTexts;
 
-/// First name and last name, or the one that there is.
-std::string fullName(const Contact& contact);
-
 /// Returns whether two contacts have the same texts and the same default number.
 bool haveSameFields(const Contact& one, const Contact& other);
 

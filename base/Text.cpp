@@ -56,6 +56,10 @@ std::string inOneLine(std::string_view text) {
     return line;
 }
 
+std::string fullName(const std::string& firstName, const std::string& lastName) {
+    return firstName + (firstName.empty() || lastName.empty() ? "" : " ") + lastName;
+}
+
 std::string shortened(std::string_view text, std::size_t most) {
     const std::size_t length = wholeCharacters(text, most);
     return std::string(text.substr(0, length)) + (length < text.size() ? "..." : "");

@@ -43,6 +43,9 @@ constexpr bool isForbiddenInXml(char c) {
 /// Returns `text` with a space in the place of each control character of ASCII.
 std::string inOneLine(std::string_view text);
 
+/// Returns "First Last", or what there is of it.
+std::string fullName(const std::string& firstName, const std::string& lastName);
+
 /// Returns at most `most` bytes of `text`, no character cut, with "..." behind them if anything is missing.
 std::string shortened(std::string_view text, std::size_t most);
 

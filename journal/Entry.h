@@ -50,11 +50,6 @@ bool isNewer(const Item& first, const Item& second) {
     return newestTime(first) > newestTime(second);
 }
 
-/// "First Last", or what there is of it.
-inline std::string fullName(const std::string& firstname, const std::string& surname) {
-    return firstname.empty() || surname.empty() ? firstname + surname : firstname + ' ' + surname;
-}
-
 /// Calls `use(base, fields)` for each table of fields that `entry` has beside its calls, in the order in which they are
 /// written; `base` is the entry as the class that the table is for.
 template <class Item, class Use>

@@ -4,6 +4,7 @@
 
 #include "ContactFields.h"
 #include "PrintableText.h"
+#include "Text.h"
 #include "TextTable.h"
 
 namespace calljournal {
@@ -38,7 +39,7 @@ void printContactTable(const std::vector<Contact>& contacts, std::ostream& out, 
     columns.insert(columns.end(), {{"Company", true, false}, {"Mail", true, false}, {"Position", true, false}});
     TextTable table(std::move(columns));
     for (const Contact& contact : contacts) {
-        std::vector<std::string> row = {fitted(printable(fullName(contact)), widestText)};
+        std::vector<std::string> row = {fitted(printable(fullName(contact.firstName, contact.lastName)), widestText)};
         for (const ContactNumber& number : contactNumbers) {
             const std::string text = fitted(printable(contact.*number.member), widestText);
             row.push_back(text + (!text.empty() && number.dialCode == contact.defaultDial ? " *" : ""));

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "ContactFields.h"
 #include "JsonText.h"
 #include "PrintableText.h"
 #include "Text.h"
@@ -18,7 +17,7 @@ const char* nameOf(RecordResult result) {
 }
 
 std::string nameOf(const Contact& contact) {
-    const std::string name = fullName(contact);
+    const std::string name = fullName(contact.firstName, contact.lastName);
     return printable(name.empty() ? contact.company1 : name);
 }
 

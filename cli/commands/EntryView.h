@@ -6,6 +6,7 @@
 
 #include "Duration.h"
 #include "Entry.h"
+#include "Text.h"
 #include "Wording.h"
 
 namespace calljournal {

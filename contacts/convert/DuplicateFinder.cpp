@@ -95,7 +95,8 @@ struct FoldedName {
 };
 
 FoldedName foldedName(const Contact& contact) {
-    return {folded(contact.firstName), folded(contact.lastName), folded(contact.company1), fullName(contact).empty()};
+    return {folded(contact.firstName), folded(contact.lastName), folded(contact.company1),
+            fullName(contact.firstName, contact.lastName).empty()};
 }
 
 bool areNamesCompatible(const FoldedName& one, const FoldedName& other) {

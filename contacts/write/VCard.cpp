@@ -47,7 +47,7 @@ std::string escapedComponent(std::string_view text) {
 
 /// What a card is called: by the person, else by whatever identifies it.
 std::string formattedName(const Contact& contact) {
-    std::string name = fullName(contact);
+    std::string name = fullName(contact.firstName, contact.lastName);
     if (!name.empty()) {
         return name;
     }

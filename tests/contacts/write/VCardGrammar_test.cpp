@@ -7,6 +7,7 @@
 
 #include "CSVType.h"
 #include "ContactFields.h"
+#include "Text.h"
 #include "VCard.h"
 
 namespace {
@@ -50,7 +51,7 @@ TEST(VCardGrammar, UnderstandsEveryText) {
     const auto card = parsed(contact);
     ASSERT_NE(card, nullptr);
     EXPECT_TRUE(card->assertRFCCompliance());
-    EXPECT_EQ(unescaped(card->getFullName()->getValue()), calljournal::fullName(contact));
+    EXPECT_EQ(unescaped(card->getFullName()->getValue()), calljournal::fullName(contact.firstName, contact.lastName));
     EXPECT_EQ(unescaped(card->getName()->getFamilyName()), contact.lastName);
     EXPECT_EQ(unescaped(card->getName()->getGivenName()), contact.firstName);
     ASSERT_EQ(card->getOrganizations().size(), 1u);
