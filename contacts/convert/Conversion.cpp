@@ -14,8 +14,6 @@ namespace calljournal {
 
 namespace {
 
-constexpr unsigned standardLimit = 100;
-
 /// So many columns are counted one by one where texts were left out; a file may have any number.
 constexpr std::size_t mostColumnsCounted = 200;
 

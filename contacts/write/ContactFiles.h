@@ -25,8 +25,8 @@ struct ContactFilesOptions {
     ContactFormat format = ContactFormat::phone;
     std::string path;  ///< The file; several become "contacts-1.csv", "contacts-2.csv", ...
     bool overwrite = false;
-    unsigned limit = 100;   ///< The contacts that the phone holds; 0: there is no phone, and one file for all.
-    unsigned existing = 0;  ///< Those it holds already; below `limit`.
+    unsigned limit = standardLimit;  ///< The contacts that the phone holds; 0: there is no phone, and one file for all.
+    unsigned existing = 0;           ///< Those it holds already; below `limit`.
     /// Names a contact for a sentence.
     std::function<std::string(const ContactOrigin&)> place;
 };

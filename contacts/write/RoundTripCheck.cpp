@@ -19,8 +19,6 @@ namespace {
 /// Files that may wait for their check; each has its contacts in memory.
 constexpr std::size_t mostFiles = 4;
 
-constexpr unsigned standardLimit = 100;
-
 /// Makes the machine play a phone while the object lives.
 class PlayedPhone {
 public:

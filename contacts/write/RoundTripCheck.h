@@ -13,6 +13,9 @@
 
 namespace calljournal {
 
+/// How many contacts a phone holds, unless it is an NQ.
+constexpr unsigned standardLimit = 100;
+
 /// Checks files for a phone, one after another, in a thread of its own while the next ones are written: imports a copy
 /// of each as the phone would and compares contact by contact. The machine plays a phone of that limit during an import
 /// and a standard one afterwards; nobody else may play one.
