@@ -12,7 +12,6 @@ namespace calljournal {
 namespace {
 
 constexpr std::size_t mostPlaces = 5;
-constexpr char loneQuote[] = "\"";
 
 /// What any column takes, a number column as well.
 constexpr char sample[] = "1";

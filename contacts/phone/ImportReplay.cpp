@@ -18,7 +18,6 @@ namespace calljournal {
 namespace {
 
 constexpr std::size_t outlookColumnCount = 92;
-constexpr char loneQuote[] = "\"";
 
 /// Programs whose exports are often offered, by the columns of their header.
 struct OftenOffered {

@@ -11,6 +11,9 @@
 
 namespace calljournal {
 
+/// What the importer makes of an empty quoted field.
+constexpr char loneQuote[] = "\"";
+
 /// Takes the importer's own steps over a file once more, to say where and why they refuse it.
 ///
 /// The importer reports an outcome and no place. Here its steps run line by line, unchanged, and what they leave in its
