@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <iterator>
+#include <string>
 
 #include "EntryCheck.h"
 #include "EntryReading.h"
+#include "JournalServiceObserverIfc.h"
 #include "StoreRequest.h"
 #include "StoreWords.h"
 #include "Text.h"
@@ -16,6 +19,10 @@ namespace calljournal {
 namespace text = format::text;
 
 namespace {
+
+constexpr JournalServiceObserverIfc::ActionType actions[] = {
+    JournalServiceObserverIfc::ADDED, JournalServiceObserverIfc::CHANGED, JournalServiceObserverIfc::VIEWED,
+    JournalServiceObserverIfc::DELETED};
 
 /// Whether `text` is a decimal number of 32 bits, as a count is written.
 bool isSignedNumber(std::string_view text) {
@@ -212,7 +219,8 @@ private:
             return report(outline_.text.size(), FindingKind::missingAction);
         }
         const std::string_view action = outline_.rawText(outline_.elements[element]);
-        if (!isOneOf(action, {"0", "1", "2", "3"})) {
+        if (std::none_of(std::begin(actions), std::end(actions),
+                         [&](int known) { return action == std::to_string(known); })) {
             Place place{outline_.elements[element].begin};
             place.element = text::ACTIONTYPE;
             findings_.report(place, FindingKind::unknownAction, action);
