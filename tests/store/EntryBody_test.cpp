@@ -1,8 +1,8 @@
+#include "EntryBody.h"
+
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
-
-#include "EntryBody.h"
 
 namespace {
 
