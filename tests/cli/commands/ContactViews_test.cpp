@@ -2,12 +2,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <random>
 #include <sstream>
-
-#include "ContactJson.h"
-#include "JsonText.h"
 
 namespace {
 
@@ -77,62 +72,6 @@ TEST(ContactTable, MakesTextsPrintable) {
     Contact contact;
     contact.lastName = "a\nb\x1b\xff";
     EXPECT_EQ(tableOf({contact}), "Name\na\\nb\\x1b\\xff\n");
-}
-
-TEST(ContactJson, UsesTheNamesOfTheMembers) {
-    Contact contact = person();
-    contact.business2 = "3";
-    contact.private1 = "4";
-    contact.address1 = "Mill Lane";
-    contact.address2 = "Leeds::";
-    EXPECT_EQ(calljournal::contactJson(contact),
-              R"({"firstName":"Ann","lastName":"Smith","business1":"1","business2":"3","mobile1":"2","private1":"4",)"
-              R"("email1":"ann@example.com","company1":"Smith & Co","position":"Head","address1":"Mill Lane",)"
-              R"("address2":"Leeds::","defaultDial":4,"source":"CSV"})");
-}
-
-TEST(ContactJson, LeavesOutEmptyTextsAndReplacesBadBytes) {
-    Contact contact;
-    contact.lastName = "M\xfcller\n\"";
-    contact.source = static_cast<Contact::eOrderedContactSource>(3);
-    EXPECT_EQ(calljournal::contactJson(contact),
-              "{\"lastName\":\"M\ufffdller\\n\\\"\",\"defaultDial\":0,\"source\":\"CSV\"}");
-}
-
-/// Texts take a short way unless something is odd about them, which is for the JSON library.
-TEST(ContactJson, WritesEveryTextAsTheJsonLibraryDoes) {
-    const auto expectSame = [](const std::string& text) {
-        std::string json = "[";
-        calljournal::appendJsonText(json, text);
-        ASSERT_EQ(json, '[' + calljournal::jsonText(calljournal::Json(text), false)) << ::testing::PrintToString(text);
-    };
-    for (int pair = 0; pair < 65536; ++pair) {
-        expectSame({static_cast<char>(pair / 256), static_cast<char>(pair % 256)});
-    }
-    const unsigned seed = 20261121;
-    std::mt19937 random(seed);
-    const std::string pieces[] = {"a",
-                                  "ü",
-                                  "日",
-                                  "😀",
-                                  "\"",
-                                  "\\",
-                                  "\x7f",
-                                  "\x1f",
-                                  "\xc3",
-                                  "\xe6\x97",
-                                  "\xed\xa0\x80",
-                                  "\xf0\x9f",
-                                  "\xc0\x80",
-                                  "\xf4\x90\x80\x80",
-                                  "\xff"};
-    for (int round = 0; round < 20000; ++round) {
-        std::string text;
-        for (auto length = random() % 6; length != 0; --length) {
-            text += pieces[random() % std::size(pieces)];
-        }
-        expectSame(text);
-    }
 }
 
 }  // namespace
