@@ -15,7 +15,7 @@ struct Engine {
     std::string_view scheme;
     std::string_view what;  ///< What its stores are, for people.
     std::string_view form;  ///< How a URL of one is written.
-    std::string_view mark;  ///< What the file of one begins with.
+    std::string_view mark;  ///< What the file of one begins with, and other files do not; not empty.
     std::unique_ptr<Store> (*open)(const std::string& url, std::chrono::milliseconds timeout);
 };
 
