@@ -4,32 +4,18 @@
 #include <string>
 #include <string_view>
 
-#include "CheckCommand.h"
 #include "CommandContext.h"
+#include "Commands.h"
 #include "Completion.h"
-#include "ConvertCommand.h"
-#include "DecodeCommand.h"
-#include "DeleteCommand.h"
-#include "DemoCommand.h"
-#include "EncodeCommand.h"
 #include "ErrorMessage.h"
 #include "HostPlatform.h"
-#include "ImportCommand.h"
-#include "ListCommand.h"
 #include "NumberMatcher.h"
-#include "RecordCommand.h"
 #include "ValueError.h"
-#include "ViewedCommand.h"
 #include "WordOption.h"
 
 namespace calljournal {
 
 namespace {
-
-/// What declares every command, in the order of the help.
-constexpr void (*declarations[])(CLI::App&, CommandContext&) = {
-    addRecordCommand, addListCommand,  addViewedCommand, addDeleteCommand,  addEncodeCommand,
-    addDecodeCommand, addCheckCommand, addImportCommand, addConvertCommand, addDemoCommand};
 
 void addGlobals(CLI::App& app, CommandContext& context) {
     GlobalOptions& globals = context.globals;
@@ -60,7 +46,7 @@ ExitCode runCommand(int argc, const char* const* argv, std::istream& in, std::os
     app.require_subcommand(1);
     app.fallthrough();
     addGlobals(app, context);
-    for (const auto addCommand : declarations) {
+    for (const auto addCommand : addCommands) {
         addCommand(app, context);
     }
     if (argc > 1 && std::string_view(argv[1]) == "--complete") {
