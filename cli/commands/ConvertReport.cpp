@@ -92,8 +92,8 @@ void ConvertReport::book(std::size_t file, const Recognition& recognition) {
         return;
     }
     out_ << printable(files_[file]) << ": " << recognition.charset << " (" << recognition.charsetWhy << "), ";
-    if (recognition.format == BookFormat::vCard) {
-        out_ << "vCard\n";
+    if (recognition.columns.empty()) {
+        out_ << recognition.format << '\n';
         return;
     }
     const char* const delimiter = recognition.delimiter == ';'    ? "semicolons"

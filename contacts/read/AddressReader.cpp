@@ -53,6 +53,22 @@ private:
     std::unique_ptr<AddressReader> reader_;
 };
 
+template <class Reader>
+std::unique_ptr<AddressReader> openAs(TextStream stream, std::shared_ptr<const ColumnFinder> finder,
+                                      Recognition recognition) {
+    return std::make_unique<Reader>(std::move(stream), std::move(finder), std::move(recognition));
+}
+
+/// A format that the beginning of a text shows. A text in none of them is read as CSV.
+struct Format {
+    bool (*isIn)(std::string_view beginning);
+    std::unique_ptr<AddressReader> (*open)(TextStream, std::shared_ptr<const ColumnFinder>, Recognition);
+};
+
+constexpr Format formats[] = {
+    {isVCard, openAs<VCardReader>},
+};
+
 std::size_t characters(const std::string& text) {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) { return !isContinuation(c); }));
 }
@@ -152,8 +168,10 @@ std::unique_ptr<AddressReader> openAddressBook(std::istream& bytes, const Readin
     Recognition recognition;
     recognition.charset = found.name;
     recognition.charsetWhy = found.why;
-    if (isVCard(beginning)) {
-        return std::make_unique<VCardReader>(TextStream(bytes, charset), finder, std::move(recognition));
+    for (const Format& format : formats) {
+        if (format.isIn(beginning)) {
+            return format.open(TextStream(bytes, charset), finder, std::move(recognition));
+        }
     }
     return std::make_unique<CsvReader>(TextStream(bytes, charset), csvLayout(beginning, *finder), finder,
                                        std::move(recognition));

@@ -13,8 +13,6 @@
 
 namespace calljournal {
 
-enum class BookFormat { csv, vCard };
-
 /// A column of the header, in the order of the file.
 struct RecognisedColumn {
     std::string name;  ///< As it is in the file, UTF-8.
@@ -25,7 +23,7 @@ struct RecognisedColumn {
 
 /// What an address book turned out to be.
 struct Recognition {
-    BookFormat format = BookFormat::csv;
+    std::string format;      ///< "CSV", "vCard".
     std::string charset;     ///< "UTF-8", "windows-1252".
     std::string charsetWhy;  ///< How that was found: "byte-order mark", "all bytes are valid", "asked for".
     char delimiter = 0;      ///< Of a CSV file: comma, semicolon or tab.

@@ -50,7 +50,7 @@ std::string recognised(const std::string& bytes, const ReadingOptions& options) 
     const std::unique_ptr<AddressReader> book = openAddressBook(stream, options);
     const Recognition& found = book->recognition();
     std::string text = found.charset + " (" + found.charsetWhy + ")";
-    if (found.format == BookFormat::vCard) {
+    if (found.format == "vCard") {
         return text + ", vCard";
     }
     text += std::string(", ") + (found.delimiter == '\t' ? "tab" : std::string(1, found.delimiter));

@@ -102,7 +102,7 @@ CsvReader::CsvReader(TextStream stream, CsvLayout layout, std::shared_ptr<const 
                      Recognition recognition)
     : rows_(LineReader(std::move(stream)), layout.delimiter), finder_(std::move(finder)) {
     recognition_ = std::move(recognition);
-    recognition_.format = BookFormat::csv;
+    recognition_.format = "CSV";
     recognition_.delimiter = layout.delimiter;
     recognition_.program = std::move(layout.header.program);
     recognition_.language = std::move(layout.header.language);

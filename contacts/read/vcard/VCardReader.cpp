@@ -110,7 +110,7 @@ bool isVCard(std::string_view beginning) {
 VCardReader::VCardReader(TextStream stream, std::shared_ptr<const ColumnFinder> finder, Recognition recognition)
     : lines_(LineReader(std::move(stream))), finder_(std::move(finder)) {
     recognition_ = std::move(recognition);
-    recognition_.format = BookFormat::vCard;
+    recognition_.format = "vCard";
 }
 
 bool VCardReader::next(AddressRecord& record) {
