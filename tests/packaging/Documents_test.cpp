@@ -108,6 +108,15 @@ TEST(Manual, NamesEachWordThatAnOptionTakes) {
     }
 }
 
+TEST(Manual, NamesEachKindOfEntryAndNoOther) {
+    const std::string page = readFile(manual);
+    const std::size_t begin = page.find(".Sh COMMANDS");
+    const std::string kinds = page.substr(begin, page.find("\n.Ss ", begin) - begin);
+    const Words named = found(help("record"), "\n  kind TEXT +([a-z, ]+)\n");
+    ASSERT_EQ(named.size(), 1u);
+    EXPECT_EQ(found(kinds, "\\.Cm ([a-z]+)"), found(*named.begin(), "([a-z]+)"));
+}
+
 TEST(Manual, NamesNoCommandThatIsNotThere) {
     const std::string page = readFile(manual);
     const std::size_t begin = page.find(".Sh COMMANDS");
