@@ -34,6 +34,7 @@ TEST(CallRecord, RefusesANumberThatOverflowsAndNamesItsLine) {
 
 TEST(CallRecord, NamesTheElementAtFault) {
     EXPECT_EQ(refusal("3"), "line 1: a call is a JSON object");
+    EXPECT_EQ(refusal("\n{\"Number\":\"1\"}\n\r\n3"), "line 4: a call is a JSON object");
     EXPECT_EQ(refusal(R"([{"Number":"1"},3])"), "call 2: a call is a JSON object");
     EXPECT_EQ(refusal(R"({"Kind":"lost"})"),
               "line 1: \"lost\" is not one of missed, dialled, received, forwarded, callback");
@@ -43,6 +44,7 @@ TEST(CallRecord, NamesTheElementAtFault) {
     EXPECT_EQ(refusal(R"({"Number":"1","Duration":"1"})"), "line 1: Duration: a missed call has no such element");
     EXPECT_EQ(refusal(R"({"Number":"1","UniqueId":"1"})"), "line 1: UniqueId: a missed call has no such element");
     EXPECT_EQ(refusal(R"({"Number":"1","Withheld":true})"), "line 1: a call has either a number or is withheld");
+    EXPECT_EQ(refusal(R"({"Withheld":false})"), "line 1: a call has either a number or is withheld");
     EXPECT_EQ(refusal(R"({"Number":"1","Duration":"1"})", "callback"),
               "line 1: Duration: a call-back has no such element");
     EXPECT_EQ(refusal(R"({"Number":"1","UniqueId":"1"})", "callback"),
@@ -82,6 +84,8 @@ TEST(CallRecord, GivesWhatIsAbsentTheValueThatAPhoneWould) {
     EXPECT_EQ(anonymous.namePresentation, CallLogEntryEvent::NOT_AVAILABLE);
     EXPECT_EQ(anonymous.targetLog, CallLogEntryEvent::IN_NO_ANSWER);
     EXPECT_EQ(anonymous.timeDate.size(), 19u);
+    const auto callBack = callsOfKind<StoredCallBack>(readCalls(R"({"Number":"1"})", "callback")).at(0).party;
+    EXPECT_EQ(callBack.getTimeDate().size(), 19u);
     const auto named =
         callsOfKind<DialledCallItem>(readCalls(R"({"Number":"1","Firstname":"A"})", "dialled")).at(0).call;
     EXPECT_EQ(named.numberPresentation, CallLogEntryEvent::ALLOWED);
