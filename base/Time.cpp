@@ -7,11 +7,10 @@ namespace calljournal {
 
 void checkTime(const std::string& text) {
     std::tm time = {};
-    int end = 0;
-    const int count = std::sscanf(text.c_str(), "%4d-%2d-%2d %2d:%2d:%2d%n", &time.tm_year, &time.tm_mon, &time.tm_mday,
-                                  &time.tm_hour, &time.tm_min, &time.tm_sec, &end);
+    const int count = std::sscanf(text.c_str(), "%4d-%2d-%2d %2d:%2d:%2d", &time.tm_year, &time.tm_mon, &time.tm_mday,
+                                  &time.tm_hour, &time.tm_min, &time.tm_sec);
     char canonical[32] = "";
-    if (count == 6 && text.size() == 19 && end == 19) {
+    if (count == 6 && text.size() == 19) {
         time.tm_year -= 1900;
         time.tm_mon -= 1;
         // A date outside the calendar, such as 30 February, comes back as another one.
