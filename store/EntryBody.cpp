@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "StoreRequest.h"
 #include "StoreWords.h"
 
 namespace calljournal {
@@ -59,6 +60,15 @@ void appendWithPictureClip(std::string_view body, std::string& text) {
         element = firstElement(body);
     }
     text.append(body);
+}
+
+void appendServed(std::string_view schema, std::string_view id, std::string_view body, std::string& text) {
+    text.append(xmlElement(format::text::UNIQUEID, id));
+    if (servesPictureClips(schema)) {
+        appendWithPictureClip(body, text);
+    } else {
+        text.append(body);
+    }
 }
 
 }  // namespace calljournal

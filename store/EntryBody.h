@@ -22,4 +22,8 @@ std::optional<BodyElement> firstElement(std::string_view body);
 /// `PictureClip`. Nothing inside an element is touched, so nothing of the call list.
 void appendWithPictureClip(std::string_view body, std::string& text);
 
+/// Appends what a reply to a read request of `schema` has between the tags of an entry: the id, and the body as its
+/// reader expects it.
+void appendServed(std::string_view schema, std::string_view id, std::string_view body, std::string& text);
+
 }  // namespace calljournal

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "SqliteStore.h"
 #include "StoreUrl.h"
@@ -16,7 +17,7 @@ struct Engine {
     std::string_view what;  ///< What its stores are, for people.
     std::string_view form;  ///< How a URL of one is written.
     std::string_view mark;  ///< What the file of one begins with, and other files do not; not empty.
-    std::unique_ptr<Store> (*open)(const std::string& url, std::chrono::milliseconds timeout);
+    std::unique_ptr<Store> (*open)(const std::string& url, EntryIndexer indexer, std::chrono::milliseconds timeout);
 };
 
 /// A URL without a scheme is one of the first engine's.
@@ -35,11 +36,11 @@ std::string joined(std::string_view Engine::*words) {
 
 }  // namespace
 
-std::unique_ptr<Store> openStore(const std::string& url, std::chrono::milliseconds timeout) {
+std::unique_ptr<Store> openStore(const std::string& url, EntryIndexer indexer, std::chrono::milliseconds timeout) {
     const std::string_view scheme = schemeOf(url);
     for (const Engine& engine : engines) {
         if (scheme.empty() || scheme == engine.scheme) {
-            return engine.open(url, timeout);
+            return engine.open(url, std::move(indexer), timeout);
         }
     }
     throw StoreError("store " + url + ": only " + joined(&Engine::what) + " can be used; write " +

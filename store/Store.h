@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "DataAccessServiceIfc.h"
+#include "EntryQuery.h"
 #include "StoreError.h"
 
 namespace calljournal {
@@ -45,13 +46,42 @@ public:
     /// Returns a number that changes whenever the store may have changed, by this object or another process; compare it
     /// for equality with an earlier one of the same object. Cheap enough to be polled. Throws StoreError.
     virtual std::uint64_t changeCount() = 0;
+
+    /// Returns the wanted entries, the one with the newest call first. Costs what the page costs, however many entries
+    /// there are, except where the query says otherwise. The keys only find candidates: what is true of an entry is in
+    /// its text. Throws StoreError; std::logic_error if the store was opened without an indexer.
+    virtual std::vector<FoundEntry> find(const EntryQuery& query) = 0;
+
+    /// Returns how many entries `schema` has; 0 for an unknown one. Throws StoreError.
+    virtual EntryCount count(std::string_view schema) = 0;
+
+    /// Returns what has changed since an earlier call returned the number `since`, the first thousand changes of it; with
+    /// 0, nothing but the number to begin with. An entry that was written with the bytes that it had is not changed.
+    /// Throws StoreError.
+    virtual StoreChanges changes(std::uint64_t since) = 0;
+
+    /// Returns the value of a setting; nothing if it was never set. Throws StoreError.
+    virtual std::optional<std::string> setting(std::string_view name) = 0;
+
+    /// Keeps the value of a setting. A new `regionSetting` has all keys made anew, in the same transaction. Throws
+    /// StoreError.
+    virtual void setSetting(std::string_view name, std::string_view value) = 0;
+
+    /// Returns the entries whose keys do not fit their bodies; reads and derives all. Throws StoreError;
+    /// std::logic_error if the store was opened without an indexer.
+    virtual std::vector<IndexFault> checkIndex() = 0;
 };
 
+/// The setting for the region that the store's numbers are dialled in: an ISO 3166-1 code such as "DE".
+inline constexpr std::string_view regionSetting = "region";
+
 /// Opens the store of `url`, `sqlite3://PATH` or a plain path, and creates it, its tables and its folders as needed.
-/// Tables of an older version are brought up to date. What cannot be written is opened for reading. A request waits for
+/// Tables of an older version are brought up to date. Entries get the keys that `indexer` derives, also those that were
+/// written without one; a store that is opened without it answers requests, and finds nothing. What cannot be written is opened for reading. A request waits for
 /// other processes until `timeout`. Throws StoreError if no database is known for the scheme, or if the store cannot be
 /// opened, is none, or was written by a newer version; it is then as it was.
-std::unique_ptr<Store> openStore(const std::string& url, std::chrono::milliseconds timeout = std::chrono::seconds(30));
+std::unique_ptr<Store> openStore(const std::string& url, EntryIndexer indexer = {},
+                                 std::chrono::milliseconds timeout = std::chrono::seconds(30));
 
 /// Whether a file that begins with `bytes` can be a store, so that its path is one to open.
 bool beginsLikeAStore(std::string_view bytes);

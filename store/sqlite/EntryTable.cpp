@@ -1,9 +1,13 @@
 #include "EntryTable.h"
 
 #include <algorithm>
+#include <iterator>
+#include <tuple>
 
+#include "EntryBody.h"
 #include "EntryChecksum.h"
-#include "PreparedStatement.h"
+#include "Store.h"
+#include "StoreWords.h"
 
 namespace calljournal {
 
@@ -14,6 +18,12 @@ namespace {
 constexpr long long idLimit = 1'000'000'000'000'000'000;
 constexpr std::size_t maximumIdDigits = 18;
 
+/// How many rows are in memory while all entries are read and written at once.
+constexpr std::size_t rowsAtOnce = 200;
+
+/// A name is found by the beginnings of so many of its words.
+constexpr std::size_t mostNameKeys = 16;
+
 /// Returns the number whose text is `id` as the store writes it, without leading zeros; 0 if there is none.
 long long numberOf(std::string_view id) {
     const bool isNumber = !id.empty() && id.size() <= maximumIdDigits && id[0] != '0' &&
@@ -21,135 +31,440 @@ long long numberOf(std::string_view id) {
     return isNumber ? std::stoll(std::string(id)) : 0;
 }
 
-/// Executes a query for one row of numbers; returns whether there is one. Each fetch up to the last one matters: a query
-/// left in between would hold on to the state of the file that it read.
-bool fetchRow(soci::statement& query) {
-    query.execute();
-    bool isThere = false;
-    while (query.fetch()) {
-        isThere = true;
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = text.find('\n', begin);
+        lines.push_back(text.substr(begin, end - begin));
+        begin = end == std::string::npos ? end : end + 1;
     }
-    return isThere;
+    return lines;
+}
+
+/// Returns the body without its element for the user's having seen it.
+std::string withoutViewed(std::string_view body) {
+    std::string rest;
+    for (auto element = firstElement(body); element; element = firstElement(body)) {
+        rest.append(element->name == format::text::VIEWED ? std::string_view() : element->whole);
+        body.remove_prefix(element->whole.size());
+    }
+    return rest.append(body);
+}
+
+bool hasSameKeys(const EntryRow& one, const EntryRow& other) {
+    return std::tie(one.isSeen, one.time, one.numbers, one.name) ==
+           std::tie(other.isSeen, other.time, other.numbers, other.name);
+}
+
+bool isOnlySeen(const EntryRow& before, const EntryRow& now) {
+    return before.isSeen == 0 && now.isSeen == 1 && withoutViewed(before.body) == withoutViewed(now.body);
+}
+
+/// Calls `use` with each text of `texts` that is not in `others`.
+template <class Use>
+void forEachMissing(const std::vector<std::string>& texts, const std::vector<std::string>& others, Use use) {
+    for (const std::string& text : texts) {
+        if (std::find(others.begin(), others.end(), text) == others.end()) {
+            use(text);
+        }
+    }
 }
 
 }  // namespace
 
-EntryTable::EntryTable(soci::session& session)
-    : locate_(prepare(session, "select place, checksum from entry where schema_name = :schema and unique_id = :id",
-                      soci::use(schema_, "schema"), soci::use(id_, "id"), soci::into(place_), soci::into(checksum_))),
-      readNextPlace_(prepare(session, "select coalesce(max(place), 0) + 1 from entry where schema_name = :schema",
-                             soci::use(schema_, "schema"), soci::into(place_))),
-      put_(prepare(session,
-                   "insert into entry (schema_name, unique_id, place, size, checksum, body) values (:schema, "
-                   ":id, :place, :size, :checksum, :body) on conflict (unique_id, schema_name) do update set "
-                   "size = excluded.size, checksum = excluded.checksum, body = excluded.body",
-                   soci::use(schema_, "schema"), soci::use(id_, "id"), soci::use(place_, "place"),
-                   soci::use(size_, "size"), soci::use(checksum_, "checksum"), soci::use(body_, "body"))),
-      remove_(prepare(session, "delete from entry where schema_name = :schema and unique_id = :id",
-                      soci::use(schema_, "schema"), soci::use(id_, "id"))),
-      addToTotal_(prepare(session,
-                          "insert into schema_total (schema_name, entries, checksum) values (:schema, "
-                          ":entries, :checksum) on conflict (schema_name) do update set entries = "
-                          "schema_total.entries + excluded.entries, checksum = schema_total.checksum + "
-                          "excluded.checksum",
-                          soci::use(schema_, "schema"), soci::use(count_, "entries"),
-                          soci::use(checksum_, "checksum"))),
-      readTotal_(prepare(session, "select entries, checksum from schema_total where schema_name = :schema",
-                         soci::use(schema_, "schema"), soci::into(count_), soci::into(number_))),
-      readNextId_(prepare(session, "select next_id from calljournal_store", soci::into(number_))),
-      writeNextId_(prepare(session, "update calljournal_store set next_id = :number where next_id < :number",
-                           soci::use(number_, "number"))),
-      countId_(prepare(session, "select count(*) from entry where unique_id = :id", soci::use(id_, "id"),
-                       soci::into(count_))),
-      list_(prepare(session,
-                    "select unique_id, place, checksum, body from entry where schema_name = :schema "
-                    "order by place",
-                    soci::use(schema_, "schema"), soci::into(foundId_), soci::into(foundPlace_),
-                    soci::into(foundChecksum_), soci::into(foundBody_))),
-      extent_(prepare(session,
-                      "select count(*), cast(coalesce(sum(size), 0) as bigint) from entry "
-                      "where schema_name = :schema",
-                      soci::use(schema_, "schema"), soci::into(count_), soci::into(number_))) {}
-
-void EntryTable::addToTotal(int entries, long long checksum) {
-    count_ = entries;
-    checksum_ = checksum;
-    addToTotal_.execute(true);
+void refuseIfDamaged(std::string_view schema, const EntryRow& row) {
+    if (entryChecksum(schema, row) != row.checksum) {
+        throw StoreDamage("an entry of " + std::string(schema) + " is not as it was written");
+    }
 }
 
-void EntryTable::put(std::string_view schema, std::string_view id, std::string_view body) {
-    schema_ = schema;
+std::vector<std::string> nameKeys(const std::string& name) {
+    std::vector<std::string> keys;
+    for (std::size_t begin = 0; begin < name.size() && keys.size() < mostNameKeys;) {
+        std::string key = name.substr(begin, longestNameKey);
+        if (std::find(keys.begin(), keys.end(), key) == keys.end()) {
+            keys.push_back(std::move(key));
+        }
+        const std::size_t blank = name.find(' ', begin);
+        begin = blank == std::string::npos ? blank : blank + 1;
+    }
+    return keys;
+}
+
+EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
+    : session_(session),
+      indexer_(indexer),
+      readTotal_([&] {
+          return prepare(session,
+                         "select schema_id, entries, unseen, bytes, checksum from stored_schema where schema_name = "
+                         ":schema",
+                         soci::use(schema_), soci::into(total_.id), soci::into(total_.entries),
+                         soci::into(total_.unseen), soci::into(total_.bytes), soci::into(total_.checksum));
+      }),
+      writeTotal_([&] {
+          return prepare(session,
+                         "insert into stored_schema (schema_id, schema_name, entries, unseen, bytes, checksum) values "
+                         "(:id, :schema, :entries, :unseen, :bytes, :checksum) on conflict (schema_id) do update set "
+                         "entries = excluded.entries, unseen = excluded.unseen, bytes = excluded.bytes, "
+                         "checksum = excluded.checksum",
+                         soci::use(total_.id), soci::use(schema_), soci::use(total_.entries), soci::use(total_.unseen),
+                         soci::use(total_.bytes), soci::use(total_.checksum));
+      }),
+      readStore_([&] {
+          return prepare(session,
+                         "select next_id, last_change, coalesce((select value from setting where name = :region), '') "
+                         "from calljournal_store",
+                         soci::use(key_), soci::into(nextId_), soci::into(changeNumber_), soci::into(region_));
+      }),
+      writeStore_([&] {
+          return prepare(session, "update calljournal_store set next_id = :id, last_change = :change",
+                         soci::use(nextId_), soci::use(changeNumber_));
+      }),
+      locate_([&] {
+          return prepareRows(session, "from entry e where e.unique_id = :id and e.schema_id = :schema", found_,
+                             soci::use(id_), soci::use(total_.id));
+      }),
+      readNextPlace_(
+          [&] { return prepare(session, "select coalesce(max(place), 0) + 1 from entry", soci::into(place_)); }),
+      insert_([&] {
+          return prepare(session,
+                         "insert into entry (place, schema_id, unique_id, checksum, added, changed, change_number, "
+                         "is_seen, newest, numbers, name, body) values (:place, :schema, :id, :checksum, :added, "
+                         ":changed, :number, :seen, :newest, :numbers, :name, :body)",
+                         soci::use(row_.place), soci::use(row_.schemaId), soci::use(row_.id), soci::use(row_.checksum),
+                         soci::use(row_.added), soci::use(row_.changed), soci::use(row_.number), soci::use(row_.isSeen),
+                         soci::use(row_.time), soci::use(row_.numbers), soci::use(row_.name), soci::use(row_.body));
+      }),
+      update_([&] {
+          return prepare(session,
+                         "update entry set checksum = :checksum, changed = :changed, change_number = :number, "
+                         "is_seen = :seen, newest = :newest, numbers = :numbers, name = :name, body = :body "
+                         "where place = :place",
+                         soci::use(row_.checksum), soci::use(row_.changed), soci::use(row_.number),
+                         soci::use(row_.isSeen), soci::use(row_.time), soci::use(row_.numbers), soci::use(row_.name),
+                         soci::use(row_.body), soci::use(row_.place));
+      }),
+      remove_([&] { return prepare(session, "delete from entry where place = :place", soci::use(found_.place)); }),
+      remember_([&] {
+          return prepare(session,
+                         "insert into removed_entry (change_number, schema_id, unique_id, added, body) values "
+                         "(:number, :schema, :id, :added, :body)",
+                         soci::use(changeNumber_), soci::use(found_.schemaId), soci::use(found_.id),
+                         soci::use(found_.added), soci::use(found_.body));
+      }),
+      forget_([&] {
+          return prepare(session,
+                         "delete from removed_entry where change_number <= (select change_number from removed_entry "
+                         "order by change_number desc limit 1 offset :most)",
+                         soci::use(count_));
+      }),
+      addNumber_([&] {
+          return prepare(session, "insert into entry_number values (:schema, :key, :place)", soci::use(row_.schemaId),
+                         soci::use(key_), soci::use(row_.place));
+      }),
+      removeNumber_([&] {
+          return prepare(session,
+                         "delete from entry_number where schema_id = :schema and number_key = :key and place = :place",
+                         soci::use(found_.schemaId), soci::use(key_), soci::use(found_.place));
+      }),
+      countNumber_([&] {
+          return prepare(session,
+                         "select count(*) from entry_number where schema_id = :schema and number_key = :key and "
+                         "place = :place",
+                         soci::use(row_.schemaId), soci::use(key_), soci::use(row_.place), soci::into(count_));
+      }),
+      addName_([&] {
+          return prepare(session, "insert into entry_name values (:schema, :key, :place)", soci::use(row_.schemaId),
+                         soci::use(key_), soci::use(row_.place));
+      }),
+      removeName_([&] {
+          return prepare(session,
+                         "delete from entry_name where schema_id = :schema and name_key = :key and place = :place",
+                         soci::use(found_.schemaId), soci::use(key_), soci::use(found_.place));
+      }),
+      countName_([&] {
+          return prepare(session,
+                         "select count(*) from entry_name where schema_id = :schema and name_key = :key and "
+                         "place = :place",
+                         soci::use(row_.schemaId), soci::use(key_), soci::use(row_.place), soci::into(count_));
+      }),
+      countId_([&] {
+          return prepare(session, "select count(*) from entry where unique_id = :id", soci::use(id_),
+                         soci::into(count_));
+      }),
+      list_([&] {
+          return prepareRows(session, "from entry e where e.schema_id = :schema order by e.place", found_,
+                             soci::use(total_.id));
+      }),
+      listBehind_([&] {
+          return prepareRows(session,
+                             "from entry e where e.schema_id = :schema and e.place > :place "
+                             "order by e.place limit :rows",
+                             found_, soci::use(total_.id), soci::use(place_), soci::use(count_));
+      }) {}
+
+void EntryTable::begin(std::string_view schema) {
+    total(schema);
+    if (total_.id == 0) {
+        total_.id = static_cast<long long>(schemas().size()) + 1;
+    }
+    key_ = regionSetting;
+    readStore_.fetchRow();
+    isChanged_ = false;
+    hasRemoved_ = false;
+}
+
+bool EntryTable::locate(std::string_view id) {
     id_ = id;
-    body_ = body;
-    const bool isThere = fetchRow(locate_);
-    const long long before = isThere ? checksum_ : 0;
+    const bool isThere = locate_.fetchRow();
+    if (isThere) {
+        refuseIfDamaged(schema_, found_);
+    } else {
+        found_ = EntryRow();
+    }
+    return isThere;
+}
+
+/// Derives the keys of row_.
+void EntryTable::deriveKeys() {
+    row_.isSeen = EntryRow::notIndexed;
+    row_.time.clear();
+    row_.numbers.clear();
+    row_.name.clear();
+    if (!indexer_) {
+        return;
+    }
+    std::string text;
+    appendServed(schema_, row_.id, row_.body, text);
+    EntryKeys keys = indexer_(schema_, text, region_);
+    row_.isSeen = keys.isSeen ? 1 : 0;
+    row_.time = std::move(keys.time);
+    row_.name = std::move(keys.name);
+    for (const std::string& number : keys.numbers) {
+        row_.numbers.append(number).append("\n");
+    }
+}
+
+void EntryTable::put(std::string_view id, std::string_view body) {
+    const bool isThere = locate(id);
     if (!isThere) {
-        fetchRow(readNextPlace_);
+        readNextPlace_.fetchRow();
     }
-    size_ = static_cast<long long>(id.size()) + static_cast<long long>(body.size());
-    checksum_ = entryChecksum(schema, id, place_, body);
-    put_.execute(true);
-    addToTotal(isThere ? 0 : 1, checksum_ - before);
+    row_.place = isThere ? found_.place : place_;
+    row_.schemaId = total_.id;
+    row_.id = id;
+    row_.body = body;
+    deriveKeys();
+    if (isThere && row_.body == found_.body && hasSameKeys(row_, found_)) {
+        return;
+    }
+    row_.number = ++changeNumber_;
+    row_.added = isThere ? found_.added : row_.number;
+    row_.changed = isOnlySeen(found_, row_) ? found_.changed : row_.number;
+    if (isThere) {
+        addToTotal(found_, -1);
+    }
+    write(isThere ? update_ : insert_);
 }
 
-void EntryTable::remove(std::string_view schema, std::string_view id) {
-    schema_ = schema;
-    id_ = id;
-    if (fetchRow(locate_)) {
-        remove_.execute(true);
-        addToTotal(-1, -checksum_);
+/// Writes row_, which was found_ before, with its keys.
+void EntryTable::write(PreparedStatement& statement) {
+    row_.checksum = entryChecksum(schema_, row_);
+    statement.run();
+    writeKeys(linesOf(found_.numbers), linesOf(row_.numbers), removeNumber_, addNumber_);
+    writeKeys(nameKeys(found_.name), nameKeys(row_.name), removeName_, addName_);
+    addToTotal(row_, 1);
+}
+
+void EntryTable::writeKeys(const std::vector<std::string>& before, const std::vector<std::string>& now,
+                           PreparedStatement& removeKey, PreparedStatement& addKey) {
+    forEachMissing(before, now, [&](const std::string& key) {
+        key_ = key;
+        removeKey.run();
+    });
+    forEachMissing(now, before, [&](const std::string& key) {
+        key_ = key;
+        addKey.run();
+    });
+}
+
+void EntryTable::remove(std::string_view id) {
+    if (!locate(id)) {
+        return;
     }
+    remove_.run();
+    writeKeys(linesOf(found_.numbers), {}, removeNumber_, addNumber_);
+    writeKeys(nameKeys(found_.name), {}, removeName_, addName_);
+    addToTotal(found_, -1);
+    ++changeNumber_;
+    remember_.run();
+    hasRemoved_ = true;
+}
+
+void EntryTable::addToTotal(const EntryRow& row, long long sign) {
+    total_.entries += sign;
+    total_.unseen += row.isSeen == 0 ? sign : 0;
+    total_.bytes += sign * (static_cast<long long>(row.id.size()) + static_cast<long long>(row.body.size()));
+    total_.checksum += sign * row.checksum;
+    isChanged_ = true;
 }
 
 std::string EntryTable::takeNextId() {
-    fetchRow(readNextId_);
-    if (number_ >= idLimit) {
+    if (nextId_ >= idLimit) {
         return {};
     }
-    id_ = std::to_string(number_);
-    fetchRow(countId_);
+    id_ = std::to_string(nextId_);
+    countId_.fetchRow();
     if (count_ != 0) {
         throw StoreDamage("its next free id, " + id_ + ", is in use");
     }
-    ++number_;
-    writeNextId_.execute(true);
+    ++nextId_;
     return id_;
 }
 
 void EntryTable::skipId(std::string_view id) {
-    number_ = numberOf(id) + 1;
-    if (number_ > 1) {
-        writeNextId_.execute(true);
+    nextId_ = std::max(nextId_, numberOf(id) + 1);
+}
+
+void EntryTable::finish() {
+    if (!isChanged_) {
+        return;
+    }
+    writeTotal_.run();
+    writeStore_.run();
+    if (hasRemoved_) {
+        count_ = mostRemembered;
+        forget_.run();
+    }
+}
+
+std::vector<EntryRow> EntryTable::rowsBehind(long long place) {
+    place_ = place;
+    count_ = rowsAtOnce;
+    std::vector<EntryRow> rows;
+    listBehind_->execute();
+    while (listBehind_->fetch()) {
+        refuseIfDamaged(schema_, found_);
+        rows.push_back(found_);
+    }
+    return rows;
+}
+
+void EntryTable::index() {
+    for (const StoredSchema& schema : schemas()) {
+        begin(schema.name);
+        for (auto rows = rowsBehind(0); !rows.empty(); rows = rowsBehind(rows.back().place)) {
+            for (const EntryRow& row : rows) {
+                found_ = row;
+                row_ = row;
+                deriveKeys();
+                if (!hasSameKeys(row_, found_)) {
+                    addToTotal(found_, -1);
+                    write(update_);
+                }
+            }
+        }
+        finish();
     }
 }
 
 void EntryTable::forEach(std::string_view schema,
                          const std::function<void(std::string_view id, std::string_view body)>& visit) {
-    schema_ = schema;
+    const SchemaTotal total = this->total(schema);
     long long entries = 0;
     long long checksums = 0;
-    list_.execute();
-    while (list_.fetch()) {
-        if (entryChecksum(schema_, foundId_, foundPlace_, foundBody_) != foundChecksum_) {
-            throw StoreDamage("an entry of " + schema_ + " is not as it was written");
-        }
+    list_->execute();
+    while (list_->fetch()) {
+        refuseIfDamaged(schema_, found_);
         ++entries;
-        checksums += foundChecksum_;
-        visit(foundId_, foundBody_);
+        checksums += found_.checksum;
+        visit(found_.id, found_.body);
     }
-    count_ = 0;
-    number_ = 0;
-    fetchRow(readTotal_);
-    if (count_ != entries || number_ != checksums) {
+    if (total.entries != entries || total.checksum != checksums) {
         throw StoreDamage(std::to_string(entries) + " entries of " + schema_ + " are left of " +
-                          std::to_string(count_));
+                          std::to_string(total.entries));
     }
 }
 
-EntryTable::Extent EntryTable::extent(std::string_view schema) {
+SchemaTotal EntryTable::total(std::string_view schema) {
     schema_ = schema;
-    fetchRow(extent_);
-    return {static_cast<std::size_t>(count_), static_cast<std::size_t>(number_)};
+    total_ = SchemaTotal();
+    if (!readTotal_.fetchRow()) {
+        refuseLostSchemas();
+    }
+    return total_;
+}
+
+/// Throws StoreDamage if there are entries of a schema that is not in the list, or a name in it that no schema has.
+void EntryTable::refuseLostSchemas() {
+    long long last = 0;
+    session_ << "select coalesce(max(schema_id), 0) from entry", soci::into(last);
+    const std::vector<StoredSchema> known = schemas();
+    const bool areNames = std::all_of(known.begin(), known.end(), [](const StoredSchema& schema) {
+        return std::find(std::begin(storedSchemas), std::end(storedSchemas), schema.name) != std::end(storedSchemas);
+    });
+    const auto count = static_cast<long long>(known.size());
+    if (!areNames || last > count || (count > 0 && known.back().id != count)) {
+        throw StoreDamage("its list of schemas is not complete");
+    }
+}
+
+std::vector<StoredSchema> EntryTable::schemas() {
+    std::vector<StoredSchema> schemas;
+    StoredSchema schema;
+    soci::statement query = prepare(session_, "select schema_id, schema_name from stored_schema order by schema_id",
+                                    soci::into(schema.id), soci::into(schema.name));
+    query.execute();
+    while (query.fetch()) {
+        schemas.push_back(schema);
+    }
+    return schemas;
+}
+
+/// Appends what is wrong with the keys of found_.
+void EntryTable::checkKeys(std::vector<IndexFault>& faults) {
+    row_ = found_;
+    deriveKeys();
+    const auto check = [&](bool isRight, const char* what) {
+        if (!isRight) {
+            faults.push_back({schema_, found_.id, what});
+        }
+    };
+    check(row_.time == found_.time, "the time that it is found by is not that of its newest call");
+    check(row_.isSeen == found_.isSeen, "it is found as seen or not seen, and its body says otherwise");
+    check(row_.numbers == found_.numbers, "the numbers that it is found by are not those of its calls");
+    check(row_.name == found_.name, "the name that it is found by is not its own");
+    const auto areThere = [&](const std::vector<std::string>& keys, PreparedStatement& count) {
+        return std::all_of(keys.begin(), keys.end(), [&](const std::string& key) {
+            key_ = key;
+            count.fetchRow();
+            return count_ == 1;
+        });
+    };
+    check(areThere(linesOf(found_.numbers), countNumber_), "it is not found by one of its numbers");
+    check(areThere(nameKeys(found_.name), countName_), "it is not found by its name");
+}
+
+std::vector<IndexFault> EntryTable::checkIndex() {
+    std::vector<IndexFault> faults;
+    std::string finding;
+    soci::statement check = prepare(session_, "pragma integrity_check", soci::into(finding));
+    check.execute();
+    while (check.fetch()) {
+        if (finding != "ok") {
+            faults.push_back({{}, {}, finding});
+        }
+    }
+    for (const StoredSchema& schema : schemas()) {
+        begin(schema.name);
+        for (auto rows = rowsBehind(0); !rows.empty(); rows = rowsBehind(rows.back().place)) {
+            for (const EntryRow& row : rows) {
+                found_ = row;
+                checkKeys(faults);
+            }
+        }
+    }
+    return faults;
 }
 
 }  // namespace calljournal

@@ -6,6 +6,10 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "EntryQuery.h"
+#include "EntryRow.h"
 
 namespace calljournal {
 
@@ -15,21 +19,39 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The stored entries, with the statements on them prepared once. Every value is bound, never written into the SQL.
-/// Throws soci::soci_error, StoreDamage or std::bad_alloc; a table that threw must be thrown away, since a query that
-/// was left in its middle holds on to the state of the file that it began with.
+/// What is known of all entries of a schema together.
+struct SchemaTotal {
+    long long id = 0;  ///< What stands for the schema in the tables; 0 if there never was an entry of it.
+    long long entries = 0;
+    long long unseen = 0;
+    long long bytes = 0;     ///< Of the ids and bodies.
+    long long checksum = 0;  ///< The sum over all entries.
+};
+
+struct StoredSchema {
+    long long id;
+    std::string name;
+};
+
+/// The stored entries and the tables of their keys. Every value is bound, never written into the SQL. Throws
+/// soci::soci_error, StoreDamage or std::bad_alloc; a table that threw must be thrown away, since a query that was left
+/// in its middle holds on to the state of the file that it began with. All is to be called in a transaction.
 class EntryTable {
 public:
-    /// Uses `session`, which must outlive the table.
-    explicit EntryTable(soci::session& session);
+    /// Uses both, which must outlive the table. Entries get no keys if `indexer` is empty.
+    EntryTable(soci::session& session, const EntryIndexer& indexer);
     EntryTable(const EntryTable&) = delete;
     EntryTable& operator=(const EntryTable&) = delete;
 
-    /// Inserts the entry behind all others of `schema`, or gives the body to the one that has the id, in its place.
-    void put(std::string_view schema, std::string_view id, std::string_view body);
+    /// Begins a request that changes entries of `schema`. Nothing else may be called until `finish` but what follows
+    /// here.
+    void begin(std::string_view schema);
+
+    /// Inserts the entry behind all others of its schema, or gives the body to the one that has the id, in its place.
+    void put(std::string_view id, std::string_view body);
 
     /// Deletes the entry if there is one.
-    void remove(std::string_view schema, std::string_view id);
+    void remove(std::string_view id);
 
     /// Returns an id that no entry of any schema has had: the next decimal number; empty when none is left.
     std::string takeNextId();
@@ -37,46 +59,89 @@ public:
     /// Has takeNextId return only numbers above `id`, if `id` is a decimal number that it could return.
     void skipId(std::string_view id);
 
+    /// Writes what concerns all entries of the schema.
+    void finish();
+
+    /// Derives the keys of all entries again, with the region that is set now.
+    void index();
+
     /// Calls `visit` with each entry of `schema`, in order of first insertion. The views are valid during the call.
-    /// To be called in a transaction: throws StoreDamage at the end if an entry was changed or got lost.
+    /// Throws StoreDamage at the end if an entry was changed or got lost.
     void forEach(std::string_view schema, const std::function<void(std::string_view id, std::string_view body)>& visit);
 
-    /// How many entries a schema has, and how many bytes their ids and bodies.
-    struct Extent {
-        std::size_t entries;
-        std::size_t bytes;
-    };
-    Extent extent(std::string_view schema);
+    SchemaTotal total(std::string_view schema);
+
+    /// The schemas that have had an entry, in the order of their ids.
+    std::vector<StoredSchema> schemas();
+
+    /// Returns the entries whose keys are not those of their bodies.
+    std::vector<IndexFault> checkIndex();
 
 private:
-    /// Has the sums over schema_ follow a change of one entry.
-    void addToTotal(int entries, long long checksum);
+    bool locate(std::string_view id);
+    void refuseLostSchemas();
+    void deriveKeys();
+    void write(PreparedStatement& statement);
+    /// Has a table of keys follow an entry that had the keys `before`.
+    void writeKeys(const std::vector<std::string>& before, const std::vector<std::string>& now,
+                   PreparedStatement& removeKey, PreparedStatement& addKey);
+    void addToTotal(const EntryRow& row, long long sign);
+    std::vector<EntryRow> rowsBehind(long long place);
+    void checkKeys(std::vector<IndexFault>& faults);
 
-    // What the statements are bound to; they come first, since the statements keep their addresses.
+    soci::session& session_;
+    const EntryIndexer& indexer_;
+
+    // The state of the request.
     std::string schema_;
-    std::string id_;
-    std::string body_;
-    long long place_ = 0;
-    long long size_ = 0;
-    long long checksum_ = 0;
-    long long number_ = 0;
-    long long count_ = 0;
-    std::string foundId_;
-    std::string foundBody_;
-    long long foundPlace_ = 0;
-    long long foundChecksum_ = 0;
+    SchemaTotal total_;
+    std::string region_;
+    long long nextId_ = 0;
+    long long changeNumber_ = 0;
+    bool isChanged_ = false;
+    bool hasRemoved_ = false;
 
-    soci::statement locate_;
-    soci::statement readNextPlace_;
-    soci::statement put_;
-    soci::statement remove_;
-    soci::statement addToTotal_;
-    soci::statement readTotal_;
-    soci::statement readNextId_;
-    soci::statement writeNextId_;
-    soci::statement countId_;
-    soci::statement list_;
-    soci::statement extent_;
+    // What the statements are bound to.
+    std::string id_;
+    std::string key_;
+    long long place_ = 0;
+    long long count_ = 0;
+    EntryRow row_;    ///< As it is written.
+    EntryRow found_;  ///< As it was read.
+
+    PreparedStatement readTotal_;
+    PreparedStatement writeTotal_;
+    PreparedStatement readStore_;
+    PreparedStatement writeStore_;
+    PreparedStatement locate_;
+    PreparedStatement readNextPlace_;
+    PreparedStatement insert_;
+    PreparedStatement update_;
+    PreparedStatement remove_;
+    PreparedStatement remember_;
+    PreparedStatement forget_;
+    PreparedStatement addNumber_;
+    PreparedStatement removeNumber_;
+    PreparedStatement countNumber_;
+    PreparedStatement addName_;
+    PreparedStatement removeName_;
+    PreparedStatement countName_;
+    PreparedStatement countId_;
+    PreparedStatement list_;
+    PreparedStatement listBehind_;
 };
+
+/// Throws StoreDamage if a row of `schema` is not as it was written.
+void refuseIfDamaged(std::string_view schema, const EntryRow& row);
+
+/// The texts under which a folded name is found by the beginning of one of its words: the rest of the name from each of
+/// them on, as far as `longestNameKey` goes.
+std::vector<std::string> nameKeys(const std::string& name);
+
+/// How many deleted entries the store remembers, for those who follow its changes.
+constexpr long long mostRemembered = 1000;
+
+/// A longer beginning of a name is found by this much of it.
+constexpr std::size_t longestNameKey = 64;
 
 }  // namespace calljournal

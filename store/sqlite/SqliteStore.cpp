@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <exception>
 #include <soci/soci.h>
+#include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "ClientUtils.h"
 #include "EntryBody.h"
+#include "EntryFinder.h"
 #include "EntryTable.h"
 #include "SqliteConnection.h"
 #include "SqliteUrl.h"
@@ -28,13 +31,9 @@ constexpr std::size_t envelopeSize = 128;
 constexpr std::size_t largestReserve = std::size_t{1} << 30U;
 
 /// Appends an entry as readers get it.
-void appendServed(std::string_view schema, std::string_view id, std::string_view body, std::string& reply) {
-    reply.append(openTag(text::ENTRY)).append(xmlElement(text::UNIQUEID, id));
-    if (servesPictureClips(schema)) {
-        appendWithPictureClip(body, reply);
-    } else {
-        reply.append(body);
-    }
+void appendEntry(std::string_view schema, std::string_view id, std::string_view body, std::string& reply) {
+    reply.append(openTag(text::ENTRY));
+    appendServed(schema, id, body, reply);
     reply.append(closeTag(text::ENTRY));
 }
 
@@ -55,8 +54,12 @@ std::string failedReply(std::string_view schema, const std::string& reason) {
 
 class SqliteStore : public Store {
 public:
-    SqliteStore(const std::string& file, std::chrono::milliseconds timeout) : connection_(file, timeout) {
-        guarded([this] { prepareStore(connection_); });
+    SqliteStore(const std::string& file, EntryIndexer indexer, std::chrono::milliseconds timeout)
+        : connection_(file, timeout), indexer_(std::move(indexer)) {
+        guarded([this] {
+            prepareStore(connection_, [this] { index(); });
+            indexNewEntries();
+        });
     }
 
     std::string processRequest(const std::string& request) override {
@@ -99,15 +102,93 @@ public:
         return guarded([this] { return ownChanges_ + static_cast<std::uint64_t>(connection_.dataVersion()); });
     }
 
+    std::vector<FoundEntry> find(const EntryQuery& query) override {
+        requireIndexer();
+        return reading([&] { return finder().find(query); });
+    }
+
+    EntryCount count(std::string_view schema) override {
+        const SchemaTotal total = reading([&] { return entries().total(schema); });
+        return {static_cast<std::uint64_t>(total.entries), static_cast<std::uint64_t>(total.unseen)};
+    }
+
+    StoreChanges changes(std::uint64_t since) override {
+        return reading([&] { return finder().changes(since); });
+    }
+
+    std::optional<std::string> setting(std::string_view name) override {
+        return reading([&] { return readSetting(name); });
+    }
+
+    void setSetting(std::string_view name, std::string_view value) override {
+        exclusively([&] {
+            guarded([&] {
+                if (readSetting(name) == value) {
+                    return;
+                }
+                const std::string key(name);
+                const std::string text(value);
+                connection_.sql() << "insert into setting (name, value) values (:name, :value) "
+                                     "on conflict (name) do update set value = excluded.value",
+                    soci::use(key), soci::use(text);
+                if (name == regionSetting) {
+                    index();
+                }
+                ++ownChanges_;
+            });
+        });
+    }
+
+    std::vector<IndexFault> checkIndex() override {
+        requireIndexer();
+        return reading([&] { return entries().checkIndex(); });
+    }
+
 private:
     std::string read(std::string_view schema) {
         const Transaction transaction(connection_, scope(Transaction::Scope::reading));
-        const EntryTable::Extent extent = entries().extent(schema);
+        const SchemaTotal total = entries().total(schema);
         std::string reply = beginReply(schema);
-        reply.reserve(std::min(extent.bytes + extent.entries * tagsPerEntry + envelopeSize, largestReserve));
+        reply.reserve(std::min(static_cast<std::size_t>(total.bytes) +
+                                   static_cast<std::size_t>(total.entries) * tagsPerEntry + envelopeSize,
+                               largestReserve));
         entries().forEach(schema,
-                          [&](std::string_view id, std::string_view body) { appendServed(schema, id, body, reply); });
+                          [&](std::string_view id, std::string_view body) { appendEntry(schema, id, body, reply); });
         return reply.append(closeTag(text::SCHEMA));
+    }
+
+    std::optional<std::string> readSetting(std::string_view name) {
+        const std::string key(name);
+        std::string value;
+        connection_.sql() << "select value from setting where name = :name", soci::use(key), soci::into(value);
+        return connection_.sql().got_data() ? std::make_optional(value) : std::nullopt;
+    }
+
+    void requireIndexer() const {
+        if (!indexer_) {
+            throw std::logic_error("a store that is opened without an indexer finds nothing");
+        }
+    }
+
+    /// Derives the keys of all entries.
+    void index() {
+        if (indexer_) {
+            entries().index();
+        }
+    }
+
+    /// Gives entries that were written without an indexer their keys.
+    void indexNewEntries() {
+        int count = 0;
+        if (indexer_ && !connection_.isReadOnly()) {
+            connection_.sql() << "select count(*) from (select 1 from entry where is_seen < 0 limit 1)",
+                soci::into(count);
+        }
+        if (count > 0) {
+            Transaction transaction(connection_, Transaction::Scope::writing);
+            index();
+            transaction.commit();
+        }
     }
 
     /// Writes or deletes entries.
@@ -115,13 +196,15 @@ private:
         Transaction transaction(connection_, scope(Transaction::Scope::writing));
         // The reply comes first: where memory runs out, nothing is committed.
         std::string reply = beginReply(request.schema) + xmlElement(resultElement, okResult);
+        entries().begin(request.schema);
         if (request.action == StoreAction::write) {
             reply += write(request);
         } else {
             for (const StoreEntry& entry : request.entries) {
-                entries().remove(request.schema, entry.id);
+                entries().remove(entry.id);
             }
         }
+        entries().finish();
         reply += closeTag(text::SCHEMA);
         transaction.commit();
         ++ownChanges_;
@@ -140,7 +223,7 @@ private:
             if (id.empty()) {
                 throw connection_.error("it has no free id left; give the entry an id");
             }
-            entries().put(request.schema, id, entry.body);
+            entries().put(id, entry.body);
             ids += xmlElement(text::UNIQUEID, id);
         }
         return ids;
@@ -149,9 +232,30 @@ private:
     /// Returns the prepared statements; fresh ones after a failure.
     EntryTable& entries() {
         if (!table_) {
-            table_ = std::make_unique<EntryTable>(connection_.sql());
+            table_ = std::make_unique<EntryTable>(connection_.sql(), indexer_);
         }
         return *table_;
+    }
+
+    EntryFinder& finder() {
+        if (!finder_) {
+            finder_ = std::make_unique<EntryFinder>(connection_.sql(), entries());
+        }
+        return *finder_;
+    }
+
+    void dropStatements() {
+        finder_.reset();
+        table_.reset();
+    }
+
+    /// Runs `work` on one state of the database.
+    template <class Work>
+    auto reading(const Work& work) -> decltype(work()) {
+        return guarded([&] {
+            const Transaction transaction(connection_, scope(Transaction::Scope::reading));
+            return work();
+        });
     }
 
     /// Returns the scope for a request: `alone`, or a savepoint in the exclusive work that it belongs to.
@@ -170,27 +274,30 @@ private:
             }
             return work();
         } catch (const soci::soci_error& failure) {
-            table_.reset();
+            dropStatements();
             throw connection_.error(failure);
         } catch (const StoreDamage& damage) {
-            table_.reset();
+            dropStatements();
             throw connection_.damage(damage.what());
         } catch (...) {
-            table_.reset();
+            dropStatements();
             throw;
         }
     }
 
     SqliteConnection connection_;
+    EntryIndexer indexer_;
     std::unique_ptr<EntryTable> table_;
+    std::unique_ptr<EntryFinder> finder_;
     std::uint64_t ownChanges_ = 0;
     bool isExclusive_ = false;
 };
 
 }  // namespace
 
-std::unique_ptr<Store> openSqliteStore(const std::string& url, std::chrono::milliseconds timeout) {
-    return std::make_unique<SqliteStore>(sqliteFile(url), timeout);
+std::unique_ptr<Store> openSqliteStore(const std::string& url, EntryIndexer indexer,
+                                       std::chrono::milliseconds timeout) {
+    return std::make_unique<SqliteStore>(sqliteFile(url), std::move(indexer), timeout);
 }
 
 }  // namespace calljournal

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "EntryChecksum.h"
+#include "EntryRow.h"
+#include "EntryTable.h"
 #include "PreparedStatement.h"
 #include "SqliteConnection.h"
 
@@ -32,7 +34,43 @@ void copyWithChecksums(soci::session& sql) {
                                     soci::use(checksum), soci::use(body));
     read.execute();
     while (read.fetch()) {
-        checksum = entryChecksum(schema, id, place, body);
+        checksum = checksumOfVersion2(schema, id, place, body);
+        write.execute(true);
+    }
+}
+
+/// The entries of version 2, schema by schema in their order, without keys: these come of the bodies. Throws StoreDamage
+/// if one is not as it was written, or was lost.
+void copyWithPlaces(soci::session& sql) {
+    int damaged = 0;
+    sql << "select count(*) from schema_total t where entries <> (select count(*) from entry_of_version_2 e where "
+           "e.schema_name = t.schema_name) or checksum <> (select coalesce(sum(e.checksum), 0) from entry_of_version_2 "
+           "e where e.schema_name = t.schema_name)",
+        soci::into(damaged);
+    std::string schema;
+    EntryRow row;
+    long long place = 0;
+    long long checksum = 0;
+    soci::statement read = prepare(sql,
+                                   "select s.schema_id, s.schema_name, e.unique_id, e.place, e.checksum, e.body from "
+                                   "stored_schema s join entry_of_version_2 e on e.schema_name = s.schema_name "
+                                   "order by s.schema_id, e.place",
+                                   soci::into(row.schemaId), soci::into(schema), soci::into(row.id), soci::into(place),
+                                   soci::into(checksum), soci::into(row.body));
+    soci::statement write =
+        prepare(sql,
+                "insert into entry (place, schema_id, unique_id, checksum, added, changed, change_number, is_seen, "
+                "newest, numbers, name, body) values (:place, :schema, :id, :checksum, 0, 0, 0, :seen, '', '', '', "
+                ":body)",
+                soci::use(row.place), soci::use(row.schemaId), soci::use(row.id), soci::use(row.checksum),
+                soci::use(row.isSeen), soci::use(row.body));
+    read.execute();
+    while (read.fetch()) {
+        if (damaged != 0 || checksumOfVersion2(schema, row.id, place, row.body) != checksum) {
+            throw StoreDamage("an entry of " + schema + " is not as it was written");
+        }
+        ++row.place;
+        row.checksum = entryChecksum(schema, row);
         write.execute(true);
     }
 }
@@ -52,6 +90,11 @@ struct Migration {
 /// the bodies. Ids and bodies are bytes, not characters; SQLite keeps any bytes in a text column, another database
 /// would take its binary type. Version 2 has checksums and sums of them, so that nothing is changed or gets lost
 /// without notice.
+///
+/// Version 3 finds entries: by the time of the newest call (`entry_newest` has all that a search for a part of a text
+/// reads), by the keys of numbers, by the beginnings of names, by change. `place` is the order of insertion over all
+/// schemas, and has no gaps to be seen: it may be given again once the last entry was deleted. `removed_entry` keeps
+/// what followers of changes have yet to see.
 const Migration migrations[] = {
     {{
          "create table calljournal_store (version integer not null, next_id bigint not null)",
@@ -76,6 +119,42 @@ const Migration migrations[] = {
          "insert into schema_total (schema_name, entries, checksum) "
          "select schema_name, count(*), sum(checksum) from entry group by schema_name",
          "drop table entry_of_version_1",
+     }},
+    {{
+         "drop index entry_order",
+         "alter table entry rename to entry_of_version_2",
+         "create table entry (place integer primary key, schema_id smallint not null, unique_id text not null, "
+         "checksum bigint not null, added bigint not null, changed bigint not null, change_number bigint not null, "
+         "is_seen smallint not null, newest text not null, numbers text not null, name text not null, "
+         "body text not null)",
+         "create table entry_number (schema_id smallint not null, number_key text not null, place bigint not null, "
+         "primary key (schema_id, number_key, place)) without rowid",
+         "create table entry_name (schema_id smallint not null, name_key text not null, place bigint not null, "
+         "primary key (schema_id, name_key, place)) without rowid",
+         "create table removed_entry (change_number integer primary key, schema_id smallint not null, "
+         "unique_id text not null, added bigint not null, body text not null)",
+         "create table setting (name varchar(32) not null primary key, value text not null)",
+         "create table stored_schema (schema_id integer primary key, schema_name varchar(32) not null, "
+         "entries bigint not null, unseen bigint not null, bytes bigint not null, checksum bigint not null)",
+         "insert into stored_schema (schema_name, entries, unseen, bytes, checksum) "
+         "select schema_name, 0, 0, 0, 0 from schema_total order by schema_name",
+         "alter table calljournal_store add column last_change bigint not null default 0",
+         "alter table calljournal_store add column forgotten_change bigint not null default 0",
+     },
+     copyWithPlaces,
+     {
+         "update stored_schema set "
+         "entries = (select count(*) from entry e where e.schema_id = stored_schema.schema_id), "
+         "bytes = (select coalesce(sum(length(cast(e.unique_id as blob)) + length(cast(e.body as blob))), 0) "
+         "from entry e where e.schema_id = stored_schema.schema_id), "
+         "checksum = (select coalesce(sum(e.checksum), 0) from entry e where e.schema_id = stored_schema.schema_id)",
+         "drop table entry_of_version_2",
+         "drop table schema_total",
+         "create unique index entry_id on entry (unique_id, schema_id)",
+         "create index entry_order on entry (schema_id)",
+         "create index entry_newest on entry (schema_id, newest, place, is_seen, numbers, name)",
+         "create index entry_change on entry (change_number)",
+         "create index entry_without_keys on entry (schema_id) where is_seen < 0",
      }},
 };
 
@@ -128,7 +207,7 @@ int readVersion(SqliteConnection& connection) {
     return version;
 }
 
-void migrate(SqliteConnection& connection) {
+void migrate(SqliteConnection& connection, const std::function<void()>& indexEntries) {
     Transaction transaction(connection, Transaction::Scope::writing);
     // Read again: another process may have been faster.
     for (int version = readVersion(connection); version < storeVersion; ++version) {
@@ -136,12 +215,13 @@ void migrate(SqliteConnection& connection) {
         const int reached = version + 1;
         connection.sql() << "update calljournal_store set version = :version", soci::use(reached);
     }
+    indexEntries();
     transaction.commit();
 }
 
 }  // namespace
 
-void prepareStore(SqliteConnection& connection) {
+void prepareStore(SqliteConnection& connection, const std::function<void()>& indexEntries) {
     Transaction look(connection, Transaction::Scope::reading);
     const int version = readVersion(connection);
     look.commit();
@@ -158,7 +238,7 @@ void prepareStore(SqliteConnection& connection) {
     }
     connection.makeDurable();
     if (version < storeVersion) {
-        migrate(connection);
+        migrate(connection, indexEntries);
     }
 }
 

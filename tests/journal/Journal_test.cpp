@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "CallListDatabaseAdapterHelper.h"
+#include "ForwardingStore.h"
 #include "KindInterface.h"
 #include "NumberMatcher.h"
 #include "RunCommand.h"
@@ -326,20 +327,17 @@ TEST_F(JournalOnAStore, DeletesAnEntryAndItsConversationRows) {
 }
 
 /// Passes on what another store does, and notes where exclusive work begins and ends.
-class SteppingStore : public Store {
+class SteppingStore : public ForwardingStore {
 public:
-    SteppingStore(Store& store, std::vector<std::string>& steps) : store_(store), steps_(steps) {}
+    SteppingStore(Store& store, std::vector<std::string>& steps) : ForwardingStore(store), steps_(steps) {}
 
-    std::string processRequest(const std::string& request) override { return store_.processRequest(request); }
-    std::uint64_t changeCount() override { return store_.changeCount(); }
     void exclusively(const std::function<void()>& work) override {
         steps_.emplace_back("begin");
-        store_.exclusively(work);
+        ForwardingStore::exclusively(work);
         steps_.emplace_back("end");
     }
 
 private:
-    Store& store_;
     std::vector<std::string>& steps_;
 };
 

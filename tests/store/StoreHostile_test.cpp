@@ -29,7 +29,7 @@ TEST_F(StoreHostile, RefusesARequestThatWasCutAtAnyByte) {
         ASSERT_EQ(everything(), before);
         ASSERT_EQ(ask(whole).find("failed"), std::string::npos);
         closeStore();
-        runSql(file(), "delete from entry; delete from schema_total; update calljournal_store set next_id = 1");
+        runSql(file(), "delete from entry; delete from stored_schema; update calljournal_store set next_id = 1");
         ask(writeRequest(missed, keptEntry));
         ask(writeRequest("Conversations", "<Entry><UniqueId>7</UniqueId></Entry>"));
     }

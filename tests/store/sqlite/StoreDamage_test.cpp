@@ -9,6 +9,7 @@ namespace {
 
 const std::string dialled = "CallLogDialledCalls";
 const std::string received = "CallLogReceivedCalls";
+const std::string ofDialled = "schema_id = (select schema_id from stored_schema where schema_name = '" + dialled + "')";
 
 /// How often random tests are to be repeated; more where somebody runs them for long.
 int rounds(int usual) {
@@ -123,7 +124,7 @@ TEST_F(StoreDamage, OfItsListOfTablesIsNoEmptyStore) {
 
 TEST_F(StoreDamage, OfOneLetterIsReported) {
     closeStore();
-    runSql(file(), "update entry set body = replace(body, 'bbbb', 'bbbc') where schema_name = '" + dialled + "'");
+    runSql(file(), "update entry set body = replace(body, 'bbbb', 'bbbc') where " + ofDialled);
     const std::string what = damage("an entry of " + dialled + " is not as it was written");
     EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, what));
     EXPECT_EQ(ask(readRequest(received)).find("failed"), std::string::npos);
@@ -134,8 +135,21 @@ TEST_F(StoreDamage, OfALostEntryIsReported) {
     runSql(file(), "delete from entry where unique_id = '5'");
     EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage("59 entries of " + dialled + " are left of 60")));
     closeStore();
-    runSql(file(), "delete from entry where schema_name = '" + dialled + "'");
+    runSql(file(), "delete from entry where " + ofDialled);
     EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage("0 entries of " + dialled + " are left of 60")));
+}
+
+TEST_F(StoreDamage, OfTheListOfSchemasIsNoEmptySchema) {
+    closeStore();
+    for (const char* change : {"update stored_schema set schema_name = 'CallLogDialedCalls' where schema_name = '",
+                               "delete from stored_schema where schema_name = '"}) {
+        SCOPED_TRACE(change);
+        const std::string sound = contentOf(file());
+        runSql(file(), change + dialled + "'; pragma wal_checkpoint(truncate)");
+        EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage("its list of schemas is not complete")));
+        closeStore();
+        writeFile(file(), sound);
+    }
 }
 
 TEST_F(StoreDamage, OfTheNextIdOverwritesNoEntry) {

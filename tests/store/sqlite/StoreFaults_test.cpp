@@ -43,7 +43,7 @@ TEST_F(StoreDisk, HasAnEntryBeforeTheReply) {
     store();
     for (int i = 0; i < 3; ++i) {
         const int before = disk.syncs;
-        ask(writeRequest(dialled, anEntry));
+        ask(writeRequest(dialled, "<Entry><UniqueId>a</UniqueId><EntryId>" + std::to_string(i) + "</EntryId></Entry>"));
         EXPECT_GT(disk.syncs, before);
     }
     const int before = disk.syncs;

@@ -122,12 +122,12 @@ TEST_F(StoreProcesses, MayCreateAStoreBetweenAnyTwoStatementsOfOneThatOpensIt) {
             runSql(name, "pragma journal_mode = " + mode);
             BetweenStatements creator(statements, [&] {
                 try {
-                    calljournal::openStore(name, milliseconds(0));
+                    calljournal::openStore(name, {}, milliseconds(0));
                 } catch (const calljournal::StoreError&) {  // locked by the one that opens it
                 }
             });
             ASSERT_EQ(openingError(name), "") << mode << ' ' << statements;
-            ASSERT_EQ(runSql(name, "select version from calljournal_store"), "2\n") << mode << ' ' << statements;
+            ASSERT_EQ(runSql(name, "select version from calljournal_store"), "3\n") << mode << ' ' << statements;
             isInTime = creator.hasCome();
         }
         EXPECT_GT(statements, 10);
@@ -189,7 +189,7 @@ TEST_F(StoreProcesses, WaitForTheOneThatWrites) {
 }
 
 TEST_F(StoreProcesses, GiveUpAtTheirTimeout) {
-    const auto store = calljournal::openStore(file(), milliseconds(50));
+    const auto store = calljournal::openStore(file(), {}, milliseconds(50));
     const std::string locked =
         "store " + file() + ": another process has kept it locked for 50 ms; try again when that one is done";
     {
@@ -228,7 +228,7 @@ TEST_F(StoreProcesses, GiveUpOnThoseThatUseAFileWithoutAWriteAheadLog) {
         closeStore();
         const Lock lock(file(), statements);
         try {
-            const auto store = calljournal::openStore(file(), milliseconds(50));
+            const auto store = calljournal::openStore(file(), {}, milliseconds(50));
             FAIL() << "opened";
         } catch (const calljournal::StoreError& error) {
             EXPECT_EQ(
@@ -239,7 +239,7 @@ TEST_F(StoreProcesses, GiveUpOnThoseThatUseAFileWithoutAWriteAheadLog) {
 }
 
 TEST_F(StoreProcesses, KeepOthersOutOfTheirExclusiveWork) {
-    const auto other = calljournal::openStore(file(), milliseconds(50));
+    const auto other = calljournal::openStore(file(), {}, milliseconds(50));
     store().exclusively([&] {
         EXPECT_NE(other->processRequest(writeRequest(dialled, anEntry)).find("failed"), std::string::npos);
         ask(readRequest(dialled));

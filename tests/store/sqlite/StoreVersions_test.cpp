@@ -12,14 +12,14 @@ std::string dumpOf(int version) {
     return contentOf(VERSIONS "/version" + std::to_string(version) + ".sql");
 }
 
-class StoreVersions : public StoreTest {
+class StoreVersions : public StoreTest, public testing::WithParamInterface<int> {
 protected:
-    void writeVersion1() { runSql(file(), dumpOf(1)); }
+    void writeOldVersion() { runSql(file(), dumpOf(GetParam())); }
     std::string version() const { return runSql(file(), "select version from calljournal_store"); }
 };
 
-/// The replies that version 1 gave of each schema, from its own table.
-std::string entriesOfVersion1(const std::string& file, const std::string& schema) {
+/// The replies that an old version gave of each schema, from its own table.
+std::string entriesOfOldVersion(const std::string& file, const std::string& schema) {
     return envelope(schema,
                     runSql(file,
                            "select coalesce(group_concat('<Entry><UniqueId>' || unique_id || '</UniqueId>' || body "
@@ -27,26 +27,26 @@ std::string entriesOfVersion1(const std::string& file, const std::string& schema
                                schema + "' order by place)"));
 }
 
-TEST_F(StoreVersions, OneIsBroughtUpToDateWithAllItsEntries) {
-    writeVersion1();
+TEST_P(StoreVersions, OneIsBroughtUpToDateWithAllItsEntries) {
+    writeOldVersion();
     std::string before;
     for (const char* schema : {"CallLogMissedCalls", "CallLogDialledCalls", "CallLogReceivedCalls",
                                "CallLogForwardedCalls", "Conversations", "CallBacks"}) {
-        std::string reply = entriesOfVersion1(file(), schema);
+        std::string reply = entriesOfOldVersion(file(), schema);
         reply.erase(reply.rfind('\n'), 1);  // what runSql() puts behind each value
         before += reply + "\n";
     }
-    EXPECT_EQ(version(), "1\n");
+    EXPECT_EQ(version(), std::to_string(GetParam()) + "\n");
     EXPECT_EQ(everything(), before);
     EXPECT_EQ(ask(writeRequest("CallBacks", "<Entry><CallBackNumber>1</CallBackNumber></Entry>")),
               envelope("CallBacks", "<Result>ok</Result><UniqueId>7</UniqueId>"));
     closeStore();
-    EXPECT_EQ(version(), "2\n");
+    EXPECT_EQ(version(), "3\n");
     EXPECT_EQ(runSql(file(), "pragma integrity_check"), "ok\n");
 }
 
-TEST_F(StoreVersions, OneStaysWhatItWasUntilAllOfItIsBroughtUpToDate) {
-    writeVersion1();
+TEST_P(StoreVersions, OneStaysWhatItWasUntilAllOfItIsBroughtUpToDate) {
+    writeOldVersion();
     installFaultyDisk();
     for (int writes = 0;; ++writes) {
         disk.writeError = ENOSPC;
@@ -60,15 +60,15 @@ TEST_F(StoreVersions, OneStaysWhatItWasUntilAllOfItIsBroughtUpToDate) {
             break;
         }
         if (!error.empty()) {
-            ASSERT_EQ(version(), "1\n") << writes;
+            ASSERT_EQ(version(), std::to_string(GetParam()) + "\n") << writes;
             ASSERT_EQ(runSql(file(), "select count(*) from entry"), "5\n") << writes;
         }
     }
-    EXPECT_EQ(version(), "2\n");
+    EXPECT_EQ(version(), "3\n");
 }
 
-TEST_F(StoreVersions, OneIsBroughtUpToDateOnceWhenSeveralProcessesOpenIt) {
-    writeVersion1();
+TEST_P(StoreVersions, OneIsBroughtUpToDateOnceWhenSeveralProcessesOpenIt) {
+    writeOldVersion();
     std::vector<std::unique_ptr<Child>> children;
     for (int i = 0; i < 4; ++i) {
         children.push_back(std::make_unique<Child>([&](const Child::Say& say) { say(openingError(file()) + "."); }));
@@ -77,12 +77,12 @@ TEST_F(StoreVersions, OneIsBroughtUpToDateOnceWhenSeveralProcessesOpenIt) {
         EXPECT_EQ(child->nextLine(), ".");
         EXPECT_TRUE(child->endedWell());
     }
-    EXPECT_EQ(version(), "2\n");
+    EXPECT_EQ(version(), "3\n");
     EXPECT_EQ(runSql(file(), "select count(*) from entry"), "5\n");
 }
 
-TEST_F(StoreVersions, OneThatCannotBeWrittenIsRefusedWithASentence) {
-    writeVersion1();
+TEST_P(StoreVersions, OneThatCannotBeWrittenIsRefusedWithASentence) {
+    writeOldVersion();
     std::filesystem::permissions(file(), std::filesystem::perms(0444));
     std::filesystem::permissions(folder(), std::filesystem::perms(0777));
     Child child([&](const Child::Say& say) {
@@ -90,21 +90,22 @@ TEST_F(StoreVersions, OneThatCannotBeWrittenIsRefusedWithASentence) {
         say(openingError(file()));
     });
     EXPECT_EQ(child.nextLine(),
-              "store " + file() +
-                  ": it cannot be written, and an older calljournal wrote it (store version 1); make it "
-                  "writable, so that it can be brought up to date");
+              "store " + file() + ": it cannot be written, and an older calljournal wrote it (store version " +
+                  std::to_string(GetParam()) + "); make it writable, so that it can be brought up to date");
     EXPECT_TRUE(child.endedWell());
 }
 
-TEST_F(StoreVersions, ThatAreNewerAreRefusedWithASentence) {
+TEST_P(StoreVersions, ThatAreNewerAreRefusedWithASentence) {
     ask(writeRequest("CallBacks", "<Entry><UniqueId>a</UniqueId></Entry>"));
     closeStore();
-    runSql(file(), "update calljournal_store set version = 3; pragma journal_mode = delete");
+    runSql(file(), "update calljournal_store set version = 4; pragma journal_mode = delete");
     const std::string content = contentOf(file());
     EXPECT_EQ(openingError(file()), "store " + file() +
-                                        ": it was written by a newer calljournal (store version 3, this one knows 2); "
+                                        ": it was written by a newer calljournal (store version 4, this one knows 3); "
                                         "install the newer one");
     EXPECT_TRUE(contentOf(file()) == content);
 }
+
+INSTANTIATE_TEST_SUITE_P(Old, StoreVersions, testing::Values(1, 2));
 
 }  // namespace

@@ -1,0 +1,234 @@
+#include "EntryFinder.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "EntryBody.h"
+
+namespace calljournal {
+
+namespace {
+
+/// Up to so many entries are sorted by time; where more names begin alike, those wanted are soon met on the way through
+/// all entries, newest first.
+constexpr long long mostSorted = 200;
+
+/// Changes are read by pages of so many.
+constexpr long long mostChanges = 1000;
+
+/// Returns the text that comes, byte for byte, behind all that begin with `text`.
+std::string endOf(std::string text) {
+    while (!text.empty() && text.back() == '\xff') {
+        text.pop_back();
+    }
+    if (!text.empty()) {
+        text.back() = static_cast<char>(text.back() + 1);
+    }
+    return text;
+}
+
+/// What is asked of a row, whatever it was found by.
+std::string conditions(const EntryQuery& query) {
+    std::string text = "e.schema_id = :schema";
+    const auto add = [&](bool isAsked, const char* condition) {
+        text.append(isAsked ? " and " : "").append(isAsked ? condition : "");
+    };
+    add(!query.id.empty(), "e.unique_id = :id");
+    add(!query.nameBegin.empty(), "(substr(e.name, 1, length(:beginning)) = :beginning or instr(e.name, :word) > 0)");
+    const bool isEither = !query.namePart.empty() && !query.numberPart.empty();
+    add(isEither, "(instr(e.name, :part) > 0 or instr(e.numbers, :digits) > 0)");
+    add(!isEither && !query.namePart.empty(), "instr(e.name, :part) > 0");
+    add(!isEither && !query.numberPart.empty(), "instr(e.numbers, :digits) > 0");
+    add(!query.since.empty(), "e.newest >= :since");
+    add(!query.until.empty(), "e.newest <= :until");
+    add(query.isSeen.has_value(), "e.is_seen = :seen");
+    add(query.after.has_value(), "(e.newest, e.place) < (:time, :place)");
+    return text;
+}
+
+constexpr char newestFirst[] = " order by e.newest desc, e.place desc limit :limit";
+
+/// The wanted entries of those at the places that `keys` selects. The bodies are read last, of the page alone.
+std::string amongKeys(const std::string& keys, const std::string& conditions) {
+    return "from (select e.place as found from (" + keys + ") k cross join entry e on e.place = k.place where " +
+           conditions + newestFirst + ") f cross join entry e on e.place = f.found";
+}
+
+bool comesBefore(const FoundEntry& one, const FoundEntry& other) {
+    return std::tie(one.cursor.time, one.cursor.place) > std::tie(other.cursor.time, other.cursor.place);
+}
+
+}  // namespace
+
+template <class Use>
+void EntryFinder::forEachRow(const std::string& from, Use use) {
+    auto found = statements_.find(from);
+    if (found == statements_.end()) {
+        soci::statement query(session_);
+        exchangeRow(query, row_);
+        const auto bind = [&](const char* name, auto& value) {
+            if (from.find(std::string(":") + name) != std::string::npos) {
+                query.exchange(soci::use(value, name));
+            }
+        };
+        bind("schema", schemaId_);
+        bind("limit", limit_);
+        bind("place", place_);
+        bind("seen", isSeen_);
+        bind("id", id_);
+        bind("key", number_);
+        bind("beginning", nameBegin_);
+        bind("word", wordBegin_);
+        bind("first", firstKey_);
+        bind("end", endOfKeys_);
+        bind("part", namePart_);
+        bind("digits", numberPart_);
+        bind("since", since_);
+        bind("until", until_);
+        bind("time", time_);
+        bindAndPrepare(query, rowColumns + from);
+        found = statements_.emplace(from, query).first;
+    }
+    found->second.execute();
+    while (found->second.fetch()) {
+        use();
+    }
+}
+
+void EntryFinder::bind(const EntryQuery& query) {
+    limit_ = query.limit > 0 ? static_cast<long long>(query.limit) : -1;
+    id_ = query.id;
+    number_ = query.numberKey;
+    nameBegin_ = query.nameBegin;
+    wordBegin_ = ' ' + query.nameBegin;
+    firstKey_ = query.nameBegin.substr(0, longestNameKey);
+    endOfKeys_ = endOf(firstKey_);
+    namePart_ = query.namePart;
+    numberPart_ = query.numberPart;
+    since_ = query.since;
+    until_ = query.until;
+    isSeen_ = query.isSeen.value_or(false) ? 1 : 0;
+    time_ = query.after ? query.after->time : std::string();
+    place_ = query.after ? query.after->place : 0;
+}
+
+bool EntryFinder::isFrequentName() {
+    const long long most = mostSorted + 1;
+    session_ << "select count(*) from (select 1 from entry_name where schema_id = :schema and name_key >= :first and "
+                "name_key < :end limit :most)",
+        soci::use(schemaId_), soci::use(firstKey_), soci::use(endOfKeys_), soci::use(most), soci::into(count_);
+    return count_ > mostSorted;
+}
+
+FoundEntry EntryFinder::foundEntry(const std::string& schema) const {
+    FoundEntry entry{schema, row_.id, {}, {row_.time, row_.place}};
+    entry.text.reserve(row_.body.size() + row_.id.size() + longestNameKey);
+    appendServed(schema, row_.id, row_.body, entry.text);
+    return entry;
+}
+
+void EntryFinder::findInSchema(const EntryQuery& query, const std::string& schema, std::vector<FoundEntry>& found) {
+    std::string from;
+    if (!query.id.empty()) {
+        from = "from entry e where " + conditions(query);
+    } else if (!query.numberKey.empty()) {
+        from = amongKeys("select place from entry_number where schema_id = :schema and number_key = :key",
+                         conditions(query));
+    } else if (!query.nameBegin.empty() && !isFrequentName()) {
+        from = amongKeys(
+            "select distinct place from entry_name where schema_id = :schema and name_key >= :first and name_key < "
+            ":end",
+            conditions(query));
+    } else {
+        from = "from entry e indexed by entry_newest where " + conditions(query) + newestFirst;
+    }
+    forEachRow(from, [&] {
+        refuseIfDamaged(schema, row_);
+        found.push_back(foundEntry(schema));
+    });
+}
+
+std::vector<FoundEntry> EntryFinder::find(const EntryQuery& query) {
+    bind(query);
+    std::vector<FoundEntry> found;
+    for (const std::string& schema : query.schemas) {
+        schemaId_ = table_.total(schema).id;
+        if (schemaId_ != 0) {
+            findInSchema(query, schema, found);
+        }
+    }
+    if (!std::is_sorted(found.begin(), found.end(), comesBefore)) {
+        std::sort(found.begin(), found.end(), comesBefore);
+    }
+    if (query.limit > 0 && found.size() > query.limit) {
+        found.resize(query.limit);
+    }
+    return found;
+}
+
+void EntryFinder::appendChanged(std::uint64_t since, std::vector<NumberedChange>& changes) {
+    const auto first = static_cast<long long>(since);
+    const auto schemas = table_.schemas();
+    const auto nameOf = [&](long long id) {
+        return std::find_if(schemas.begin(), schemas.end(), [&](const StoredSchema& row) { return row.id == id; })
+            ->name;
+    };
+    forEachRow("from entry e where e.change_number >= :place order by e.change_number limit :limit", [&] {
+        const std::string schema = nameOf(row_.schemaId);
+        refuseIfDamaged(schema, row_);
+        const EntryAction action = row_.added >= first     ? EntryAction::added
+                                   : row_.changed >= first ? EntryAction::changed
+                                                           : EntryAction::seen;
+        changes.push_back({row_.number, {action, foundEntry(schema)}});
+    });
+}
+
+void EntryFinder::appendRemoved(std::vector<NumberedChange>& changes) {
+    std::string schema;
+    soci::statement query =
+        prepare(session_,
+                "select r.change_number, s.schema_name, r.unique_id, r.body from removed_entry r join stored_schema s "
+                "on s.schema_id = r.schema_id where r.change_number >= :place and r.added < :place and not exists "
+                "(select 1 from entry e where e.unique_id = r.unique_id and e.schema_id = r.schema_id) "
+                "order by r.change_number limit :limit",
+                soci::use(place_, "place"), soci::use(limit_, "limit"), soci::into(row_.number), soci::into(schema),
+                soci::into(row_.id), soci::into(row_.body));
+    row_.time.clear();
+    query.execute();
+    while (query.fetch()) {
+        changes.push_back({row_.number, {EntryAction::removed, foundEntry(schema)}});
+    }
+}
+
+StoreChanges EntryFinder::changes(std::uint64_t since) {
+    StoreChanges result;
+    long long last = 0;
+    long long remembered = 0;
+    long long oldest = 0;
+    session_
+        << "select last_change, (select count(*) from removed_entry), (select coalesce(min(change_number), 0) from "
+           "removed_entry) from calljournal_store",
+        soci::into(last), soci::into(remembered), soci::into(oldest);
+    result.number = static_cast<std::uint64_t>(last) + 1;
+    if (since == 0) {
+        return result;
+    }
+    result.isWhole = remembered < mostRemembered || static_cast<long long>(since) >= oldest;
+    place_ = static_cast<long long>(since);
+    limit_ = mostChanges;
+    std::vector<NumberedChange> changes;
+    appendChanged(since, changes);
+    appendRemoved(changes);
+    std::sort(changes.begin(), changes.end(),
+              [](const NumberedChange& one, const NumberedChange& other) { return one.number < other.number; });
+    if (changes.size() >= static_cast<std::size_t>(mostChanges)) {
+        changes.resize(static_cast<std::size_t>(mostChanges));
+        result.number = static_cast<std::uint64_t>(changes.back().number) + 1;
+    }
+    for (NumberedChange& change : changes) {
+        result.entries.push_back(std::move(change.change));
+    }
+    return result;
+}
+
+}  // namespace calljournal

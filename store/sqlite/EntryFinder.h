@@ -1,0 +1,71 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "EntryQuery.h"
+#include "EntryRow.h"
+#include "EntryTable.h"
+
+namespace calljournal {
+
+/// Finds entries by their keys. Throws what an EntryTable throws, and is to be thrown away and called as one.
+class EntryFinder {
+public:
+    /// Uses both, which must outlive the finder.
+    EntryFinder(soci::session& session, EntryTable& table) : session_(session), table_(table) {}
+    EntryFinder(const EntryFinder&) = delete;
+    EntryFinder& operator=(const EntryFinder&) = delete;
+
+    /// As Store::find does.
+    std::vector<FoundEntry> find(const EntryQuery& query);
+
+    /// As Store::changes does.
+    StoreChanges changes(std::uint64_t since);
+
+private:
+    struct NumberedChange {
+        long long number;
+        StoreChange change;
+    };
+
+    /// Appends the entries of one schema that `query` wants.
+    void findInSchema(const EntryQuery& query, const std::string& schema, std::vector<FoundEntry>& found);
+    void bind(const EntryQuery& query);
+    /// Returns whether so many entries have a name that begins as wanted that it is not worth while to sort them.
+    bool isFrequentName();
+    /// Calls `use` for each row that the query gives in row_; `from` is what follows the columns.
+    template <class Use>
+    void forEachRow(const std::string& from, Use use);
+    FoundEntry foundEntry(const std::string& schema) const;
+    void appendChanged(std::uint64_t since, std::vector<NumberedChange>& changes);
+    void appendRemoved(std::vector<NumberedChange>& changes);
+
+    soci::session& session_;
+    EntryTable& table_;
+
+    // What the queries are bound to.
+    EntryRow row_;
+    long long schemaId_ = 0;
+    long long limit_ = 0;
+    long long place_ = 0;
+    long long count_ = 0;
+    int isSeen_ = 0;
+    std::string id_;
+    std::string number_;
+    std::string nameBegin_;
+    std::string wordBegin_;
+    std::string firstKey_;
+    std::string endOfKeys_;
+    std::string namePart_;
+    std::string numberPart_;
+    std::string since_;
+    std::string until_;
+    std::string time_;
+
+    /// Prepared, by what follows the columns.
+    std::map<std::string, soci::statement> statements_;
+};
+
+}  // namespace calljournal
