@@ -18,8 +18,11 @@ void TextTable::add(const std::vector<std::string>& cells) {
     std::transform(cells.begin(), cells.end(), row.begin(), printable);
 }
 
-std::vector<std::size_t> TextTable::columnWidths(std::size_t width) const {
-    std::vector<std::size_t> widths(columns_.size(), 0);
+std::vector<std::size_t> TextTable::columnWidths(std::size_t width, Rest rest) const {
+    std::vector<std::size_t> widths;
+    for (const Column& column : columns_) {
+        widths.push_back(rest == Rest::none ? 0 : column.isShrinkable ? narrowest : 1);
+    }
     for (const auto& row : rows_) {
         for (std::size_t i = 0; i < widths.size(); ++i) {
             widths[i] = std::max(widths[i], displayWidth(row[i]));
@@ -50,15 +53,14 @@ std::vector<std::size_t> TextTable::columnWidths(std::size_t width) const {
     return widths;
 }
 
-void TextTable::printRow(std::ostream& out, const std::vector<std::string>& cells,
-                         const std::vector<std::size_t>& widths) const {
+void TextTable::printRow(std::ostream& out, const std::vector<std::string>& cells) const {
     std::string line;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        if (widths[i] == 0) {
+        if (widths_[i] == 0) {
             continue;
         }
-        const std::string cell = fitted(cells[i], widths[i]);
-        const std::string padding(widths[i] - displayWidth(cell), ' ');
+        const std::string cell = columns_[i].isShrinkable ? fitted(cells[i], widths_[i]) : cells[i];
+        const std::string padding(widths_[i] - std::min(displayWidth(cell), widths_[i]), ' ');
         line += columns_[i].isRightAligned ? padding + cell : cell + padding;
         line += std::string(gap, ' ');
     }
@@ -66,16 +68,19 @@ void TextTable::printRow(std::ostream& out, const std::vector<std::string>& cell
     out << line << '\n';
 }
 
-void TextTable::print(std::ostream& out, std::size_t width) const {
-    const std::vector<std::size_t> widths = columnWidths(width);
-    std::vector<std::string> titles;
-    for (const Column& column : columns_) {
-        titles.push_back(column.title);
+void TextTable::print(std::ostream& out, std::size_t width, Rest rest) {
+    if (widths_.empty()) {
+        widths_ = columnWidths(width, rest);
+        std::vector<std::string> titles;
+        for (const Column& column : columns_) {
+            titles.push_back(column.title);
+        }
+        printRow(out, titles);
     }
-    printRow(out, titles, widths);
     for (const auto& row : rows_) {
-        printRow(out, row, widths);
+        printRow(out, row);
     }
+    rows_.clear();
 }
 
 }  // namespace calljournal

@@ -7,7 +7,7 @@ using calljournal::TextTable;
 
 namespace {
 
-std::string printed(const TextTable& table, std::size_t width) {
+std::string printed(TextTable table, std::size_t width) {
     std::ostringstream out;
     table.print(out, width);
     return out.str();
@@ -39,6 +39,30 @@ TEST(TextTable, KeepsAFewPlacesOfEachColumnInAVeryNarrowTerminal) {
               "Id  Name    Number\n"
               " 1  Jürge…  +49 3…\n"
               "12  山田    0\n");
+}
+
+TEST(TextTable, GoesOnInTheColumnsOfItsFirstRows) {
+    TextTable table({{"", false, false},
+                     {"Id", false, true},
+                     {"Name", true, false},
+                     {"Kind", false, false},
+                     {"Note", true, false}});
+    std::ostringstream out;
+    table.add({"", "1", "Jürgen", "", ""});
+    table.add({"", "12", "Ann", "", ""});
+    EXPECT_EQ(table.rowCount(), 2u);
+    table.print(out, 0, TextTable::Rest::follows);
+    EXPECT_EQ(table.rowCount(), 0u);
+    table.add({"●", "2", "山田", "dialled", "transfer destination"});
+    table.print(out, 5, TextTable::Rest::follows);
+    table.add({"", "1234567", "Jürgen Müller", "", "group"});
+    table.print(out, 0);
+    EXPECT_EQ(out.str(),
+              "   Id  Name    Kind  Note\n"
+              "    1  Jürgen\n"
+              "   12  Ann\n"
+              "●   2  山田    dialled  trans…\n"
+              "   1234567  Jürge…        group\n");
 }
 
 TEST(TextTable, ShowsControlCharactersOfACell) {
