@@ -80,6 +80,14 @@ Json toJson(const Item& item) {
     return json;
 }
 
+/// The same, and the word for its kind as "Kind".
+template <class Item>
+Json toJsonWithKind(const Item& item) {
+    Json json = toJson(item);
+    json["Kind"] = KindInterface<Item>::name;
+    return json;
+}
+
 /// Stores `json` in the call field named `key`. Returns false if the call has no such field; throws ValueError if the
 /// field does not take the value.
 template <class Item>

@@ -63,8 +63,7 @@ template <class Item>
 void print(const Change<Item>& change, const GlobalOptions& globals, std::ostream& out) {
     const std::string notification = notificationOf(change.entry, change.action);
     if (globals.format == OutputFormat::json) {
-        Json json = toJson(change.entry);
-        json["Kind"] = KindInterface<Item>::name;
+        Json json = toJsonWithKind(change.entry);
         json["Change"] = wordFor(change.action);
         json["Notification"] = notification;
         out << jsonText(json, false) << std::endl;

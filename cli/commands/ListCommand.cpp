@@ -43,17 +43,12 @@ void printTable(const std::vector<AnyEntry>& entries, bool isMixed, std::ostream
     table.print(out, terminalWidth());
 }
 
-/// Returns the entry as one line of JSON or XML, or as nothing for another format.
+/// Returns the entry as one line of JSON or XML.
 template <class Item>
 std::string lineOf(const Item& entry, OutputFormat format) {
-    if (format == OutputFormat::json) {
-        Json json = toJson(entry);
-        json["Kind"] = KindInterface<Item>::name;
-        return jsonText(json, false);
-    }
     using Helper = CallListDatabaseAdapterHelper;
-    return format == OutputFormat::xml ? Helper::createXMLField(Helper::ENTRY, KindInterface<Item>::encode(entry))
-                                       : std::string();
+    return format == OutputFormat::json ? jsonText(toJsonWithKind(entry), false)
+                                        : Helper::createXMLField(Helper::ENTRY, KindInterface<Item>::encode(entry));
 }
 
 /// Shows the wanted entries on `out`, newest first, in the format of `globals`.
