@@ -23,7 +23,7 @@ struct GlobalOptions {
     std::string store;  ///< URL or path; empty for the default store.
     int log = 0;        ///< Log lines up to this level go to standard error.
     OutputFormat format = OutputFormat::automatic;
-    std::string region;  ///< ISO 3166-1 code; empty for the locale's.
+    std::string region;  ///< ISO 3166-1 code, of --region alone; empty without it.
     bool showXml = false;
 };
 

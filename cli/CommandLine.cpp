@@ -9,7 +9,7 @@
 #include "Completion.h"
 #include "ErrorMessage.h"
 #include "HostPlatform.h"
-#include "NumberMatcher.h"
+#include "Region.h"
 #include "ValueError.h"
 #include "WordOption.h"
 
@@ -29,11 +29,9 @@ void addGlobals(CLI::App& app, CommandContext& context) {
     addWordOption(app, context, "--format", globals.format,
                   {{"table", OutputFormat::table}, {"json", OutputFormat::json}, {"xml", OutputFormat::xml}},
                   "table, json or xml; lists go to a terminal as a table, elsewhere as json");
-    app.add_option("--region", globals.region, "the phone's region, such as DE; by default that of the locale")
-        ->envname("CALLJOURNAL_REGION")
-        ->check([](const std::string& region) {
-            return isKnownRegion(region) ? std::string() : "\"" + region + "\" is no region such as DE or GB";
-        });
+    app.add_option("--region", globals.region,
+                   "the phone's region, such as DE; by default that of CALLJOURNAL_REGION or of the locale")
+        ->check(regionProblem);
     app.add_flag("--show-xml", globals.showXml, "show each request to the store and its reply on standard error");
 }
 

@@ -10,8 +10,8 @@
 
 #include "ErrorMessage.h"
 #include "Interruption.h"
-#include "NumberMatcher.h"
 #include "ProgressBar.h"
+#include "Region.h"
 #include "WordOption.h"
 
 namespace calljournal {
@@ -22,9 +22,6 @@ ConversionOptions conversionOf(const ConvertOptions& options) {
     ConversionOptions conversion = options.conversion;
     std::transform(options.maps.begin(), options.maps.end(), std::back_inserter(conversion.reading.mappings),
                    columnMapping);
-    if (conversion.region.empty()) {
-        conversion.region = localeRegion();
-    }
     if (options.isDryRun) {
         conversion.out.clear();
     }
@@ -134,7 +131,7 @@ void addConvertCommand(CLI::App& app, CommandContext& context) {
     context.offers[limit] = {"100", "1000"};
     convert->callback([&context, options] {
         context.action = [&context, options] {
-            options->conversion.region = context.globals.region;
+            options->conversion.region = usersRegion(context.globals);
             return convertBooks(*options, context.out, context.err);
         };
     });

@@ -12,7 +12,7 @@ namespace calljournal {
 
 /// What `calljournal convert` is asked to do.
 struct ConvertOptions {
-    ConversionOptions conversion;   ///< Its `out` empty for standard output, its `region` for the locale's.
+    ConversionOptions conversion;   ///< Its `out` empty for standard output.
     std::vector<std::string> maps;  ///< "Handy=Mobile1".
     ConvertReport::Detail report = ConvertReport::remarkable;
     bool isDryRun = false;

@@ -20,6 +20,7 @@
 #include "PrintableText.h"
 #include "PrivateCopy.h"
 #include "ProgressBar.h"
+#include "Region.h"
 #include "Storage.h"
 #include "TemporaryFolder.h"
 #include "Terminal.h"
@@ -129,7 +130,7 @@ private:
         ConvertOptions converting;
         converting.conversion.books = {file_};
         converting.conversion.reading.charset = options_.fromLatin1 ? "ISO-8859-1" : "";
-        converting.conversion.region = context_.globals.region;
+        converting.conversion.region = usersRegion(context_.globals);
         converting.conversion.out = target;
         converting.conversion.cut = true;
         converting.conversion.limit = options_.hardware == Hardware::nq ? 1000 : 100;

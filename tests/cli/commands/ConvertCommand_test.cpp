@@ -331,6 +331,23 @@ TEST_F(ConvertCommand, WritesVCardsAndJson) {
     EXPECT_EQ(none.out, "");
 }
 
+TEST_F(ConvertCommand, TakesTheRegionOfTheVariableAndNamesTheVariableThatIsNone) {
+    const std::string book = folder_.write("book.csv", "Last Name,Business Phone\nSmith,030 2345678\n");
+    const auto inRegion = [&](const std::string& region, std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"/usr/bin/env", "LC_ALL=C", "CALLJOURNAL_REGION=" + region, COMMAND});
+        return runProgram(arguments);
+    };
+    EXPECT_NE(inRegion("DE", {"convert", book, "--numbers", "dialable"}).out.find(";+49302345678;"), std::string::npos);
+    EXPECT_NE(inRegion("", {"convert", book, "--numbers", "dialable"}).out.find(";0302345678;"), std::string::npos);
+    const Finished refused = inRegion("Germany", {"convert", book});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.err, "calljournal: CALLJOURNAL_REGION: \"Germany\" is no region such as DE or GB\n");
+    EXPECT_EQ(refused.out, "");
+    EXPECT_EQ(inRegion("Germany", {"convert", book, "--region", "DE"}).status, 0);
+    EXPECT_EQ(inRegion("Germany", {"import", "--convert", book}).err, refused.err);
+    EXPECT_EQ(inRegion("Germany", {"import", "--check", book}).status, 1);
+}
+
 TEST_F(ConvertCommand, WritesNumbersForTheRegion) {
     const std::string book = folder_.write("book.csv", "Last Name,Business Phone\nA,030 2345678 ext. 5\n");
     EXPECT_NE(convert({book, "--region", "DE", "--numbers", "dialable"}).out.find(";+49302345678,5;"),
