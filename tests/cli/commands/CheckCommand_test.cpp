@@ -562,6 +562,9 @@ TEST_F(Check, ReportsACountThatIsNone) {
               "notification: 2 findings\n"
               "line 1, column 39: Value holds no number of missed calls but \"two\"\n"
               "line 1, column 96: Extra is no element of a count: nobody reads \"1\"\n");
+    EXPECT_EQ(findings(declaration + "<Method>missedCallsCountUpdate</Method><Value>10000000000</Value>"),
+              "notification: 1 finding\n"
+              "line 1, column 39: Value holds no number of missed calls but \"10000000000\"\n");
 }
 
 TEST_F(Check, ReportsACountThatCameOutNegative) {
