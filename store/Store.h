@@ -63,8 +63,8 @@ public:
     /// Returns the value of a setting; nothing if it was never set. Throws StoreError.
     virtual std::optional<std::string> setting(std::string_view name) = 0;
 
-    /// Keeps the value of a setting. A new `regionSetting` has all keys made anew, in the same transaction. Throws
-    /// StoreError.
+    /// Keeps the value of a setting. To set `regionSetting`, also to what it is, makes all keys anew, in the same
+    /// transaction. Throws StoreError.
     virtual void setSetting(std::string_view name, std::string_view value) = 0;
 
     /// Returns the entries whose keys do not fit their bodies; reads and derives all. Throws StoreError;

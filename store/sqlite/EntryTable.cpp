@@ -271,9 +271,14 @@ void EntryTable::put(std::string_view id, std::string_view body) {
 void EntryTable::write(PreparedStatement& statement) {
     row_.checksum = entryChecksum(schema_, row_);
     statement.run();
+    writeKeys();
+    addToTotal(row_, 1);
+}
+
+/// Has the tables of keys follow row_, which had the keys of found_ in them before.
+void EntryTable::writeKeys() {
     writeKeys(linesOf(found_.numbers), linesOf(row_.numbers), removeNumber_, addNumber_);
     writeKeys(nameKeys(found_.name), nameKeys(row_.name), removeName_, addName_);
-    addToTotal(row_, 1);
 }
 
 void EntryTable::writeKeys(const std::vector<std::string>& before, const std::vector<std::string>& now,
@@ -351,6 +356,8 @@ std::vector<EntryRow> EntryTable::rowsBehind(long long place) {
 }
 
 void EntryTable::index() {
+    session_ << "delete from entry_number";
+    session_ << "delete from entry_name";
     for (const StoredSchema& schema : schemas()) {
         begin(schema.name);
         for (auto rows = rowsBehind(0); !rows.empty(); rows = rowsBehind(rows.back().place)) {
@@ -358,7 +365,12 @@ void EntryTable::index() {
                 found_ = row;
                 row_ = row;
                 deriveKeys();
-                if (!hasSameKeys(row_, found_)) {
+                const bool isAsBefore = hasSameKeys(row_, found_);
+                found_.numbers.clear();
+                found_.name.clear();
+                if (isAsBefore) {
+                    writeKeys();
+                } else {
                     addToTotal(found_, -1);
                     write(update_);
                 }

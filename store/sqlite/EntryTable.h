@@ -62,7 +62,7 @@ public:
     /// Writes what concerns all entries of the schema.
     void finish();
 
-    /// Derives the keys of all entries again, with the region that is set now.
+    /// Makes the keys of all entries anew, with the region that is set now.
     void index();
 
     /// Calls `visit` with each entry of `schema`, in order of first insertion. The views are valid during the call.
@@ -82,6 +82,7 @@ private:
     void refuseLostSchemas();
     void deriveKeys();
     void write(PreparedStatement& statement);
+    void writeKeys();
     /// Has a table of keys follow an entry that had the keys `before`.
     void writeKeys(const std::vector<std::string>& before, const std::vector<std::string>& now,
                    PreparedStatement& removeKey, PreparedStatement& addKey);

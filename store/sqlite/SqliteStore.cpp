@@ -123,9 +123,6 @@ public:
     void setSetting(std::string_view name, std::string_view value) override {
         exclusively([&] {
             guarded([&] {
-                if (readSetting(name) == value) {
-                    return;
-                }
                 const std::string key(name);
                 const std::string text(value);
                 connection_.sql() << "insert into setting (name, value) values (:name, :value) "

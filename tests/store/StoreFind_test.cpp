@@ -321,6 +321,19 @@ TEST_F(StoreFind, ReportsKeysThatDoNotFitTheirBody) {
     EXPECT_EQ(faults[1].id + ": " + faults[1].what, "b: it is not found by its name");
 }
 
+TEST_F(StoreFind, MakesLostKeysAnewWhenTheRegionIsSetOnceMore) {
+    found().setSetting("region", "DE");
+    write(dialled, entry("a", "1", "1", "anna") + entry("b", "2", "2", "berta"));
+    reopen();
+    runSql(file(), "delete from entry_number where number_key = 'DE1'; delete from entry_name");
+    EXPECT_EQ(found().checkIndex().size(), 3U);
+    found().setSetting("region", "DE");
+    EXPECT_TRUE(found().checkIndex().empty());
+    EntryQuery query;
+    query.numberKey = "DE1";
+    EXPECT_EQ(ids(query), "a ");
+}
+
 TEST_F(StoreFind, RefusesAnEntryWhoseKeysWereChanged) {
     write(dialled, entry("a", "1", "1", "anna"));
     reopen();
