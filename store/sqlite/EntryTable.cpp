@@ -219,8 +219,6 @@ bool EntryTable::locate(std::string_view id) {
     const bool isThere = locate_.fetchRow();
     if (isThere) {
         refuseIfDamaged(schema_, found_);
-    } else {
-        found_ = EntryRow();
     }
     return isThere;
 }
@@ -246,25 +244,37 @@ void EntryTable::deriveKeys() {
 }
 
 void EntryTable::put(std::string_view id, std::string_view body) {
-    const bool isThere = locate(id);
-    if (!isThere) {
-        readNextPlace_.fetchRow();
+    if (!locate(id)) {
+        insert(id, body);
+        return;
     }
-    row_.place = isThere ? found_.place : place_;
+    takeOver(id, body);
+    row_.place = found_.place;
+    if (row_.body == found_.body && hasSameKeys(row_, found_)) {
+        return;
+    }
+    row_.number = ++changeNumber_;
+    row_.added = found_.added;
+    row_.changed = isOnlySeen(found_, row_) ? found_.changed : row_.number;
+    addToTotal(found_, -1);
+    write(update_);
+}
+
+void EntryTable::insert(std::string_view id, std::string_view body) {
+    found_ = EntryRow();
+    takeOver(id, body);
+    readNextPlace_.fetchRow();
+    row_.place = place_;
+    row_.number = row_.added = row_.changed = ++changeNumber_;
+    write(insert_);
+}
+
+/// Makes row_ of an entry that comes in.
+void EntryTable::takeOver(std::string_view id, std::string_view body) {
     row_.schemaId = total_.id;
     row_.id = id;
     row_.body = body;
     deriveKeys();
-    if (isThere && row_.body == found_.body && hasSameKeys(row_, found_)) {
-        return;
-    }
-    row_.number = ++changeNumber_;
-    row_.added = isThere ? found_.added : row_.number;
-    row_.changed = isOnlySeen(found_, row_) ? found_.changed : row_.number;
-    if (isThere) {
-        addToTotal(found_, -1);
-    }
-    write(isThere ? update_ : insert_);
 }
 
 /// Writes row_, which was found_ before, with its keys.

@@ -50,6 +50,9 @@ public:
     /// Inserts the entry behind all others of its schema, or gives the body to the one that has the id, in its place.
     void put(std::string_view id, std::string_view body);
 
+    /// Inserts an entry whose id takeNextId has just returned.
+    void insert(std::string_view id, std::string_view body);
+
     /// Deletes the entry if there is one.
     void remove(std::string_view id);
 
@@ -80,6 +83,7 @@ public:
 private:
     bool locate(std::string_view id);
     void refuseLostSchemas();
+    void takeOver(std::string_view id, std::string_view body);
     void deriveKeys();
     void write(PreparedStatement& statement);
     void writeKeys();

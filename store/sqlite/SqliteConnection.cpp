@@ -31,9 +31,11 @@ public:
             factory.make_session(soci::connection_parameters(factory, ":memory:"))));
         sqlite_api::sqlite3_close(backend->conn_);
         backend->conn_ = nullptr;
-        const int code = sqlite_api::sqlite3_open_v2(
-            parameters.get_connect_string().c_str(), &backend->conn_,
-            SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_EXRESCODE, nullptr);
+        const int code = sqlite_api::sqlite3_open_v2(parameters.get_connect_string().c_str(), &backend->conn_,
+                                                     SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI |
+                                                         SQLITE_OPEN_EXRESCODE |
+                                                         SQLITE_OPEN_NOMUTEX,  // one thread at a time uses a connection
+                                                     nullptr);
         if (code != SQLITE_OK) {
             const int systemError = sqlite_api::sqlite3_system_errno(backend->conn_);
             throw std::system_error(systemError != 0 ? systemError : EIO, std::generic_category());

@@ -216,14 +216,24 @@ private:
         }
         std::string ids;
         for (const StoreEntry& entry : request.entries) {
-            const std::string id = entry.id.empty() ? entries().takeNextId() : std::string(entry.id);
-            if (id.empty()) {
-                throw connection_.error("it has no free id left; give the entry an id");
+            if (entry.id.empty()) {
+                ids += xmlElement(text::UNIQUEID, insert(entry.body));
+            } else {
+                entries().put(entry.id, entry.body);
+                ids += xmlElement(text::UNIQUEID, entry.id);
             }
-            entries().put(id, entry.body);
-            ids += xmlElement(text::UNIQUEID, id);
         }
         return ids;
+    }
+
+    /// Returns the id that the entry got.
+    std::string insert(std::string_view body) {
+        std::string id = entries().takeNextId();
+        if (id.empty()) {
+            throw connection_.error("it has no free id left; give the entry an id");
+        }
+        entries().insert(id, body);
+        return id;
     }
 
     /// Returns the prepared statements; fresh ones after a failure.
