@@ -1,9 +1,15 @@
 #include "NumberMatcher.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <set>
+#include <string_view>
+#include <unicode/uchar.h>
+#include <unordered_map>
 
 #include "PhoneNumbers.h"
+#include "Text.h"
+#include "Utf8.h"
 
 namespace calljournal {
 
@@ -37,29 +43,90 @@ std::string localeRegion() {
             const std::string locale = value;
             const std::size_t mark = locale.find('_');
             const std::string region = mark == std::string::npos ? "" : locale.substr(mark + 1, 2);
-            return region.size() == 2 && isKnownRegion(region) ? region : "ZZ";
+            return region.size() == 2 && isKnownRegion(region) ? region : noRegion;
         }
     }
-    return "ZZ";
+    return noRegion;
 }
 
 bool isKnownRegion(const std::string& region) {
     std::set<std::string> regions;
     PhoneNumberUtil::GetInstance()->GetSupportedRegions(&regions);
-    return region == "ZZ" || regions.count(region) != 0;
+    return region == noRegion || regions.count(region) != 0;
 }
 
-std::string NumberMatcher::operator()(const std::string& number) const {
-    if (number.size() > longestNumber) {
-        return number;
+namespace {
+
+/// Modifier letters are none: the Japanese write their long vowel for a dash.
+bool isLetter(char32_t c) {
+    return (U_GET_GC_MASK(static_cast<UChar32>(c)) & U_GC_L_MASK & ~U_GC_LM_MASK) != 0;
+}
+
+/// Returns whether `text` has letters or an "@", which no number has.
+bool isAddress(std::string_view text) {
+    while (!text.empty()) {
+        const Utf8Character next = characterAt(text);
+        if (next.isValid && (next.codePoint == U'@' || isLetter(next.codePoint))) {
+            return true;
+        }
+        text.remove_prefix(next.length);
     }
-    const PhoneNumberUtil& util = *PhoneNumberUtil::GetInstance();
+    return false;
+}
+
+std::string addressKey(const std::string& text) {
+    const std::size_t at = std::min(text.find('@'), text.size());
+    const std::size_t colon = text.find(':');
+    const std::size_t userBegin = colon < at ? colon : 0;
+    const std::size_t hostEnd = std::min(text.find_first_of(";?", at), text.size());
+    const std::string_view whole = text;
+    return lowerCase(whole.substr(0, userBegin))
+        .append(whole.substr(userBegin, at - userBegin))
+        .append(lowerCase(whole.substr(at, hostEnd - at)))
+        .append(whole.substr(hostEnd));
+}
+
+/// Returns whether no country is known for `number`: written in ASCII without a plus sign, and dialled nowhere.
+bool isNowhere(const std::string& number, const std::string& region) {
+    return region == noRegion && number.find('+') == std::string::npos && isAscii(number);
+}
+
+std::string keyOf(const std::string& number, const std::string& region) {
+    if (isAddress(number)) {
+        return addressKey(number);
+    }
     PhoneNumber parsed;
-    if (!parseNumber(number, region_, parsed) || !(isInternational(parsed) || util.IsValidNumber(parsed))) {
+    if (isNowhere(number, region) || !parseNumber(number, region, parsed) ||
+        !(isInternational(parsed) || PhoneNumberUtil::GetInstance()->IsValidNumber(parsed))) {
         return withoutPunctuation(number);
     }
     std::string key;
-    util.Format(parsed, PhoneNumberUtil::E164, &key);
+    PhoneNumberUtil::GetInstance()->Format(parsed, PhoneNumberUtil::E164, &key);
+    return key;
+}
+
+/// The keys of one region's numbers. All that is remembered takes a few megabytes.
+struct KnownKeys {
+    static constexpr std::size_t most = 65536;
+
+    std::string region;
+    std::unordered_map<std::string, std::string> keys;
+};
+
+}  // namespace
+
+std::string NumberMatcher::operator()(const std::string& number) const {
+    if (number.empty() || number.size() > longestNumber) {
+        return number;
+    }
+    thread_local KnownKeys known;
+    if (known.region != region_ || known.keys.size() == KnownKeys::most) {
+        known = {region_, {}};
+    }
+    std::string& key = known.keys[number];
+    if (key.empty()) {
+        key = keyOf(number, region_);
+    }
     return key;
 }
 

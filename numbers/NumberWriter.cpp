@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "NumberMatcher.h"
 #include "PhoneNumbers.h"
 
 namespace calljournal {
@@ -10,8 +11,6 @@ namespace {
 
 using i18n::phonenumbers::PhoneNumber;
 using i18n::phonenumbers::PhoneNumberUtil;
-
-constexpr char noRegion[] = "ZZ";
 
 /// Up to so many digits are an extension, an emergency call or a service, which no numbering plan lists as a number.
 constexpr std::size_t longestShortNumber = 6;

@@ -49,6 +49,38 @@ TEST(NumberMatcher, ATextThatIsTooLongForANumberStaysItself) {
     EXPECT_EQ(NumberMatcher("DE")(text), text);
 }
 
+TEST(NumberMatcher, ATextWithLettersOrAnAtSignIsAPartyOfItsOwn) {
+    const NumberMatcher german("DE");
+    EXPECT_EQ(german("SIP:Bob@Example.COM"), "sip:Bob@example.com");
+    EXPECT_EQ(german("Bob@Example.COM:5060;User=Phone"), "Bob@example.com:5060;User=Phone");
+    EXPECT_EQ(german("sip:+49301234567@Example.com"), "sip:+49301234567@example.com");
+    EXPECT_EQ(german("030@1234567"), "030@1234567");
+    EXPECT_EQ(german("TEL:+49 30 1234567"), "tel:+49 30 1234567");
+    EXPECT_EQ(german("030 1234567 ext. 12"), "030 1234567 ext. 12");
+    EXPECT_EQ(german("Raum 030 1234567"), "Raum 030 1234567");
+    EXPECT_EQ(german("Зал 030 1234567"), "Зал 030 1234567");
+}
+
+TEST(NumberMatcher, ReadsTheDigitsAndDashesOfEveryScript) {
+    EXPECT_EQ(NumberMatcher("JP")("０３ー１２３４ー５６７８"), "+81312345678");
+    EXPECT_EQ(NumberMatcher("EG")("٠٢٢٧٩٥١٠٣٠"), NumberMatcher("EG")("0227951030"));
+    EXPECT_EQ(NumberMatcher("ZZ")("＋４４ ２０ ７９４６ ０１２３"), "+442079460123");
+}
+
+TEST(NumberMatcher, ReadsEachNumberForItsOwnRegion) {
+    EXPECT_EQ(NumberMatcher("DE")("030 7654321"), "+49307654321");
+    EXPECT_EQ(NumberMatcher("GB")("030 7654321"), "0307654321");
+    EXPECT_EQ(NumberMatcher("DE")("030 7654321"), "+49307654321");
+}
+
+TEST(NumberMatcher, KnowsMoreNumbersThanItRemembers) {
+    const NumberMatcher anywhere("ZZ");
+    for (int i = 0; i < 200000; ++i) {
+        const std::string number = std::to_string(i);
+        ASSERT_EQ(anywhere(number + '-'), number);
+    }
+}
+
 TEST(Region, ComesFromTheLocale) {
     ::unsetenv("LC_TELEPHONE");
     ::setenv("LC_ALL", "de_AT.UTF-8", 1);
