@@ -50,6 +50,21 @@ bool isNewer(const Item& first, const Item& second) {
     return newestTime(first) > newestTime(second);
 }
 
+/// Replaces the name, the picture and the entry id of `entry` by those that `party` has.
+template <class Item>
+void takeOverParty(Item& entry, const Item& party) {
+    if (!party.getSurname().empty() || !party.getFirstname().empty()) {
+        entry.setSurname(party.getSurname());
+        entry.setFirstname(party.getFirstname());
+    }
+    if (!party.getPictureClip().empty()) {
+        entry.setPictureClip(party.getPictureClip());
+    }
+    if (!party.getEntryId().empty()) {
+        entry.setEntryId(party.getEntryId());
+    }
+}
+
 /// Calls `use(base, fields)` for each table of fields that `entry` has beside its calls, in the order in which they are
 /// written; `base` is the entry as the class that the table is for.
 template <class Item, class Use>

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
+#include "EntryIndex.h"
+#include "Folding.h"
 #include "Kinds.h"
-#include "Text.h"
 #include "Time.h"
 
 namespace calljournal {
@@ -23,37 +24,30 @@ bool isInTime(const std::string& time, const Filter& filter) {
 }
 
 template <class Item>
-bool hasNumber(const Item& entry, const std::string& number, const Journal::NumberKey& numberKey) {
-    const std::string key = numberKey(number);
+bool hasNumber(const Item& entry, const std::string& key, const NumberMatcher& numberKey) {
     const auto& calls = callsOf(entry);
     return std::any_of(calls.begin(), calls.end(),
                        [&](const auto& call) { return !call.number.empty() && numberKey(call.number) == key; });
 }
 
-bool isNamed(const CallItem& entry, const std::string& name) {
-    return lowerCase(fullName(entry.getFirstname(), entry.getSurname())).find(lowerCase(name)) != std::string::npos;
+bool isNamed(const CallItem& entry, const std::string& part) {
+    return indexedName(entry.getFirstname(), entry.getSurname()).find(part) != std::string::npos;
 }
 
-/// Appends the wanted ones of `entries`, which are in the order of the list.
-template <class Entries>
-void appendWanted(Entries entries, const Filter& filter, const Journal::NumberKey& numberKey,
-                  std::vector<AnyEntry>& wanted) {
-    std::size_t count = 0;
-    for (auto& entry : entries) {
-        if (filter.limit > 0 && count == filter.limit) {
-            break;
+EntryQuery queryFor(const Filter& filter, const std::string& numberKey) {
+    EntryQuery query;
+    forEachKind([&](auto type) {
+        using Item = typename decltype(type)::Item;
+        if (filter.wantsKind(KindInterface<Item>::name)) {
+            query.schemas.emplace_back(format::CallKind<Item>::schema);
         }
-        if (isInTime(newestTime(entry), filter) &&
-            (filter.number.empty() || hasNumber(entry, filter.number, numberKey)) &&
-            (filter.name.empty() || isNamed(entry, filter.name))) {
-            wanted.emplace_back(std::move(entry));
-            ++count;
-        }
-    }
-}
-
-const std::string& timeOf(const AnyEntry& entry) {
-    return std::visit([](const auto& item) -> const std::string& { return newestTime(item); }, entry);
+    });
+    query.numberKey = indexedNumber(numberKey);
+    query.namePart = folded(filter.name);
+    query.since = filter.since;
+    query.until = filter.until;
+    query.limit = filter.limit;
+    return query;
 }
 
 }  // namespace
@@ -67,23 +61,21 @@ bool Filter::wantsKind(const std::string& kind) const {
     return kinds.empty() || std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
 }
 
-std::vector<AnyEntry> wantedEntries(Journal& journal, const Filter& filter) {
-    std::vector<AnyEntry> wanted;
-    forEachKind([&](auto type) {
-        using Item = typename decltype(type)::Item;
-        if (filter.wantsKind(KindInterface<Item>::name)) {
-            appendWanted(journal.template entries<Item>(), filter, journal.numberKey(), wanted);
-        }
+void forEachWanted(Journal& journal, const Filter& filter, const std::function<bool(const AnyEntry& entry)>& visit) {
+    const NumberMatcher numberKey = journal.numberKey();
+    const std::string key = numberKey(filter.number);
+    const EntryQuery query = queryFor(filter, key);
+    if (query.schemas.empty()) {
+        return;
+    }
+    const auto isWanted = [&](const auto& entry) {
+        return isInTime(newestTime(entry), filter) && (key.empty() || hasNumber(entry, key, numberKey)) &&
+               isNamed(entry, query.namePart);
+    };
+    std::size_t count = 0;
+    journal.forEachEntry(query, [&](const AnyEntry& entry) {
+        return !std::visit(isWanted, entry) || (visit(entry) && ++count != filter.limit);
     });
-    // The list of one kind has its order, also where times are equal or no times.
-    if (filter.kinds.size() != 1) {
-        std::stable_sort(wanted.begin(), wanted.end(),
-                         [](const AnyEntry& first, const AnyEntry& second) { return timeOf(first) > timeOf(second); });
-    }
-    if (filter.limit > 0 && wanted.size() > filter.limit) {
-        wanted.resize(filter.limit);
-    }
-    return wanted;
 }
 
 }  // namespace calljournal

@@ -1,15 +1,16 @@
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "CallBacks.h"
-#include "CallKinds.h"
 #include "CallListDatabaseAdapter.h"
+#include "Entry.h"
 #include "JournalServiceObserverIfc.h"
+#include "NumberMatcher.h"
 #include "ReplyRecorder.h"
 #include "Store.h"
 
@@ -35,10 +36,22 @@ struct NewCall<StoredCallBack> {
     StoredCallBack party;
 };
 
+/// What became of an entry.
+struct Change {
+    JournalServiceObserverIfc::ActionType action;  ///< VIEWED if nothing else is different.
+    AnyEntry entry;                                ///< As it is now; a deleted one as it was.
+};
+
+/// An entry that others of its party were joined to.
+struct JoinedParty {
+    AnyEntry entry;
+    std::vector<std::string> joinedIds;
+};
+
 /// What a phone's journal service does with calls: keeps one entry for each party, newest call first, in the data
 /// access service, and notifies its observers of what changed.
 ///
-///     const std::unique_ptr<Store> store = openStore("journal.db");
+///     const std::unique_ptr<Store> store = openStore("journal.db", indexEntry);
 ///     Journal journal(*store);
 ///     journal.addObserver(display);
 ///     journal.record<MissedCallItem>({{party, call}});
@@ -50,18 +63,11 @@ struct NewCall<StoredCallBack> {
 /// acknowledged. One thread at a time.
 class Journal {
 public:
-    /// Gives the same text for two ways to write one party's number. Both end with the same four digits.
-    using NumberKey = std::function<std::string(const std::string& number)>;
-
-    /// Uses `store`, which must outlive the journal, and what reads and then writes keeps other processes from writing
-    /// in between. Numbers match when they are equal, unless there is a number key.
+    /// Uses `store`, which was opened with indexEntry and must outlive the journal. What reads and then writes keeps
+    /// other processes from writing in between.
     explicit Journal(Store& store);
 
-    /// The same with a service that others do not write to.
-    explicit Journal(DataAccessServiceIfc& service);
-
-    void setNumberKey(NumberKey numberKey) { numberKey_ = std::move(numberKey); }
-    const NumberKey& numberKey() const { return numberKey_; }
+    Store& store() { return store_; }
 
     /// Shows each request and reply to `trace`.
     void setTrace(ReplyRecorder::Trace trace) { recorder_.setTrace(std::move(trace)); }
@@ -69,14 +75,25 @@ public:
     /// Notifies `observer`, which must outlive the journal, of every change from now on.
     void addObserver(JournalServiceObserverIfc& observer) { observers_.push_back(&observer); }
 
+    /// Returns the region that the store's numbers are dialled in; noRegion if none was set.
+    std::string region() { return store_.setting(regionSetting).value_or(noRegion); }
+
+    /// Returns what gives a number's key in the store's region.
+    NumberMatcher numberKey() { return NumberMatcher(region()); }
+
+    /// Reads the entries that the store finds, `query.limit` or at most 500 at a time, and calls `visit` with each, the
+    /// one with the newest call first, until it returns false. It may take the entry. Missed entries without calls are
+    /// deleted on the way, and what else the query's conditions are is for `visit` to check: an index may be wrong.
+    void forEachEntry(EntryQuery query, const std::function<bool(AnyEntry& entry)>& visit);
+
     /// Returns all entries, the one with the newest call first. Missed entries without calls are deleted on the way.
     template <class Item>
     std::deque<Item> entries();
 
     /// Puts each call in front of its party's entry, making entries as needed, and writes the changed entries, up to
-    /// 500 a request. An entry is the party's if it holds a call of that number or, for a call without a number, is of
-    /// the same name. A name or picture that comes with a call replaces the entry's. Returns the written entries with
-    /// their ids.
+    /// 500 a request. An entry is the party's if it holds a call of that number, by its key, or, for a call without a
+    /// number, is of the same name. A name or picture that comes with a call replaces the entry's. Returns the written
+    /// entries with their ids.
     template <class Item>
     std::vector<Item> record(const std::vector<NewCall<Item>>& calls);
 
@@ -87,27 +104,46 @@ public:
     template <class Item>
     Item remove(const std::string& uniqueId);
 
+    /// Sets the store's region, and joins entries of one kind that share a number in it: the newest keeps its id and
+    /// gets the newest calls of them all, up to ten; it was seen if all were, and is called what the newest one with a
+    /// name is. The others are deleted. Returns the entries that others were joined to.
+    std::vector<JoinedParty> changeRegion(const std::string& region);
+
 private:
-    /// Sends ready-made entries in requests of up to 500 and returns the ids that the store acknowledged.
-    std::vector<std::string> send(const std::vector<std::string>& bodies, const std::string& schema);
+    std::vector<AnyEntry> readPage(const std::vector<FoundEntry>& page);
 
-    /// Returns the reply to a read request; throws JournalError if it is a refusal.
-    std::string readReply(const std::string& schema);
-
-    /// Writes the entries of `list` at the indices `changed` and gives new ones their ids.
+    /// Returns the entry of that id; throws JournalError if there is none.
     template <class Item>
-    void write(std::deque<Item>& list, const std::vector<std::size_t>& changed);
+    Item entryOf(const std::string& uniqueId);
+
+    /// Writes the entries in requests of up to 500 and gives new ones their ids.
+    template <class Item>
+    void write(const std::vector<Item*>& entries);
+
+    template <class Item>
+    void deleteEntry(const Item& entry);
+
+    /// Returns how many missed entries wait to be seen; 0 if nobody is to be notified.
+    std::uint64_t unseenCount();
+
+    /// Returns the ids of each party that has several entries, newest first.
+    template <class Item>
+    std::vector<std::vector<std::string>> partiesWithSeveral();
+
+    /// Makes one entry of those with the ids, and appends what was changed to `changes`.
+    template <class Item>
+    JoinedParty join(const std::vector<std::string>& ids, std::vector<Change>& changes);
+
     template <class Item>
     void announce(const Item& entry, JournalServiceObserverIfc::ActionType action);
-    void announceUnviewed(const std::deque<MissedCallItem>& list);
+    /// Notifies observers of `count` unless Item is a kind that nobody counts.
     template <class Item>
-    void announceUnviewed(const std::deque<Item>&) {}  // only missed calls are counted
+    void announceUnseen(std::uint64_t count);
     void notify(const std::string& message);
 
+    Store& store_;
     ReplyRecorder recorder_;
     CallListDatabaseAdapter adapter_;
-    NumberKey numberKey_;
-    std::function<void(const std::function<void()>& work)> exclusively_;
     std::vector<JournalServiceObserverIfc*> observers_;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "KindInterface.h"
@@ -60,6 +61,16 @@ void withKind(const std::string& name, Use use) {
     if (name == KindInterface<StoredCallBack>::name) {
         use(ItemType<StoredCallBack>());
     }
+}
+
+/// Calls `use` with the ItemType of the kind that is stored under `schema`. Does nothing for any other schema.
+template <class Use>
+void withSchema(std::string_view schema, Use use) {
+    forEachKind([&](auto type) {
+        if (schema == format::CallKind<typename decltype(type)::Item>::schema) {
+            use(type);
+        }
+    });
 }
 
 }  // namespace calljournal

@@ -3,61 +3,93 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "EntryIndex.h"
+#include "RunCommand.h"
+
 using namespace calljournal;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 namespace {
 
-template <class Item>
-Item entry(const std::string& id, const std::string& surname) {
-    Item item;
-    item.setUniqueId(id);
-    item.setSurname(surname);
-    return item;
-}
-
-MissedCallItem missed(const std::string& id, const std::string& surname, bool isViewed = false) {
-    MissedCallItem item = entry<MissedCallItem>(id, surname);
-    item.setViewed(isViewed);
-    return item;
-}
-
-/// "id surname: action" of each change.
-template <class Item>
-std::vector<std::string> changes(const std::deque<Item>& before, const std::deque<Item>& now) {
-    std::vector<std::string> all;
-    for (const Change<Item>& change : changesBetween(before, now)) {
-        all.push_back(change.entry.getUniqueId() + " " + change.entry.getSurname() + ": " +
-                      std::to_string(change.action));
-    }
-    return all;
-}
-
 constexpr char added[] = ": 0";
 constexpr char changed[] = ": 1";
 constexpr char viewed[] = ": 2";
 constexpr char deleted[] = ": 3";
 
-TEST(Changes, AreNoneBetweenEqualLists) {
-    const std::deque<MissedCallItem> list = {missed("1", "a"), missed("2", "b")};
-    EXPECT_THAT(changes(list, list), IsEmpty());
-    EXPECT_THAT(changes<MissedCallItem>(list, {missed("2", "b"), missed("1", "a")}), IsEmpty());
+class Changes : public ::testing::Test {
+protected:
+    template <class Item>
+    void record(const std::string& number, const std::string& surname) {
+        NewCall<Item> one;
+        one.party.setSurname(surname);
+        one.call.number = number;
+        one.call.timeDate = "2024-05-01 10:00:00";
+        journal_.record<Item>({one});
+    }
+
+    /// "id surname: action" of each change since the last call.
+    std::vector<std::string> changes() {
+        const JournalChanges since = changesSince(journal_, number_);
+        EXPECT_TRUE(since.isWhole);
+        number_ = since.number;
+        std::vector<std::string> all;
+        for (const Change& change : since.entries) {
+            all.push_back(std::visit([](const auto& entry) { return entry.getUniqueId() + " " + entry.getSurname(); },
+                                     change.entry) +
+                          ": " + std::to_string(change.action));
+        }
+        return all;
+    }
+
+    const TemporaryFolder folder_;
+    const std::unique_ptr<Store> store_ = openStore(folder_.file("journal.db"), indexEntry);
+    Journal journal_{*store_};
+    std::uint64_t number_ = changesSince(journal_, 0).number;
+};
+
+TEST_F(Changes, AreNoneWhereNothingWasWritten) {
+    record<MissedCallItem>("1", "a");
+    EXPECT_THAT(changes(), ElementsAre(std::string("1 a") + added));
+    EXPECT_THAT(changes(), IsEmpty());
+    EXPECT_THAT(changesSince(journal_, 0).entries, IsEmpty());
 }
 
-TEST(Changes, ComeInTheOrderOfTheIdsAndTheDeletedOnesLast) {
-    EXPECT_THAT(changes<ReceivedCallItem>({entry<ReceivedCallItem>("1", "a"), entry<ReceivedCallItem>("3", "c")},
-                                          {entry<ReceivedCallItem>("3", "C"), entry<ReceivedCallItem>("2", "b")}),
-                ElementsAre(std::string("2 b") + added, std::string("3 C") + changed, std::string("1 a") + deleted));
+TEST_F(Changes, ComeInTheOrderInWhichTheyWereMade) {
+    record<ReceivedCallItem>("1", "a");
+    record<ReceivedCallItem>("3", "c");
+    changes();
+    record<MissedCallItem>("2", "b");
+    record<ReceivedCallItem>("3", "C");
+    journal_.remove<ReceivedCallItem>("1");
+    EXPECT_THAT(changes(),
+                ElementsAre(std::string("3 b") + added, std::string("2 C") + changed, std::string("1 a") + deleted));
 }
 
-TEST(Changes, OfAnEntryThatWasOnlySeenSaySo) {
-    EXPECT_THAT(changes<MissedCallItem>({missed("1", "a")}, {missed("1", "a", true)}),
-                ElementsAre(std::string("1 a") + viewed));
-    EXPECT_THAT(changes<MissedCallItem>({missed("1", "a")}, {missed("1", "b", true)}),
-                ElementsAre(std::string("1 b") + changed));
-    EXPECT_THAT(changes<MissedCallItem>({missed("1", "a", true)}, {missed("1", "a")}),
-                ElementsAre(std::string("1 a") + changed));
+TEST_F(Changes, OfAnEntryThatWasOnlySeenSaySo) {
+    record<MissedCallItem>("1", "a");
+    changes();
+    journal_.markViewed("1");
+    EXPECT_THAT(changes(), ElementsAre(std::string("1 a") + viewed));
+    record<MissedCallItem>("1", "b");
+    journal_.markViewed("1");
+    EXPECT_THAT(changes(), ElementsAre(std::string("1 b") + changed));
+}
+
+TEST_F(Changes, AreOfCallBacksToo) {
+    NewCall<StoredCallBack> one;
+    one.party.setSurname("a");
+    one.party.setNumber("1");
+    journal_.record<StoredCallBack>({one});
+    EXPECT_THAT(changes(), ElementsAre(std::string("1 a") + added));
+}
+
+TEST_F(Changes, AreNotOfEntriesThatNoListShows) {
+    CallListDatabaseAdapter adapter;
+    adapter.init(store_.get());
+    adapter.updateMissedEntry(MissedCallItem(), CallListDatabaseAdapterHelper::WRITEREQUEST);
+    adapter.updateEntry("<CallLogId>1</CallLogId>", CallListDatabaseAdapterHelper::WRITEREQUEST, "Conversations");
+    EXPECT_THAT(changes(), IsEmpty());
 }
 
 }  // namespace

@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-#include "NumberMatcher.h"
+#include "EntryIndex.h"
+#include "ForwardingStore.h"
 #include "RunCommand.h"
 #include "ValueError.h"
 
@@ -18,7 +19,7 @@ namespace {
 class FilteredEntries : public ::testing::Test {
 protected:
     FilteredEntries() {
-        journal_.setNumberKey(NumberMatcher("GB"));
+        store_->setSetting(regionSetting, "GB");
         journal_.record<MissedCallItem>({call<MissedCallItem>("a", "020 7946 0123", "2024-05-01 10:00:00"),
                                          call<MissedCallItem>("d", "4", "2024-05-04 23:59:59")});
         journal_.record<DialledCallItem>({call<DialledCallItem>("b", "2", "2024-05-02 10:00:00")});
@@ -43,15 +44,17 @@ protected:
     std::string wanted(Filter filter) {
         filter.completeTimes();
         std::string names;
-        for (const AnyEntry& entry : wantedEntries(journal_, filter)) {
+        forEachWanted(journal_, filter, [&](const AnyEntry& entry) {
             names += std::visit([](const auto& item) { return item.getSurname(); }, entry);
-        }
+            return names.size() < most_;
+        });
         return names;
     }
 
     const TemporaryFolder folder_;
-    const std::unique_ptr<Store> store_ = openStore(folder_.file("journal.db"));
+    const std::unique_ptr<Store> store_ = openStore(folder_.file("journal.db"), indexEntry);
     Journal journal_{*store_};
+    std::size_t most_ = 100;  ///< So many are looked at.
 };
 
 TEST_F(FilteredEntries, AreAllNewestFirstWithoutAFilter) {
@@ -87,6 +90,51 @@ TEST_F(FilteredEntries, AreTheNewestOnesUpToTheLimit) {
     EXPECT_EQ(wanted({{}, {}, {}, {}, {}, 2}), "dc");
     EXPECT_EQ(wanted({{"missed"}, {}, {}, {}, {}, 1}), "d");
     EXPECT_EQ(wanted({{}, {}, "2024-05-03", {}, {}, 2}), "cb");
+}
+
+TEST_F(FilteredEntries, AreLookedAtUntilEnoughWereSeen) {
+    most_ = 3;
+    EXPECT_EQ(wanted({}), "dcb");
+}
+
+TEST_F(FilteredEntries, AreNoneOfAKindThatThereIsNot) {
+    EXPECT_EQ(wanted({{"parked"}, {}, {}, {}, {}, 0}), "");
+}
+
+TEST_F(FilteredEntries, HaveANameInTheCaseOfAnyScript) {
+    journal_.record<ReceivedCallItem>({call<ReceivedCallItem>("Мюллер  Äß", "5", "2024-05-05 10:00:00")});
+    EXPECT_EQ(wanted({{}, {}, {}, {}, "мЮЛ", 0}), "Мюллер  Äß");
+    EXPECT_EQ(wanted({{}, {}, {}, {}, "р ÄSS", 0}), "Мюллер  Äß");
+}
+
+/// A store whose index is wrong: it finds every entry.
+class WrongIndex : public ForwardingStore {
+public:
+    using ForwardingStore::ForwardingStore;
+
+    std::vector<FoundEntry> find(const EntryQuery& query) override {
+        EntryQuery all;
+        all.schemas = query.schemas;
+        all.after = query.after;
+        all.limit = query.limit;
+        return ForwardingStore::find(all);
+    }
+};
+
+TEST_F(FilteredEntries, AreCheckedAgainstTheirBodies) {
+    WrongIndex store(*store_);
+    Journal journal(store);
+    const auto count = [&](const Filter& filter) {
+        int wanted = 0;
+        forEachWanted(journal, filter, [&](const AnyEntry&) { return ++wanted > 0; });
+        return wanted;
+    };
+    EXPECT_EQ(count({{}, {}, {}, "00442079460123", {}, 0}), 2);
+    EXPECT_EQ(count({{}, {}, {}, {}, "b", 0}), 1);
+    EXPECT_EQ(count({{}, "2024-05-03", {}, {}, {}, 0}), 2);
+    EXPECT_EQ(count({{}, {}, {}, "00442079460123", {}, 1}), 1);
+    journal.record<MissedCallItem>({call<MissedCallItem>("e", "5", "2024-05-05 10:00:00")});
+    EXPECT_EQ(count({{"missed"}, {}, {}, {}, {}, 0}), 3);
 }
 
 TEST(Filter, RefusesWhatIsNoTime) {

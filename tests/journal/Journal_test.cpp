@@ -1,12 +1,13 @@
 #include "Journal.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "CallListDatabaseAdapterHelper.h"
+#include "EntryIndex.h"
 #include "ForwardingStore.h"
 #include "KindInterface.h"
-#include "NumberMatcher.h"
 #include "RunCommand.h"
 #include "ScriptedDataAccessService.h"
 #include "Store.h"
@@ -24,6 +25,17 @@ public:
     void notify(const std::string& message) override { messages.push_back(message); }
     std::vector<std::string> messages;
 };
+
+/// Says why `work` was refused.
+template <class Work>
+std::string refusalOf(const Work& work) {
+    try {
+        work();
+    } catch (const JournalError& error) {
+        return error.what();
+    }
+    return "not refused";
+}
 
 /// The journal on a real store.
 class JournalOnAStore : public ::testing::Test {
@@ -56,7 +68,7 @@ protected:
     }
 
     const TemporaryFolder folder_;
-    const std::unique_ptr<Store> store_ = openStore(folder_.file("journal.db"));
+    const std::unique_ptr<Store> store_ = openStore(folder_.file("journal.db"), indexEntry);
     Journal journal_{*store_};
 };
 
@@ -75,7 +87,7 @@ TEST_F(JournalOnAStore, GivesEachPartyOneEntryWithTheNewestCallInFront) {
 }
 
 TEST_F(JournalOnAStore, MatchesNumbersByTheirKey) {
-    journal_.setNumberKey(NumberMatcher("GB"));
+    store_->setSetting(regionSetting, "GB");
     journal_.record<MissedCallItem>({missed("020 7946 0123", "1"), missed("+44 20 7946 0123", "2")});
     journal_.record<MissedCallItem>({missed("00442079460123", "3"), missed("0123", "4"), missed("70123", "5")});
     EXPECT_THAT(numbers<MissedCallItem>(),
@@ -129,12 +141,12 @@ TEST_F(JournalOnAStore, WritesABatchInRequestsOfFiveHundredEntries) {
         entriesOfRequest.push_back(count);
     });
     journal_.record(calls);
-    EXPECT_THAT(entriesOfRequest, ElementsAre(0, 500, 500, 201));
+    EXPECT_THAT(entriesOfRequest, ElementsAre(500, 500, 201));
     EXPECT_EQ(journal_.entries<MissedCallItem>().size(), 1201u);
 }
 
 TEST_F(JournalOnAStore, GroupsDialledCallsByTheNumberInInternationalForm) {
-    journal_.setNumberKey(NumberMatcher("DE"));
+    store_->setSetting(regionSetting, "DE");
     journal_.record<DialledCallItem>({call<DialledCallItem>("030 1234567", "1")});
     EXPECT_EQ(journal_.entries<DialledCallItem>()[0].getJournalSeviceGroupBy(), "+49301234567");
 }
@@ -246,13 +258,14 @@ TYPED_TEST(JournalOfEachKind, TellsObserversOfEachChange) {
 }
 
 TYPED_TEST(JournalOfEachKind, GivesAPartyWithoutANumberTheEntryOfItsName) {
-    const auto named = [this](const char* surname, const char* firstname) {
-        NewCall<TypeParam> one = this->template call<TypeParam>("", "1", surname);
+    const auto named = [this](const char* surname, const char* firstname, const char* time) {
+        NewCall<TypeParam> one = this->template call<TypeParam>("", time, surname);
         one.party.setFirstname(firstname);
         return one;
     };
-    this->journal_.template record<TypeParam>({named("", "Ann"), named("Smith", ""), named("Smith", "Ann")});
-    this->journal_.template record<TypeParam>({named("", "Ann"), named("Smith", "Ann"), named("", "")});
+    this->journal_.template record<TypeParam>(
+        {named("", "Ann", "6"), named("Smith", "", "8"), named("Smith", "Ann", "5")});
+    this->journal_.template record<TypeParam>({named("", "Ann", "9"), named("Smith", "Ann", "7"), named("", "", "1")});
     std::vector<std::size_t> counts;
     for (const TypeParam& entry : this->journal_.template entries<TypeParam>()) {
         counts.push_back((entry.*format::CallKind<TypeParam>::calls)().size());
@@ -278,6 +291,184 @@ TEST_F(JournalOnAStore, ListsEntriesWithoutCallsLast) {
                            "</Schema>");
     journal_.record<DialledCallItem>({call<DialledCallItem>("1", "1"), call<DialledCallItem>("2", "2")});
     EXPECT_THAT(numbers<DialledCallItem>(), ElementsAre("2", "1", "", ""));
+}
+
+TEST_F(JournalOnAStore, ListsEachEntryOnceWhileOthersComeAndGo) {
+    std::vector<NewCall<ReceivedCallItem>> calls;
+    for (int i = 10000; i < 11300; ++i) {
+        calls.push_back(call<ReceivedCallItem>(std::to_string(i), std::to_string(i)));
+    }
+    journal_.record(calls);
+    std::vector<std::string> times;
+    journal_.forEachEntry(EntryQuery(), [&](const AnyEntry& entry) {
+        times.push_back(newestTime(std::get<ReceivedCallItem>(entry)));
+        if (times.size() == 500) {
+            journal_.remove<ReceivedCallItem>(std::get<ReceivedCallItem>(entry).getUniqueId());
+            journal_.record<ReceivedCallItem>({call<ReceivedCallItem>("new", "99999")});
+        }
+        return true;
+    });
+    ASSERT_EQ(times.size(), 1300u);
+    EXPECT_EQ(times.front(), "11299");
+    EXPECT_EQ(times.back(), "10000");
+    EXPECT_TRUE(std::is_sorted(times.rbegin(), times.rend()));
+}
+
+TEST_F(JournalOnAStore, StopsReadingWhereNoMoreIsWanted) {
+    journal_.record<MissedCallItem>({missed("1", "1"), missed("2", "2"), missed("3", "3")});
+    EntryQuery query;
+    query.limit = 1;
+    int count = 0;
+    journal_.forEachEntry(query, [&](const AnyEntry&) { return ++count < 2; });
+    EXPECT_EQ(count, 2);
+}
+
+TEST_F(JournalOnAStore, DeletesMissedEntriesWithoutCallsAsItListsThem) {
+    CallListDatabaseAdapter adapter;
+    adapter.init(store_.get());
+    adapter.updateMissedEntry(MissedCallItem(), Helper::WRITEREQUEST);
+    journal_.record<MissedCallItem>({missed("1", "1")});
+    journal_.record<DialledCallItem>({call<DialledCallItem>("2", "2")});
+    EXPECT_EQ(store_->count("CallLogMissedCalls").all, 2u);
+    EXPECT_EQ(refusalOf([&] { journal_.markViewed("1"); }), "there is no missed entry with the id \"1\"");
+    int count = 0;
+    journal_.forEachEntry(EntryQuery(), [&](const AnyEntry&) { return ++count > 0; });
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(store_->count("CallLogMissedCalls").all, 1u);
+}
+
+/// Puts entries of a number in front of those that a store finds.
+class StoreWithAStranger : public ForwardingStore {
+public:
+    using ForwardingStore::ForwardingStore;
+
+    std::vector<FoundEntry> find(const EntryQuery& query) override {
+        EntryQuery other = query;
+        other.numberKey = query.numberKey.empty() ? "" : "9";
+        other.nameBegin = query.nameBegin.empty() ? "" : "stranger";
+        std::vector<FoundEntry> found = ForwardingStore::find(other);
+        for (FoundEntry& entry : ForwardingStore::find(query)) {
+            found.push_back(std::move(entry));
+        }
+        return found;
+    }
+};
+
+TEST_F(JournalOnAStore, TrustsTheEntryAndNotTheIndex) {
+    journal_.record<MissedCallItem>({missed("9", "9", "Stranger"), missed("1", "1", "Smith")});
+    StoreWithAStranger store(*store_);
+    Journal journal(store);
+    journal.record<MissedCallItem>({missed("1", "2"), missed("", "3", "Smith"), missed("2", "4")});
+    EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("9", "2", "1 1"));
+}
+
+/// Counts what is looked up.
+class CountingStore : public ForwardingStore {
+public:
+    using ForwardingStore::ForwardingStore;
+    std::vector<FoundEntry> find(const EntryQuery& query) override {
+        ++finds;
+        return ForwardingStore::find(query);
+    }
+    int finds = 0;
+};
+
+TEST_F(JournalOnAStore, LooksEachPartyOfABatchUpOnce) {
+    store_->setSetting(regionSetting, "GB");
+    CountingStore store(*store_);
+    Journal journal(store);
+    journal.record<MissedCallItem>({missed("020 7946 0123", "1"), missed("+44 20 7946 0123", "2"),
+                                    missed("", "3", "Smith"), missed("4711", "4"), missed("", "5", "Smith")});
+    EXPECT_EQ(store.finds, 3);
+    EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("", "4711", "+44 20 7946 0123 020 7946 0123"));
+}
+
+TEST_F(JournalOnAStore, IsNowhereUntilItsRegionIsSet) {
+    EXPECT_EQ(journal_.region(), "ZZ");
+    EXPECT_EQ(journal_.numberKey()("030 1234567"), "0301234567");
+    journal_.changeRegion("DE");
+    EXPECT_EQ(journal_.region(), "DE");
+    EXPECT_EQ(journal_.numberKey()("030 1234567"), "+49301234567");
+}
+
+TYPED_TEST(JournalOfEachKind, JoinsEntriesThatAreOnePartysInTheNewRegion) {
+    const auto call = [this](const char* number, const char* time, const char* surname) {
+        return this->template call<TypeParam>(number, time, surname);
+    };
+    NewCall<TypeParam> pictured = call("030 1234567", "5", "Smith");
+    pictured.party.setPictureClip("smith.jpg");
+    this->journal_.template record<TypeParam>({call("+49 30 1234567", "3", "Old"), call("+49 30 1234567", "6", ""),
+                                               call("4711", "4", "Other"), pictured, call("0049301234567", "7", "")});
+    RecordingObserver observer;
+    this->journal_.addObserver(observer);
+    const std::vector<JoinedParty> joined = this->journal_.changeRegion("DE");
+    ASSERT_EQ(joined.size(), 1u);
+    EXPECT_THAT(joined[0].joinedIds, ElementsAre("1", "3"));
+
+    EXPECT_THAT(this->template numbers<TypeParam>(),
+                ElementsAre("0049301234567 +49 30 1234567 030 1234567 +49 30 1234567", "4711"));
+    const TypeParam entry = this->journal_.template entries<TypeParam>()[0];
+    EXPECT_EQ(entry.getUniqueId(), "4");
+    EXPECT_EQ(entry.getUniqueId(), std::get<TypeParam>(joined[0].entry).getUniqueId());
+    EXPECT_EQ(entry.getSurname(), "Smith");
+    EXPECT_EQ(entry.getPictureClip(), "smith.jpg");
+    if constexpr (std::is_same_v<TypeParam, DialledCallItem>) {
+        EXPECT_EQ(entry.getJournalSeviceGroupBy(), "+49301234567");
+    }
+    ASSERT_GE(observer.messages.size(), 3u);
+    EXPECT_THAT(observer.messages[0], HasSubstr("<ActionType>1</ActionType>"));
+    EXPECT_THAT(observer.messages[1], HasSubstr("<UniqueIdToDelete>1</UniqueIdToDelete><ActionType>3</ActionType>"));
+    EXPECT_THAT(observer.messages[2], HasSubstr("<UniqueIdToDelete>3</UniqueIdToDelete><ActionType>3</ActionType>"));
+    EXPECT_TRUE(this->journal_.changeRegion("DE").empty());
+    EXPECT_TRUE(this->store_->checkIndex().empty());
+}
+
+TEST_F(JournalOnAStore, JoinsTenCallsThatWereSeenIfAllWere) {
+    std::vector<NewCall<MissedCallItem>> calls;
+    for (int i = 10; i < 18; ++i) {
+        calls.push_back(missed(i % 2 == 0 ? "030 1234567" : "0049301234567", std::to_string(i)));
+        calls.push_back(missed(i % 2 == 0 ? "030 7654321" : "0049307654321", std::to_string(i)));
+    }
+    journal_.record(calls);
+    for (const char* id : {"1", "2", "3"}) {
+        journal_.markViewed(id);
+    }
+    journal_.changeRegion("DE");
+    const auto entries = journal_.entries<MissedCallItem>();
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_EQ(entries[0].getViewed() ? 1 : 0, entries[0].getMissedCallInfoList().front().number == "0049301234567");
+    EXPECT_NE(entries[0].getViewed(), entries[1].getViewed());
+    EXPECT_EQ(entries[0].getMissedCallInfoList().size(), 8u);
+    EXPECT_EQ(entries[0].getMissedCallInfoList().front().timeDate, "17");
+    EXPECT_EQ(entries[0].getMissedCallInfoList().back().timeDate, "10");
+}
+
+TEST_F(JournalOnAStore, KeepsTheNewestTenCallsOfJoinedEntries) {
+    std::vector<NewCall<MissedCallItem>> calls;
+    for (int i = 10; i < 26; ++i) {
+        calls.push_back(missed(i % 2 == 0 ? "030 1234567" : "0049301234567", std::to_string(i)));
+    }
+    journal_.record(calls);
+    journal_.changeRegion("DE");
+    const auto list = journal_.entries<MissedCallItem>().at(0).getMissedCallInfoList();
+    EXPECT_EQ(list.size(), 10u);
+    EXPECT_EQ(list.front().timeDate, "25");
+    EXPECT_EQ(list.back().timeDate, "16");
+}
+
+TEST_F(JournalOnAStore, JoinsEntriesThatAreConnectedByAnother) {
+    CallListDatabaseAdapter adapter;
+    adapter.init(store_.get());
+    MissedCallItem both;
+    both.appendCallInfoToList(missed("030 1234567", "2").call);
+    both.appendCallInfoToList(missed("4711", "1").call);
+    adapter.updateMissedEntry(both, Helper::WRITEREQUEST);
+    both = MissedCallItem();
+    both.appendCallInfoToList(missed("4711", "3").call);
+    adapter.updateMissedEntry(both, Helper::WRITEREQUEST);
+    journal_.record<MissedCallItem>({missed("+49 30 1234567", "4")});
+    journal_.changeRegion("DE");
+    EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("+49 30 1234567 4711 030 1234567 4711"));
 }
 
 TEST_F(JournalOnAStore, TellsObserversOfTheEntryAndOfTheNewCount) {
@@ -316,21 +507,29 @@ TEST_F(JournalOnAStore, DeletesAnEntryAndItsConversationRows) {
     journal_.setTrace([&](const std::string& request, const std::string&) { requests.push_back(request); });
     journal_.remove<MissedCallItem>("1");
     const std::string header = "<?xml version=\"1.0\" encoding=\"utf-8\"?>";
-    ASSERT_EQ(requests.size(), 3u);
-    EXPECT_EQ(requests[1], header +
+    ASSERT_EQ(requests.size(), 2u);
+    EXPECT_EQ(requests[0], header +
                                "<Schema name=\"CallLogMissedCalls\"><ReasonForMessage>delete_request"
                                "</ReasonForMessage><Entry><UniqueId>1</UniqueId></Entry></Schema>");
-    EXPECT_EQ(requests[2], header +
+    EXPECT_EQ(requests[1], header +
                                "<Schema name=\"Conversations\"><ReasonForMessage>delete_request"
                                "</ReasonForMessage><Entry><CallLogId>1</CallLogId></Entry></Schema>");
     EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("2"));
 }
 
-/// Passes on what another store does, and notes where exclusive work begins and ends.
+/// Notes what is asked of a store, and where exclusive work begins and ends.
 class SteppingStore : public ForwardingStore {
 public:
     SteppingStore(Store& store, std::vector<std::string>& steps) : ForwardingStore(store), steps_(steps) {}
 
+    std::string processRequest(const std::string& request) override {
+        steps_.emplace_back("change");
+        return ForwardingStore::processRequest(request);
+    }
+    std::vector<FoundEntry> find(const EntryQuery& query) override {
+        steps_.emplace_back("read");
+        return ForwardingStore::find(query);
+    }
     void exclusively(const std::function<void()>& work) override {
         steps_.emplace_back("begin");
         ForwardingStore::exclusively(work);
@@ -345,10 +544,6 @@ TEST_F(JournalOnAStore, ReadsAndWritesWhatItChangesInOnePieceOfWork) {
     std::vector<std::string> steps;
     SteppingStore store(*store_, steps);
     Journal journal(store);
-    journal.setTrace([&](const std::string& request, const std::string&) {
-        steps.emplace_back(request.find("read_request") != std::string::npos ? "read" : "change");
-    });
-
     journal.record<MissedCallItem>({missed("1", "1")});
     EXPECT_THAT(steps, ElementsAre("begin", "read", "change", "end"));
     steps.clear();
@@ -382,16 +577,29 @@ TEST_F(JournalOnAStore, KeepsCallBacksByThemselves) {
     EXPECT_EQ(journal_.entries<StoredCallBack>().size(), 1u);
 }
 
-TEST(Journal, TellsNobodyOfWhatTheStoreRefused) {
-    ScriptedDataAccessService refusing;
-    refusing.otherwise("<Schema name=\"CallLogMissedCalls\"><Result>failed</Result><Reason>full</Reason></Schema>");
-    Journal journal(refusing);
+/// The journal on a store that answers requests as a script says.
+class JournalOnAScript : public JournalOnAStore {
+protected:
+    class ScriptedStore : public ForwardingStore {
+    public:
+        using ForwardingStore::ForwardingStore;
+        std::string processRequest(const std::string& request) override { return script.processRequest(request); }
+        ScriptedDataAccessService script;
+    };
+
+    ScriptedStore scripted_{*store_};
+    Journal journal_{scripted_};
+};
+
+TEST_F(JournalOnAScript, TellsNobodyOfWhatTheStoreRefused) {
+    scripted_.script.otherwise(
+        "<Schema name=\"CallLogMissedCalls\"><Result>failed</Result><Reason>full</Reason></Schema>");
     RecordingObserver observer;
-    journal.addObserver(observer);
+    journal_.addObserver(observer);
     NewCall<MissedCallItem> one;
     one.call.number = "1";
     try {
-        journal.record<MissedCallItem>({one});
+        journal_.record<MissedCallItem>({one});
         FAIL() << "nothing was thrown";
     } catch (const JournalError& error) {
         EXPECT_STREQ(error.what(), "full");
@@ -399,56 +607,35 @@ TEST(Journal, TellsNobodyOfWhatTheStoreRefused) {
     EXPECT_TRUE(observer.messages.empty());
 }
 
-const char* const oneReceivedCall =
-    "<Schema name=\"CallLogReceivedCalls\"><Entry><UniqueId>1</UniqueId></Entry></Schema>";
 const char* const refusal = "<Schema name=\"x\"><Result>failed</Result><Reason>full</Reason></Schema>";
 
-/// Says why `work` was refused.
-template <class Work>
-std::string refusalOf(const Work& work) {
-    try {
-        work();
-    } catch (const JournalError& error) {
-        return error.what();
-    }
-    return "not refused";
-}
-
-TEST(Journal, SaysWhyTheStoreRefused) {
-    ScriptedDataAccessService refusing;
-    refusing.when("read_request", oneReceivedCall).when("write_request", refusal).when("delete_request", refusal);
-    Journal journal(refusing);
+TEST_F(JournalOnAScript, SaysWhyTheStoreRefused) {
+    JournalOnAStore::journal_.record<ReceivedCallItem>({NewCall<ReceivedCallItem>()});
+    scripted_.script.when("write_request", refusal).when("delete_request", refusal);
     RecordingObserver observer;
-    journal.addObserver(observer);
-    EXPECT_EQ(refusalOf([&] { journal.record<ReceivedCallItem>({NewCall<ReceivedCallItem>()}); }), "full");
-    EXPECT_EQ(refusalOf([&] { journal.remove<ReceivedCallItem>("1"); }), "full");
-    EXPECT_EQ(refusalOf([&] { journal.record<StoredCallBack>({{}}); }), "full");
+    journal_.addObserver(observer);
+    EXPECT_EQ(refusalOf([&] { journal_.record<ReceivedCallItem>({NewCall<ReceivedCallItem>()}); }), "full");
+    EXPECT_EQ(refusalOf([&] { journal_.remove<ReceivedCallItem>("1"); }), "full");
+    EXPECT_EQ(refusalOf([&] { journal_.record<StoredCallBack>({{}}); }), "full");
     EXPECT_TRUE(observer.messages.empty());
 }
 
-TEST(Journal, QuotesAReplyThatIsNoList) {
-    ScriptedDataAccessService strange;
-    strange.otherwise("what?");
-    Journal journal(strange);
-    EXPECT_EQ(refusalOf([&] { journal.entries<ReceivedCallItem>(); }),
+TEST_F(JournalOnAScript, QuotesAReplyThatIsNoAcknowledgement) {
+    scripted_.script.otherwise("what?");
+    EXPECT_EQ(refusalOf([&] { journal_.record<ReceivedCallItem>({NewCall<ReceivedCallItem>()}); }),
               "unexpected reply of the data access service: what?");
 }
 
-TEST(Journal, WantsAnIdForEveryEntry) {
-    ScriptedDataAccessService forgetful;
-    forgetful.when("read_request", "<Schema name=\"CallLogMissedCalls\"></Schema>")
-        .when("write_request", "<Schema name=\"x\"><Result>ok</Result></Schema>");
-    Journal journal(forgetful);
+TEST_F(JournalOnAScript, WantsAnIdForEveryEntry) {
+    scripted_.script.when("write_request", "<Schema name=\"x\"><Result>ok</Result></Schema>");
     NewCall<MissedCallItem> one;
     one.call.number = "1";
-    EXPECT_THROW(journal.record<MissedCallItem>({one}), JournalError);
+    EXPECT_THROW(journal_.record<MissedCallItem>({one}), JournalError);
 }
 
-TEST(Journal, LetsAnExceptionOfTheServicePass) {
-    ScriptedDataAccessService throwing;
-    throwing.next(ScriptedDataAccessService::failing(std::out_of_range("gone")));
-    Journal journal(throwing);
-    EXPECT_THROW(journal.entries<MissedCallItem>(), std::out_of_range);
+TEST_F(JournalOnAScript, LetsAnExceptionOfTheStorePass) {
+    scripted_.script.next(ScriptedDataAccessService::failing(std::out_of_range("gone")));
+    EXPECT_THROW(journal_.record<MissedCallItem>({missed("1", "1")}), std::out_of_range);
 }
 
 }  // namespace
