@@ -2,15 +2,18 @@
 
 #include <ostream>
 
-#include "NumberMatcher.h"
+#include "EntryIndex.h"
 #include "Region.h"
 #include "StoreUrl.h"
 
 namespace calljournal {
 
 Session::Session(const GlobalOptions& options, std::ostream& xmlTrace)
-    : store_(openStore(options.store.empty() ? defaultStoreUrl() : options.store)), journal_(*store_) {
-    journal_.setNumberKey(NumberMatcher(usersRegion(options)));
+    : store_(openStore(options.store.empty() ? defaultStoreUrl() : options.store, indexEntry)), journal_(*store_) {
+    const std::string region = usersRegion(options);
+    if (region != journal_.region()) {
+        store_->setSetting(regionSetting, region);
+    }
     if (options.showXml) {
         journal_.setTrace([&xmlTrace](const std::string& request, const std::string& reply) {
             xmlTrace << "> " << request << "\n< " << reply << '\n';

@@ -2,10 +2,10 @@
 
 #include <chrono>
 #include <csignal>
-#include <deque>
 #include <ostream>
 #include <thread>
-#include <tuple>
+#include <type_traits>
+#include <variant>
 
 #include "Changes.h"
 #include "EntryView.h"
@@ -60,57 +60,52 @@ const char* wordFor(JournalServiceObserverIfc::ActionType action) {
 }
 
 template <class Item>
-void print(const Change<Item>& change, const GlobalOptions& globals, std::ostream& out) {
-    const std::string notification = notificationOf(change.entry, change.action);
+void print(const Item& entry, JournalServiceObserverIfc::ActionType action, const GlobalOptions& globals,
+           std::ostream& out) {
+    const std::string notification = notificationOf(entry, action);
     if (globals.format == OutputFormat::json) {
-        Json json = toJsonWithKind(change.entry);
-        json["Change"] = wordFor(change.action);
+        Json json = toJsonWithKind(entry);
+        json["Change"] = wordFor(action);
         json["Notification"] = notification;
         out << jsonText(json, false) << std::endl;
     } else {
-        out << wordFor(change.action) << ": " << printable(describe(viewOf(change.entry))) << '\n'
-            << notification << std::endl;
+        out << wordFor(action) << ": " << printable(describe(viewOf(entry))) << '\n' << notification << std::endl;
     }
 }
 
-/// A list of each kind; that of call-backs, of which observers are not notified, stays empty.
-#define CALLJOURNAL_LIST(Kind, word) std::deque<Kind##CallItem>,
-using Logs = std::tuple<CALLJOURNAL_CALL_KINDS(CALLJOURNAL_LIST) std::deque<StoredCallBack>>;
-#undef CALLJOURNAL_LIST
+/// Prints a change of a wanted kind that observers are notified of.
+void print(const Change& change, const Filter& filter, const GlobalOptions& globals, std::ostream& out) {
+    std::visit(
+        [&](const auto& entry) {
+            using Kind = KindInterface<std::decay_t<decltype(entry)>>;
+            if constexpr (Kind::isCallLog) {
+                if (filter.wantsKind(Kind::name)) {
+                    print(entry, change.action, globals, out);
+                }
+            }
+        },
+        change.entry);
+}
 
 }  // namespace
 
 void followEntries(const Filter& filter, Session& session, const std::function<void()>& list,
                    const GlobalOptions& globals, std::ostream& out) {
     const InterruptHandler handler;
-    Logs logs;
-    // Reads the logs again and hands what they were and are to `use`.
-    const auto look = [&](const auto& use) {
-        forEachCallLog([&](auto type) {
-            using Item = typename decltype(type)::Item;
-            if (filter.wantsKind(KindInterface<Item>::name)) {
-                std::deque<Item> now = session.journal().template entries<Item>();
-                std::deque<Item>& before = std::get<std::deque<Item>>(logs);
-                use(before, now);
-                before = std::move(now);
-            }
-        });
-    };
-
     auto seen = session.store().changeCount();
-    look([](const auto&, const auto&) {});
+    std::uint64_t number = changesSince(session.journal(), 0).number;
     list();
     out.flush();
     while (isInterrupted == 0 && out.good()) {
         std::this_thread::sleep_for(pollInterval);
         const auto now = session.store().changeCount();
-        if (now != seen) {
-            seen = now;
-            look([&](const auto& before, const auto& after) {
-                for (const auto& change : changesBetween(before, after)) {
-                    print(change, globals, out);
-                }
-            });
+        while (seen != now) {
+            const JournalChanges changes = changesSince(session.journal(), number);
+            for (const Change& change : changes.entries) {
+                print(change, filter, globals, out);
+            }
+            seen = changes.number == number ? now : seen;
+            number = changes.number;
         }
     }
 }

@@ -53,8 +53,12 @@ std::string lineOf(const Item& entry, OutputFormat format) {
 
 /// Shows the wanted entries on `out`, newest first, in the format of `globals`.
 void listEntries(const Filter& filter, Session& session, const GlobalOptions& globals, std::ostream& out) {
-    const std::vector<AnyEntry> entries = wantedEntries(session.journal(), filter);
     if (globals.format == OutputFormat::table) {
+        std::vector<AnyEntry> entries;
+        forEachWanted(session.journal(), filter, [&](const AnyEntry& entry) {
+            entries.push_back(entry);
+            return true;
+        });
         if (entries.empty()) {
             out << "no " << (filter.kinds.empty() ? "" : filter.kinds.front() + ' ') << "calls\n";
         } else {
@@ -62,9 +66,10 @@ void listEntries(const Filter& filter, Session& session, const GlobalOptions& gl
         }
         return;
     }
-    for (const AnyEntry& entry : entries) {
+    forEachWanted(session.journal(), filter, [&](const AnyEntry& entry) {
         out << std::visit([&](const auto& item) { return lineOf(item, globals.format); }, entry) << '\n';
-    }
+        return true;
+    });
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "Folding.h"
 #include "Kinds.h"
 #include "StoreReply.h"
+#include "Text.h"
 
 namespace calljournal {
 
