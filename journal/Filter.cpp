@@ -65,9 +65,6 @@ void forEachWanted(Journal& journal, const Filter& filter, const std::function<b
     const NumberMatcher numberKey = journal.numberKey();
     const std::string key = numberKey(filter.number);
     const EntryQuery query = queryFor(filter, key);
-    if (query.schemas.empty()) {
-        return;
-    }
     const auto isWanted = [&](const auto& entry) {
         return isInTime(newestTime(entry), filter) && (key.empty() || hasNumber(entry, key, numberKey)) &&
                isNamed(entry, query.namePart);
