@@ -119,7 +119,7 @@ private:
     /// Returns the place of the first entry in the store with calls of a party of that name.
     std::optional<std::size_t> storedPlace(const Item& party) {
         EntryQuery query = queryOfKind<Item>();
-        query.nameBegin = indexedName(party.getFirstname(), party.getSurname());
+        query.name = indexedName(party.getFirstname(), party.getSurname());
         query.limit = namesPerPage;
         std::vector<FoundEntry> page;
         do {

@@ -34,6 +34,7 @@ struct EntryQuery {
     std::vector<std::string> schemas;
     std::string id;
     std::string numberKey;   ///< One of its numbers has this key.
+    std::string name;        ///< Folded; its name is this.
     std::string nameBegin;   ///< Folded; its name, or the rest of it from one of its words on, begins so.
     std::string namePart;    ///< Folded; its name contains this. Reads the keys of all entries.
     std::string numberPart;  ///< The key of one of its numbers contains this. Reads the keys of all entries. Beside

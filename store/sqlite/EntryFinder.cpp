@@ -34,6 +34,7 @@ std::string conditions(const EntryQuery& query) {
         text.append(isAsked ? " and " : "").append(isAsked ? condition : "");
     };
     add(!query.id.empty(), "e.unique_id = :id");
+    add(!query.name.empty(), "e.name = :name");
     add(!query.nameBegin.empty(), "(substr(e.name, 1, length(:beginning)) = :beginning or instr(e.name, :word) > 0)");
     const bool isEither = !query.namePart.empty() && !query.numberPart.empty();
     add(isEither, "(instr(e.name, :part) > 0 or instr(e.numbers, :digits) > 0)");
@@ -77,6 +78,8 @@ void EntryFinder::forEachRow(const std::string& from, Use use) {
         bind("seen", isSeen_);
         bind("id", id_);
         bind("key", number_);
+        bind("name", name_);
+        bind("whole", wholeKey_);
         bind("beginning", nameBegin_);
         bind("word", wordBegin_);
         bind("first", firstKey_);
@@ -99,6 +102,8 @@ void EntryFinder::bind(const EntryQuery& query) {
     limit_ = query.limit > 0 ? static_cast<long long>(query.limit) : -1;
     id_ = query.id;
     number_ = query.numberKey;
+    name_ = query.name;
+    wholeKey_ = query.name.substr(0, longestNameKey);
     nameBegin_ = query.nameBegin;
     wordBegin_ = ' ' + query.nameBegin;
     firstKey_ = query.nameBegin.substr(0, longestNameKey);
@@ -133,6 +138,9 @@ void EntryFinder::findInSchema(const EntryQuery& query, const std::string& schem
         from = "from entry e where " + conditions(query);
     } else if (!query.numberKey.empty()) {
         from = amongKeys("select place from entry_number where schema_id = :schema and number_key = :key",
+                         conditions(query));
+    } else if (!query.name.empty()) {
+        from = amongKeys("select place from entry_name where schema_id = :schema and name_key = :whole",
                          conditions(query));
     } else if (!query.nameBegin.empty() && !isFrequentName()) {
         from = amongKeys(

@@ -54,6 +54,8 @@ private:
     int isSeen_ = 0;
     std::string id_;
     std::string number_;
+    std::string name_;
+    std::string wholeKey_;
     std::string nameBegin_;
     std::string wordBegin_;
     std::string firstKey_;

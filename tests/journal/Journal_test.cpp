@@ -348,7 +348,7 @@ public:
     std::vector<FoundEntry> find(const EntryQuery& query) override {
         EntryQuery other = query;
         other.numberKey = query.numberKey.empty() ? "" : "9";
-        other.nameBegin = query.nameBegin.empty() ? "" : "stranger";
+        other.name = query.name.empty() ? "" : "stranger";
         std::vector<FoundEntry> found = ForwardingStore::find(other);
         for (FoundEntry& entry : ForwardingStore::find(query)) {
             found.push_back(std::move(entry));

@@ -102,7 +102,7 @@ TEST_F(StoreFind, GivesEntriesOfOneTimeTheLastInsertedFirst) {
 
 TEST_F(StoreFind, GivesTheTextOfAReply) {
     write(missed, "<Entry><UniqueId>a</UniqueId><Picture>p</Picture><Viewed>False</Viewed></Entry>");
-    const std::vector<FoundEntry> entries = found().find({{missed}, "a", {}, {}, {}, {}, {}, {}, {}, {}, 0});
+    const std::vector<FoundEntry> entries = found().find({{missed}, "a", {}, {}, {}, {}, {}, {}, {}, {}, {}, 0});
     ASSERT_EQ(entries.size(), 1U);
     EXPECT_EQ(entries[0].text, "<UniqueId>a</UniqueId><PictureClip>p</PictureClip><Viewed>False</Viewed>");
     EXPECT_EQ(entries[0].schema, missed);
@@ -137,6 +137,18 @@ TEST_F(StoreFind, KnowsNamesByTheBeginningOfEachWord) {
     EXPECT_EQ(ids(query), "c a ");
 }
 
+TEST_F(StoreFind, KnowsWholeNames) {
+    write(dialled, entry("a", "1", "", "anna") + entry("b", "2", "", "anna maria") + entry("c", "3", "", "maria") +
+                       entry("d", "4", "", "anna"));
+    EntryQuery query;
+    query.name = "anna";
+    EXPECT_EQ(ids(query), "d a ");
+    query.name = "maria";
+    EXPECT_EQ(ids(query), "c ");
+    query.name = "ann";
+    EXPECT_EQ(ids(query), "");
+}
+
 TEST_F(StoreFind, KnowsTheBeginningOfALongName) {
     const std::string name(200, 'n');
     write(dialled, entry("a", "1", "", name + "a") + entry("b", "2", "", name + "b"));
@@ -145,6 +157,9 @@ TEST_F(StoreFind, KnowsTheBeginningOfALongName) {
     EXPECT_EQ(ids(query), "b a ");
     query.nameBegin = name + "a";
     EXPECT_EQ(ids(query), "a ");
+    query.nameBegin = "";
+    query.name = name + "b";
+    EXPECT_EQ(ids(query), "b ");
 }
 
 TEST_F(StoreFind, KnowsAnyPartOfANameOrANumber) {
