@@ -41,15 +41,6 @@ const std::string& newestTime(const Item& entry) {
     return calls.empty() ? none : calls.front().timeDate;
 }
 
-/// Returns whether the newest call of `first` is newer than that of `second`. An entry without calls is the oldest.
-template <class Item>
-bool isNewer(const Item& first, const Item& second) {
-    if (callsOf(first).empty() || callsOf(second).empty()) {
-        return !callsOf(first).empty();
-    }
-    return newestTime(first) > newestTime(second);
-}
-
 /// Replaces the name, the picture and the entry id of `entry` by those that `party` has.
 template <class Item>
 void takeOverParty(Item& entry, const Item& party) {

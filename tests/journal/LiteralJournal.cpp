@@ -47,6 +47,15 @@ void updateParty(Item& entry, const NewCall<Item>& call, [[maybe_unused]] const 
     }
 }
 
+/// Returns whether the newest call of `first` is newer than that of `second`. An entry without calls is the oldest.
+template <class Item>
+bool isNewer(const Item& first, const Item& second) {
+    if (callsOf(first).empty() || callsOf(second).empty()) {
+        return !callsOf(first).empty();
+    }
+    return newestTime(first) > newestTime(second);
+}
+
 /// Where the numbers and names of a list were met, in that order.
 template <class Item>
 class Parties {
