@@ -63,8 +63,9 @@ void appendWithPictureClip(std::string_view body, std::string& text) {
 }
 
 void appendServed(std::string_view schema, std::string_view id, std::string_view body, std::string& text) {
-    text.append(xmlElement(format::text::UNIQUEID, id));
-    if (servesPictureClips(schema)) {
+    appendXmlElement(format::text::UNIQUEID, id, text);
+    static const std::string picture = openTag(format::text::PICTURE);
+    if (servesPictureClips(schema) && body.find(picture) != std::string_view::npos) {
         appendWithPictureClip(body, text);
     } else {
         text.append(body);

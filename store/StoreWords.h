@@ -30,8 +30,14 @@ inline std::string closeTag(std::string_view name) {
     return std::string("</").append(name).append(">");
 }
 
+inline void appendXmlElement(std::string_view name, std::string_view text, std::string& xml) {
+    xml.append("<").append(name).append(">").append(text).append("</").append(name).append(">");
+}
+
 inline std::string xmlElement(std::string_view name, std::string_view text) {
-    return openTag(name).append(text).append(closeTag(name));
+    std::string xml;
+    appendXmlElement(name, text, xml);
+    return xml;
 }
 
 /// What is around the name in the start tag of a schema.

@@ -49,14 +49,8 @@ long long folded(std::uint64_t hash) {
 }  // namespace
 
 long long entryChecksum(std::string_view schema, const EntryRow& row) {
-    std::uint64_t hash = goOn(goOn(offset, schema), row.id);
-    for (const long long number : {row.place, row.added, row.changed, row.number, static_cast<long long>(row.isSeen)}) {
-        hash = goOn(hash, static_cast<std::uint64_t>(number));
-    }
-    for (const std::string* text : {&row.time, &row.numbers, &row.name, &row.body}) {
-        hash = goOn(hash, *text);
-    }
-    return folded(hash);
+    const auto place = static_cast<std::uint64_t>(row.place);
+    return folded(goOn(goOn(goOn(goOn(offset, place), schema), row.id), row.body));
 }
 
 long long checksumOfVersion2(std::string_view schema, std::string_view id, long long place, std::string_view body) {

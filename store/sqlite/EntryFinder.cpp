@@ -62,11 +62,11 @@ bool comesBefore(const FoundEntry& one, const FoundEntry& other) {
 }  // namespace
 
 template <class Use>
-void EntryFinder::forEachRow(const std::string& from, Use use) {
+void EntryFinder::forEachRow(const RowColumns& columns, const std::string& from, Use use) {
     auto found = statements_.find(from);
     if (found == statements_.end()) {
         soci::statement query(session_);
-        exchangeRow(query, row_);
+        columns.exchange(query, row_);
         const auto bind = [&](const char* name, auto& value) {
             if (from.find(std::string(":") + name) != std::string::npos) {
                 query.exchange(soci::use(value, name));
@@ -89,7 +89,7 @@ void EntryFinder::forEachRow(const std::string& from, Use use) {
         bind("since", since_);
         bind("until", until_);
         bind("time", time_);
-        bindAndPrepare(query, rowColumns + from);
+        bindAndPrepare(query, columns.select + from);
         found = statements_.emplace(from, query).first;
     }
     found->second.execute();
@@ -150,7 +150,7 @@ void EntryFinder::findInSchema(const EntryQuery& query, const std::string& schem
     } else {
         from = "from entry e indexed by entry_newest where " + conditions(query) + newestFirst;
     }
-    forEachRow(from, [&] {
+    forEachRow(servedColumns, from, [&] {
         refuseIfDamaged(schema, row_);
         found.push_back(foundEntry(schema));
     });
@@ -181,7 +181,7 @@ void EntryFinder::appendChanged(std::uint64_t since, std::vector<NumberedChange>
         return std::find_if(schemas.begin(), schemas.end(), [&](const StoredSchema& row) { return row.id == id; })
             ->name;
     };
-    forEachRow("from entry e where e.change_number >= :place order by e.change_number limit :limit", [&] {
+    forEachRow(allColumns, "from entry e where e.change_number >= :place order by e.change_number limit :limit", [&] {
         const std::string schema = nameOf(row_.schemaId);
         refuseIfDamaged(schema, row_);
         const EntryAction action = row_.added >= first     ? EntryAction::added
@@ -213,9 +213,8 @@ StoreChanges EntryFinder::changes(std::uint64_t since) {
     long long last = 0;
     long long remembered = 0;
     long long oldest = 0;
-    session_
-        << "select last_change, (select count(*) from removed_entry), (select coalesce(min(change_number), 0) from "
-           "removed_entry) from calljournal_store",
+    session_ << "select max(coalesce((select max(change_number) from entry), 0), coalesce(max(change_number), 0)), "
+                "count(*), coalesce(min(change_number), 0) from removed_entry",
         soci::into(last), soci::into(remembered), soci::into(oldest);
     result.number = static_cast<std::uint64_t>(last) + 1;
     if (since == 0) {

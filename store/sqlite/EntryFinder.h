@@ -35,9 +35,10 @@ private:
     void bind(const EntryQuery& query);
     /// Returns whether so many entries have a name that begins as wanted that it is not worth while to sort them.
     bool isFrequentName();
-    /// Calls `use` for each row that the query gives in row_; `from` is what follows the columns.
+    /// Calls `use` for each row that the query gives in row_; `from` is what follows the columns, and
+    /// has the same ones each time.
     template <class Use>
-    void forEachRow(const std::string& from, Use use);
+    void forEachRow(const RowColumns& columns, const std::string& from, Use use);
     FoundEntry foundEntry(const std::string& schema) const;
     void appendChanged(std::uint64_t since, std::vector<NumberedChange>& changes);
     void appendRemoved(std::vector<NumberedChange>& changes);

@@ -112,19 +112,17 @@ EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
       }),
       readStore_([&] {
           return prepare(session,
-                         "select next_id, last_change, coalesce((select value from setting where name = :region), '') "
-                         "from calljournal_store",
+                         "select next_id, max(coalesce((select max(change_number) from entry), 0), "
+                         "coalesce((select max(change_number) from removed_entry), 0)), "
+                         "coalesce((select value from setting where name = :region), '') from calljournal_store",
                          soci::use(key_), soci::into(nextId_), soci::into(changeNumber_), soci::into(region_));
       }),
-      writeStore_([&] {
-          return prepare(session, "update calljournal_store set next_id = :id, last_change = :change",
-                         soci::use(nextId_), soci::use(changeNumber_));
-      }),
+      writeStore_([&] { return prepare(session, "update calljournal_store set next_id = :id", soci::use(nextId_)); }),
       locate_([&] {
-          return prepareRows(session, "from entry e where e.unique_id = :id and e.schema_id = :schema", found_,
-                             soci::use(id_), soci::use(total_.id));
+          return prepareRows(session, allColumns, "from entry e where e.unique_id = :id and e.schema_id = :schema",
+                             found_, soci::use(id_), soci::use(total_.id));
       }),
-      readNextPlace_(
+      readLastPlace_(
           [&] { return prepare(session, "select coalesce(max(place), 0) + 1 from entry", soci::into(place_)); }),
       insert_([&] {
           return prepare(session,
@@ -193,23 +191,27 @@ EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
                          soci::into(count_));
       }),
       list_([&] {
-          return prepareRows(session, "from entry e where e.schema_id = :schema order by e.place", found_,
-                             soci::use(total_.id));
+          return prepareRows(session, servedColumns,
+                             "from entry e where e.place > :begin and e.place < :end order by e.place", found_,
+                             soci::use(place_), soci::use(end_));
       }),
       listBehind_([&] {
-          return prepareRows(session,
-                             "from entry e where e.schema_id = :schema and e.place > :place "
-                             "order by e.place limit :rows",
-                             found_, soci::use(total_.id), soci::use(place_), soci::use(count_));
+          return prepareRows(session, allColumns,
+                             "from entry e where e.place > :place and e.place < :end order by e.place "
+                             "limit :rows",
+                             found_, soci::use(place_), soci::use(end_), soci::use(count_));
       }) {}
 
 void EntryTable::begin(std::string_view schema) {
     total(schema);
     if (total_.id == 0) {
         total_.id = static_cast<long long>(schemas().size()) + 1;
+        end_ = placesBefore(total_.id + 1);
     }
     key_ = regionSetting;
     readStore_.fetchRow();
+    firstId_ = nextId_;
+    lastPlace_ = 0;
     isChanged_ = false;
     hasRemoved_ = false;
 }
@@ -263,10 +265,18 @@ void EntryTable::put(std::string_view id, std::string_view body) {
 void EntryTable::insert(std::string_view id, std::string_view body) {
     found_ = EntryRow();
     takeOver(id, body);
-    readNextPlace_.fetchRow();
-    row_.place = place_;
+    row_.place = nextPlace();
     row_.number = row_.added = row_.changed = ++changeNumber_;
     write(insert_);
+}
+
+/// Returns the place behind the last entry of the schema.
+long long EntryTable::nextPlace() {
+    if (lastPlace_ == 0) {
+        readLastPlace_.fetchRow();
+        lastPlace_ = std::max(place_, placesBefore(total_.id));
+    }
+    return ++lastPlace_;
 }
 
 /// Makes row_ of an entry that comes in.
@@ -346,7 +356,9 @@ void EntryTable::finish() {
         return;
     }
     writeTotal_.run();
-    writeStore_.run();
+    if (nextId_ != firstId_) {
+        writeStore_.run();
+    }
     if (hasRemoved_) {
         count_ = mostRemembered;
         forget_.run();
@@ -370,7 +382,7 @@ void EntryTable::index() {
     session_ << "delete from entry_name";
     for (const StoredSchema& schema : schemas()) {
         begin(schema.name);
-        for (auto rows = rowsBehind(0); !rows.empty(); rows = rowsBehind(rows.back().place)) {
+        for (auto rows = rowsBehind(placesBefore(total_.id)); !rows.empty(); rows = rowsBehind(rows.back().place)) {
             for (const EntryRow& row : rows) {
                 found_ = row;
                 row_ = row;
@@ -395,6 +407,7 @@ void EntryTable::forEach(std::string_view schema,
     const SchemaTotal total = this->total(schema);
     long long entries = 0;
     long long checksums = 0;
+    place_ = placesBefore(total.id);
     list_->execute();
     while (list_->fetch()) {
         refuseIfDamaged(schema_, found_);
@@ -414,19 +427,20 @@ SchemaTotal EntryTable::total(std::string_view schema) {
     if (!readTotal_.fetchRow()) {
         refuseLostSchemas();
     }
+    end_ = placesBefore(total_.id + 1);
     return total_;
 }
 
 /// Throws StoreDamage if there are entries of a schema that is not in the list, or a name in it that no schema has.
 void EntryTable::refuseLostSchemas() {
     long long last = 0;
-    session_ << "select coalesce(max(schema_id), 0) from entry", soci::into(last);
+    session_ << "select coalesce(max(place), 0) from entry", soci::into(last);
     const std::vector<StoredSchema> known = schemas();
     const bool areNames = std::all_of(known.begin(), known.end(), [](const StoredSchema& schema) {
         return std::find(std::begin(storedSchemas), std::end(storedSchemas), schema.name) != std::end(storedSchemas);
     });
     const auto count = static_cast<long long>(known.size());
-    if (!areNames || last > count || (count > 0 && known.back().id != count)) {
+    if (!areNames || last >= placesBefore(count + 1) || (count > 0 && known.back().id != count)) {
         throw StoreDamage("its list of schemas is not complete");
     }
 }
@@ -479,7 +493,7 @@ std::vector<IndexFault> EntryTable::checkIndex() {
     }
     for (const StoredSchema& schema : schemas()) {
         begin(schema.name);
-        for (auto rows = rowsBehind(0); !rows.empty(); rows = rowsBehind(rows.back().place)) {
+        for (auto rows = rowsBehind(placesBefore(total_.id)); !rows.empty(); rows = rowsBehind(rows.back().place)) {
             for (const EntryRow& row : rows) {
                 found_ = row;
                 checkKeys(faults);

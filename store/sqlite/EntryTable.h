@@ -84,6 +84,7 @@ private:
     bool locate(std::string_view id);
     void refuseLostSchemas();
     void takeOver(std::string_view id, std::string_view body);
+    long long nextPlace();
     void deriveKeys();
     void write(PreparedStatement& statement);
     void writeKeys();
@@ -102,6 +103,8 @@ private:
     SchemaTotal total_;
     std::string region_;
     long long nextId_ = 0;
+    long long firstId_ = 0;
+    long long lastPlace_ = 0;  ///< 0 until it is known.
     long long changeNumber_ = 0;
     bool isChanged_ = false;
     bool hasRemoved_ = false;
@@ -110,6 +113,7 @@ private:
     std::string id_;
     std::string key_;
     long long place_ = 0;
+    long long end_ = 0;  ///< Of the places of the schema.
     long long count_ = 0;
     EntryRow row_;    ///< As it is written.
     EntryRow found_;  ///< As it was read.
@@ -119,7 +123,7 @@ private:
     PreparedStatement readStore_;
     PreparedStatement writeStore_;
     PreparedStatement locate_;
-    PreparedStatement readNextPlace_;
+    PreparedStatement readLastPlace_;
     PreparedStatement insert_;
     PreparedStatement update_;
     PreparedStatement remove_;

@@ -224,6 +224,14 @@ void SqliteConnection::rollback(const char* statements) noexcept {
     sqlite_api::sqlite3_exec(handleOf(*session_), statements, nullptr, nullptr, nullptr);
 }
 
+void SqliteConnection::execute(const char* statements) {
+    sqlite3* handle = handleOf(*session_);
+    const int code = sqlite_api::sqlite3_exec(handle, statements, nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK) {
+        throw soci::sqlite3_soci_error(sqlite_api::sqlite3_errmsg(handle), code);
+    }
+}
+
 int SqliteConnection::dataVersion() {
     int version = 0;
     *session_ << "pragma data_version", soci::into(version);
@@ -275,9 +283,9 @@ StoreError SqliteConnection::damage(const std::string& what) const {
 }
 
 Transaction::Transaction(SqliteConnection& connection, Scope scope) : connection_(connection), scope_(scope) {
-    connection_.sql() << (scope_ == Scope::savepoint ? "savepoint request"
-                          : scope_ == Scope::writing ? "begin immediate"
-                                                     : "begin");
+    connection_.execute(scope_ == Scope::savepoint ? "savepoint request"
+                        : scope_ == Scope::writing ? "begin immediate"
+                                                   : "begin");
 }
 
 Transaction::~Transaction() {
@@ -288,7 +296,7 @@ Transaction::~Transaction() {
 }
 
 void Transaction::commit() {
-    connection_.sql() << (scope_ == Scope::savepoint ? "release savepoint request" : "commit");
+    connection_.execute(scope_ == Scope::savepoint ? "release savepoint request" : "commit");
     isDone_ = true;
 }
 

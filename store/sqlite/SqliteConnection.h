@@ -42,6 +42,9 @@ public:
     /// Throws StoreError or soci::soci_error.
     void makeDurable();
 
+    /// Executes statements that give no rows and have no values. Throws soci::soci_error.
+    void execute(const char* statements);
+
     /// Executes statements that roll back. Not through SOCI, which needs memory and throws. After some errors there is
     /// nothing left to roll back; that is no failure.
     void rollback(const char* statements) noexcept;

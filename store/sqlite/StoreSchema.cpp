@@ -69,108 +69,99 @@ void copyWithPlaces(soci::session& sql) {
         if (damaged != 0 || checksumOfVersion2(schema, row.id, place, row.body) != checksum) {
             throw StoreDamage("an entry of " + schema + " is not as it was written");
         }
-        ++row.place;
+        row.place = std::max(row.place, placesBefore(row.schemaId)) + 1;
         row.checksum = entryChecksum(schema, row);
         write.execute(true);
     }
 }
 
-/// Statements, then what no statement can do, if there is any, then statements again.
-struct Migration {
-    std::vector<const char*> before;
-    void (*move)(soci::session& sql) = nullptr;
-    std::vector<const char*> after;
-};
-
-/// What makes version N + 1 of version N, at index N; an empty file is version 0. Rows that were released stay as they
-/// are: a later version is a further row.
-///
-/// `next_id` is the lowest id that no entry has had. `place` orders the entries of a schema by first insertion. `size`
-/// is the length in bytes of id and body together; with it in the index, the length of a reply is known without reading
-/// the bodies. Ids and bodies are bytes, not characters; SQLite keeps any bytes in a text column, another database
-/// would take its binary type. Version 2 has checksums and sums of them, so that nothing is changed or gets lost
-/// without notice.
-///
 /// Version 3 finds entries: by the time of the newest call (`entry_newest` has all that a search for a part of a text
-/// reads), by the keys of numbers, by the beginnings of names, by change. `place` is the order of insertion over all
-/// schemas, and has no gaps to be seen: it may be given again once the last entry was deleted. `removed_entry` keeps
-/// what followers of changes have yet to see.
-const Migration migrations[] = {
-    {{
-         "create table calljournal_store (version integer not null, next_id bigint not null)",
-         "insert into calljournal_store (version, next_id) values (1, 1)",
-         "create table entry (unique_id text not null, schema_name varchar(32) not null, place bigint not null, "
-         "size bigint not null, body text not null, primary key (unique_id, schema_name))",
-         "create unique index entry_order on entry (schema_name, place, size)",
-     },
-     nullptr,
-     {}},
-    {{
-         "drop index entry_order",
-         "alter table entry rename to entry_of_version_1",
-         "create table entry (unique_id text not null, schema_name varchar(32) not null, place bigint not null, "
-         "size bigint not null, checksum bigint not null, body text not null, primary key (unique_id, schema_name))",
-         "create unique index entry_order on entry (schema_name, place, size)",
-         "create table schema_total (schema_name varchar(32) not null primary key, entries bigint not null, "
-         "checksum bigint not null)",
-     },
-     copyWithChecksums,
-     {
-         "insert into schema_total (schema_name, entries, checksum) "
-         "select schema_name, count(*), sum(checksum) from entry group by schema_name",
-         "drop table entry_of_version_1",
-     }},
-    {{
-         "drop index entry_order",
-         "alter table entry rename to entry_of_version_2",
-         "create table entry (place integer primary key, schema_id smallint not null, unique_id text not null, "
-         "checksum bigint not null, added bigint not null, changed bigint not null, change_number bigint not null, "
-         "is_seen smallint not null, newest text not null, numbers text not null, name text not null, "
-         "body text not null)",
-         "create table entry_number (schema_id smallint not null, number_key text not null, place bigint not null, "
-         "primary key (schema_id, number_key, place)) without rowid",
-         "create table entry_name (schema_id smallint not null, name_key text not null, place bigint not null, "
-         "primary key (schema_id, name_key, place)) without rowid",
-         "create table removed_entry (change_number integer primary key, schema_id smallint not null, "
-         "unique_id text not null, added bigint not null, body text not null)",
-         "create table setting (name varchar(32) not null primary key, value text not null)",
-         "create table stored_schema (schema_id integer primary key, schema_name varchar(32) not null, "
-         "entries bigint not null, unseen bigint not null, bytes bigint not null, checksum bigint not null)",
-         "insert into stored_schema (schema_name, entries, unseen, bytes, checksum) "
-         "select schema_name, 0, 0, 0, 0 from schema_total order by schema_name",
-         "alter table calljournal_store add column last_change bigint not null default 0",
-         "alter table calljournal_store add column forgotten_change bigint not null default 0",
-     },
-     copyWithPlaces,
-     {
-         "update stored_schema set "
-         "entries = (select count(*) from entry e where e.schema_id = stored_schema.schema_id), "
-         "bytes = (select coalesce(sum(length(cast(e.unique_id as blob)) + length(cast(e.body as blob))), 0) "
-         "from entry e where e.schema_id = stored_schema.schema_id), "
-         "checksum = (select coalesce(sum(e.checksum), 0) from entry e where e.schema_id = stored_schema.schema_id)",
-         "drop table entry_of_version_2",
-         "drop table schema_total",
-         "create unique index entry_id on entry (unique_id, schema_id)",
-         "create index entry_order on entry (schema_id)",
-         "create index entry_newest on entry (schema_id, newest, place, is_seen, numbers, name)",
-         "create index entry_change on entry (change_number)",
-         "create index entry_without_keys on entry (schema_id) where is_seen < 0",
-     }},
+/// reads), by the keys of numbers, by the beginnings of names, by change. `place` is the order of insertion into a
+/// schema; it may be given again once the last entry was deleted. `removed_entry` keeps what followers of changes have
+/// yet to see. Ids and bodies are bytes, not characters; SQLite keeps any bytes in a text column.
+constexpr const char* createTable[] = {
+    "create table entry (place integer primary key, schema_id smallint not null, unique_id text not null, "
+    "checksum bigint not null, added bigint not null, changed bigint not null, change_number bigint not null, "
+    "is_seen smallint not null, newest text not null, numbers text not null, name text not null, body text not null)",
+    "create table entry_number (schema_id smallint not null, number_key text not null, place bigint not null, "
+    "primary key (schema_id, number_key, place)) without rowid",
+    "create table entry_name (schema_id smallint not null, name_key text not null, place bigint not null, "
+    "primary key (schema_id, name_key, place)) without rowid",
+    "create table removed_entry (change_number integer primary key, schema_id smallint not null, "
+    "unique_id text not null, added bigint not null, body text not null)",
+    "create table setting (name varchar(32) not null primary key, value text not null)",
+    "create table stored_schema (schema_id integer primary key, schema_name varchar(32) not null, "
+    "entries bigint not null, unseen bigint not null, bytes bigint not null, checksum bigint not null)",
+};
+constexpr const char* createIndex[] = {
+    "create unique index entry_id on entry (unique_id, schema_id)",
+    "create index entry_newest on entry (schema_id, newest, place, is_seen, numbers, name)",
+    "create index entry_change on entry (change_number)",
+    "create index entry_without_keys on entry (is_seen) where is_seen < 0",
 };
 
-static_assert(std::size(migrations) == storeVersion, "each version has its migration");
-
-void carryOut(const Migration& migration, soci::session& sql) {
-    for (const char* statement : migration.before) {
-        sql << statement;
-    }
-    if (migration.move != nullptr) {
-        migration.move(sql);
-    }
-    for (const char* statement : migration.after) {
+template <std::size_t count>
+void carryOut(soci::session& sql, const char* const (&statements)[count]) {
+    for (const char* statement : statements) {
         sql << statement;
     }
 }
+
+/// `next_id` is the lowest id that no entry has had.
+void createTables(soci::session& sql) {
+    sql << "create table calljournal_store (version integer not null, next_id bigint not null)";
+    sql << "insert into calljournal_store (version, next_id) values (0, 1)";
+    carryOut(sql, createTable);
+    carryOut(sql, createIndex);
+}
+
+/// Version 2 has checksums and sums of them, so that nothing is changed or gets lost without notice.
+void addChecksums(soci::session& sql) {
+    constexpr const char* before[] = {
+        "drop index entry_order",
+        "alter table entry rename to entry_of_version_1",
+        "create table entry (unique_id text not null, schema_name varchar(32) not null, place bigint not null, "
+        "size bigint not null, checksum bigint not null, body text not null, primary key (unique_id, schema_name))",
+        "create unique index entry_order on entry (schema_name, place, size)",
+        "create table schema_total (schema_name varchar(32) not null primary key, entries bigint not null, "
+        "checksum bigint not null)",
+    };
+    constexpr const char* after[] = {
+        "insert into schema_total (schema_name, entries, checksum) "
+        "select schema_name, count(*), sum(checksum) from entry group by schema_name",
+        "drop table entry_of_version_1",
+    };
+    carryOut(sql, before);
+    copyWithChecksums(sql);
+    carryOut(sql, after);
+}
+
+void addKeys(soci::session& sql) {
+    constexpr const char* before[] = {"drop index entry_order", "alter table entry rename to entry_of_version_2"};
+    constexpr const char* schemas[] = {
+        "insert into stored_schema (schema_name, entries, unseen, bytes, checksum) "
+        "select schema_name, 0, 0, 0, 0 from schema_total order by schema_name"};
+    constexpr const char* after[] = {
+        "update stored_schema set "
+        "entries = (select count(*) from entry e where e.schema_id = stored_schema.schema_id), "
+        "bytes = (select coalesce(sum(length(cast(e.unique_id as blob)) + length(cast(e.body as blob))), 0) "
+        "from entry e where e.schema_id = stored_schema.schema_id), "
+        "checksum = (select coalesce(sum(e.checksum), 0) from entry e where e.schema_id = stored_schema.schema_id)",
+        "drop table entry_of_version_2",
+        "drop table schema_total",
+    };
+    carryOut(sql, before);
+    carryOut(sql, createTable);
+    carryOut(sql, schemas);
+    copyWithPlaces(sql);
+    carryOut(sql, after);
+    carryOut(sql, createIndex);
+}
+
+/// What makes version N + 1 of version N, at index N - 1.
+constexpr void (*migrations[])(soci::session& sql) = {addChecksums, addKeys};
+
+static_assert(std::size(migrations) + 1 == storeVersion, "each version has its migration");
 
 /// Throws StoreError if the file without a table has more pages than its first one and free ones: its tables were lost.
 void refuseWhatHadTables(SqliteConnection& connection) {
@@ -210,11 +201,14 @@ int readVersion(SqliteConnection& connection) {
 void migrate(SqliteConnection& connection, const std::function<void()>& indexEntries) {
     Transaction transaction(connection, Transaction::Scope::writing);
     // Read again: another process may have been faster.
-    for (int version = readVersion(connection); version < storeVersion; ++version) {
-        carryOut(migrations[version], connection.sql());
-        const int reached = version + 1;
-        connection.sql() << "update calljournal_store set version = :version", soci::use(reached);
+    int version = readVersion(connection);
+    if (version == 0) {
+        createTables(connection.sql());
     }
+    for (; version > 0 && version < storeVersion; ++version) {
+        migrations[version - 1](connection.sql());
+    }
+    connection.sql() << "update calljournal_store set version = :version", soci::use(storeVersion);
     indexEntries();
     transaction.commit();
 }
