@@ -6,9 +6,9 @@
 
 namespace calljournal {
 
-void addKind(CLI::App& app, CommandContext& context, std::string& kind, const std::vector<std::string>& words,
-             bool isRequired) {
-    CLI::Option* option = app.add_option("kind", kind, joined(words));
+void addWord(CLI::App& app, CommandContext& context, const std::string& name, std::string& value,
+             const std::vector<std::string>& words, bool isRequired) {
+    CLI::Option* option = app.add_option(name, value, joined(words));
     option->check([words](const std::string& word) {
         const bool isKnown = std::find(words.begin(), words.end(), word) != words.end();
         return isKnown ? std::string() : "\"" + word + "\" is not one of " + joined(words);

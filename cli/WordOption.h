@@ -25,8 +25,8 @@ CLI::Option* addWordOption(CLI::App& app, CommandContext& context, const std::st
     return option;
 }
 
-/// Adds a positional argument that is one of `words`.
-void addKind(CLI::App& app, CommandContext& context, std::string& kind, const std::vector<std::string>& words,
-             bool isRequired);
+/// Adds a positional argument of that name that is one of `words`.
+void addWord(CLI::App& app, CommandContext& context, const std::string& name, std::string& value,
+             const std::vector<std::string>& words, bool isRequired);
 
 }  // namespace calljournal

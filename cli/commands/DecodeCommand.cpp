@@ -39,7 +39,7 @@ ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& ou
 void addDecodeCommand(CLI::App& app, CommandContext& context) {
     CLI::App* decode = app.add_subcommand("decode", "Turn an XML body into JSON");
     auto kind = std::make_shared<std::string>();
-    addKind(*decode, context, *kind, callLogNames(), true);
+    addWord(*decode, context, "kind", *kind, callLogNames(), true);
     decode->callback([&context, kind] {
         context.action = [&context, kind] { return decodeEntry(*kind, context.in, context.out, context.err); };
     });

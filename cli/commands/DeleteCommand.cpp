@@ -14,7 +14,7 @@ namespace calljournal {
 void addDeleteCommand(CLI::App& app, CommandContext& context) {
     CLI::App* deleting = app.add_subcommand("delete", "Delete an entry and its conversation rows");
     auto kind = std::make_shared<std::string>();
-    addKind(*deleting, context, *kind, kindNames(), true);
+    addWord(*deleting, context, "kind", *kind, kindNames(), true);
     addEntryChange(*deleting, context, [kind](Journal& journal, const std::string& id, std::ostream& out) {
         withKind(*kind, [&](auto type) {
             using Item = typename decltype(type)::Item;

@@ -22,7 +22,7 @@ void encodeEntry(const std::string& kind, std::istream& in, std::ostream& out) {
 void addEncodeCommand(CLI::App& app, CommandContext& context) {
     CLI::App* encode = app.add_subcommand("encode", "Turn the JSON of an entry into its XML body");
     auto kind = std::make_shared<std::string>();
-    addKind(*encode, context, *kind, callLogNames(), true);
+    addWord(*encode, context, "kind", *kind, callLogNames(), true);
     encode->callback([&context, kind] {
         context.action = [&context, kind] {
             encodeEntry(*kind, context.in, context.out);

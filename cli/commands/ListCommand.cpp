@@ -79,7 +79,7 @@ void addListCommand(CLI::App& app, CommandContext& context) {
     auto options = std::make_shared<ListOptions>();
     std::vector<std::string> kinds = kindNames();
     kinds.emplace_back(allKinds);
-    addKind(*list, context, options->kind, kinds, true);
+    addWord(*list, context, "kind", options->kind, kinds, true);
     list->add_option("--since", options->filter.since, "newest call not before this time");
     list->add_option("--until", options->filter.until, "newest call not after this time");
     list->add_option("--number", options->filter.number, "a call of this number");

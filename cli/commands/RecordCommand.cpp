@@ -144,7 +144,7 @@ std::vector<Json> callsToRecord(const RecordOptions& options, std::istream& in) 
 void addRecordCommand(CLI::App& app, CommandContext& context) {
     CLI::App* record = app.add_subcommand("record", "Add a call to its party's entry");
     auto options = std::make_shared<RecordOptions>();
-    addKind(*record, context, options->kind, kindNames(), false);
+    addWord(*record, context, "kind", options->kind, kindNames(), false);
     addCallOptions(*record, context, options->call);
     CLI::Option* from =
         record->add_option("--from", options->from, "a file of calls, one JSON object a line; - for standard input");
