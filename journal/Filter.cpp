@@ -31,7 +31,7 @@ bool hasNumber(const Item& entry, const std::string& key, const NumberMatcher& n
 }
 
 bool isNamed(const CallItem& entry, const std::string& part) {
-    return indexedName(entry.getFirstname(), entry.getSurname()).find(part) != std::string::npos;
+    return part.empty() || indexedName(entry.getFirstname(), entry.getSurname()).find(part) != std::string::npos;
 }
 
 EntryQuery queryFor(const Filter& filter, const std::string& numberKey) {

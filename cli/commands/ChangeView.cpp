@@ -5,10 +5,10 @@
 #include <ostream>
 #include <thread>
 #include <type_traits>
-#include <variant>
 
 #include "Changes.h"
 #include "EntryView.h"
+#include "ErrorMessage.h"
 #include "ItemJson.h"
 #include "Kinds.h"
 #include "PrintableText.h"
@@ -17,7 +17,7 @@ namespace calljournal {
 
 namespace {
 
-constexpr std::chrono::milliseconds pollInterval(200);
+constexpr std::chrono::milliseconds pollInterval(100);
 
 volatile std::sig_atomic_t isInterrupted = 0;
 
@@ -60,10 +60,9 @@ const char* wordFor(JournalServiceObserverIfc::ActionType action) {
 }
 
 template <class Item>
-void print(const Item& entry, JournalServiceObserverIfc::ActionType action, const GlobalOptions& globals,
-           std::ostream& out) {
+void print(const Item& entry, JournalServiceObserverIfc::ActionType action, OutputFormat format, std::ostream& out) {
     const std::string notification = notificationOf(entry, action);
-    if (globals.format == OutputFormat::json) {
+    if (format == OutputFormat::json) {
         Json json = toJsonWithKind(entry);
         json["Change"] = wordFor(action);
         json["Notification"] = notification;
@@ -73,39 +72,50 @@ void print(const Item& entry, JournalServiceObserverIfc::ActionType action, cons
     }
 }
 
-/// Prints a change of a wanted kind that observers are notified of.
-void print(const Change& change, const Filter& filter, const GlobalOptions& globals, std::ostream& out) {
+/// Call-backs are not followed: observers are not notified of them.
+void printIfWanted(const Change& change, const Filter& filter, const CommandContext& context) {
     std::visit(
         [&](const auto& entry) {
             using Kind = KindInterface<std::decay_t<decltype(entry)>>;
             if constexpr (Kind::isCallLog) {
                 if (filter.wantsKind(Kind::name)) {
-                    print(entry, change.action, globals, out);
+                    print(entry, change.action, context.globals.format, context.out);
                 }
             }
         },
         change.entry);
 }
 
+/// Shows what has changed since the change number `since`, and returns the number to go on from.
+std::uint64_t showChanges(std::uint64_t since, const Filter& filter, Journal& journal, const CommandContext& context) {
+    for (JournalChanges changes = changesSince(journal, since); changes.number != since;
+         changes = changesSince(journal, since)) {
+        since = changes.number;
+        if (!changes.isWhole) {
+            printError(context.err, "more was deleted at once than the store remembers; not all of it is shown here");
+        }
+        for (const Change& change : changes.entries) {
+            printIfWanted(change, filter, context);
+        }
+    }
+    return since;
+}
+
 }  // namespace
 
 void followEntries(const Filter& filter, Session& session, const std::function<void()>& list,
-                   const GlobalOptions& globals, std::ostream& out) {
+                   const CommandContext& context) {
     const InterruptHandler handler;
     auto seen = session.store().changeCount();
     std::uint64_t number = changesSince(session.journal(), 0).number;
     list();
-    out.flush();
-    while (isInterrupted == 0 && out.good()) {
+    context.out.flush();
+    while (isInterrupted == 0 && context.out.good()) {
         std::this_thread::sleep_for(pollInterval);
         const auto now = session.store().changeCount();
-        while (seen != now) {
-            const JournalChanges changes = changesSince(session.journal(), number);
-            for (const Change& change : changes.entries) {
-                print(change, filter, globals, out);
-            }
-            seen = changes.number == number ? now : seen;
-            number = changes.number;
+        if (now != seen) {
+            seen = now;
+            number = showChanges(number, filter, session.journal(), context);
         }
     }
 }

@@ -1,17 +1,16 @@
 #pragma once
 
 #include <functional>
-#include <iosfwd>
 
 #include "Filter.h"
 #include "Session.h"
 
 namespace calljournal {
 
-/// Calls `list`, and then shows on `out` every change since then to a log of the filter's kinds, made by this process or
-/// another one, with its notification: one line each, JSON objects with "Change" where the format is json. Returns when
-/// the user interrupts.
+/// Calls `list`, and then shows every change since then to a log of the filter's kinds, made by this process or another
+/// one, with its notification: one line each, JSON objects with "Change" where the format is json. Returns when the user
+/// interrupts.
 void followEntries(const Filter& filter, Session& session, const std::function<void()>& list,
-                   const GlobalOptions& globals, std::ostream& out);
+                   const CommandContext& context);
 
 }  // namespace calljournal

@@ -25,22 +25,42 @@ struct ListOptions {
     bool follow = false;
 };
 
-void printTable(const std::vector<AnyEntry>& entries, bool isMixed, std::ostream& out) {
-    TextTable table({{"", false, false},
-                     {"Id", false, true},
-                     {"Kind", false, false},
-                     {"Time", false, false},
-                     {"Name", true, false},
-                     {"Number", true, false},
-                     {"Calls", false, true},
-                     {"Duration", false, true},
-                     {"Note", true, false}});
-    for (const AnyEntry& entry : entries) {
-        const EntryView view = std::visit([](const auto& item) { return viewOf(item); }, entry);
-        table.add({view.isUnviewed ? "●" : "", view.uniqueId, isMixed ? view.kind : std::string(), view.time, view.name,
-                   view.number, std::to_string(view.calls), view.duration, view.note});
+/// The columns of a table are as wide as so many entries need.
+constexpr std::size_t measuredEntries = 1000;
+
+std::vector<std::string> rowOf(const AnyEntry& entry, bool isMixed) {
+    const EntryView view = std::visit([](const auto& item) { return viewOf(item); }, entry);
+    std::vector<std::string> row = {view.isUnviewed ? "●" : "", view.uniqueId, view.time, view.name, view.number,
+                                    std::to_string(view.calls), view.duration, view.note};
+    if (isMixed) {
+        row.insert(row.begin() + 2, view.kind);
     }
-    table.print(out, terminalWidth());
+    return row;
+}
+
+void printTable(Journal& journal, const Filter& filter, std::ostream& out) {
+    const bool isMixed = filter.kinds.empty();
+    std::vector<TextTable::Column> columns = {
+        {"", false, false},      {"Id", false, true},    {"Time", false, false},    {"Name", true, false},
+        {"Number", true, false}, {"Calls", false, true}, {"Duration", false, true}, {"Note", true, false}};
+    if (isMixed) {
+        columns.insert(columns.begin() + 2, {"Kind", false, false});
+    }
+    TextTable table(std::move(columns));
+    bool isEmpty = true;
+    forEachWanted(journal, filter, [&](const AnyEntry& entry) {
+        if (table.rowCount() == measuredEntries) {
+            table.print(out, terminalWidth(), TextTable::Rest::follows);
+        }
+        table.add(rowOf(entry, isMixed));
+        isEmpty = false;
+        return out.good();
+    });
+    if (isEmpty) {
+        out << "no " << (isMixed ? "" : filter.kinds.front() + ' ') << "calls\n";
+    } else {
+        table.print(out, terminalWidth());
+    }
 }
 
 /// Returns the entry as one line of JSON or XML.
@@ -54,21 +74,12 @@ std::string lineOf(const Item& entry, OutputFormat format) {
 /// Shows the wanted entries on `out`, newest first, in the format of `globals`.
 void listEntries(const Filter& filter, Session& session, const GlobalOptions& globals, std::ostream& out) {
     if (globals.format == OutputFormat::table) {
-        std::vector<AnyEntry> entries;
-        forEachWanted(session.journal(), filter, [&](const AnyEntry& entry) {
-            entries.push_back(entry);
-            return true;
-        });
-        if (entries.empty()) {
-            out << "no " << (filter.kinds.empty() ? "" : filter.kinds.front() + ' ') << "calls\n";
-        } else {
-            printTable(entries, filter.kinds.empty(), out);
-        }
+        printTable(session.journal(), filter, out);
         return;
     }
     forEachWanted(session.journal(), filter, [&](const AnyEntry& entry) {
         out << std::visit([&](const auto& item) { return lineOf(item, globals.format); }, entry) << '\n';
-        return true;
+        return out.good();
     });
 }
 
@@ -98,7 +109,7 @@ void addListCommand(CLI::App& app, CommandContext& context) {
             }
             const auto show = [&] { listEntries(options->filter, session, context.globals, context.out); };
             if (options->follow) {
-                followEntries(options->filter, session, show, context.globals, context.out);
+                followEntries(options->filter, session, show, context);
             } else {
                 show();
             }
