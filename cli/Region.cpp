@@ -1,7 +1,10 @@
 #include "Region.h"
 
 #include <cstdlib>
+#include <ostream>
 
+#include "EntryView.h"
+#include "ErrorMessage.h"
 #include "NumberMatcher.h"
 #include "PrintableText.h"
 #include "ValueError.h"
@@ -30,6 +33,37 @@ std::string usersRegion(const GlobalOptions& globals) {
         throw ValueError(std::string(regionVariable) + ": " + problem);
     }
     return variable;
+}
+
+void refuseOtherRegion(Journal& journal, const GlobalOptions& globals) {
+    const auto region = globals.region.empty() ? std::nullopt : journal.store().setting(regionSetting);
+    if (region && *region != globals.region) {
+        throw ValueError("--region " + globals.region + ": numbers in this store are read as those of " + *region +
+                         "; leave the option out, or change the store by 'calljournal settings region " +
+                         globals.region + "'");
+    }
+}
+
+void takeRegionOver(Journal& journal, const GlobalOptions& globals, std::ostream& err) {
+    if (journal.store().setting(regionSetting)) {
+        return;
+    }
+    const std::string region = usersRegion(globals);
+    if (region == noRegion) {
+        return;
+    }
+    if (const auto joined = journal.takeRegion(region)) {
+        printError(err, "numbers in this store are read as those of " + region +
+                            "; 'calljournal settings region CODE' changes that");
+        printJoined(*joined, "calljournal: ", err);
+    }
+}
+
+void printJoined(const std::vector<JoinedParty>& parties, const std::string& mark, std::ostream& out) {
+    for (const JoinedParty& party : parties) {
+        const EntryView view = std::visit([](const auto& entry) { return viewOf(entry); }, party.entry);
+        out << mark << "joined: " << printable(describe(view)) << ", of " << party.joinedIds.size() + 1 << " entries\n";
+    }
 }
 
 }  // namespace calljournal

@@ -17,8 +17,6 @@ public:
 
     Journal& journal() { return journal_; }
 
-    Store& store() { return *store_; }
-
 private:
     std::unique_ptr<Store> store_;
     Journal journal_;

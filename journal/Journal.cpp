@@ -145,14 +145,27 @@ Item Journal::remove(const std::string& uniqueId) {
 }
 
 std::vector<JoinedParty> Journal::changeRegion(const std::string& region) {
-    std::vector<JoinedParty> joined;
+    return setRegion(region, [] { return true; }).value_or(std::vector<JoinedParty>());
+}
+
+std::optional<std::vector<JoinedParty>> Journal::takeRegion(const std::string& region) {
+    return setRegion(region, [this] { return !store_.setting(regionSetting); });
+}
+
+std::optional<std::vector<JoinedParty>> Journal::setRegion(const std::string& region,
+                                                           const std::function<bool()>& isWanted) {
+    std::optional<std::vector<JoinedParty>> joined;
     std::vector<Change> changes;
     std::uint64_t unseen = 0;
     store_.exclusively([&] {
+        if (!isWanted()) {
+            return;
+        }
+        joined.emplace();
         store_.setSetting(regionSetting, region);
         forEachCallLog([&](auto type) {
             for (const std::vector<std::string>& ids : partiesWithSeveral<typename decltype(type)::Item>()) {
-                joined.push_back(join<typename decltype(type)::Item>(ids, changes));
+                joined->push_back(join<typename decltype(type)::Item>(ids, changes));
             }
         });
         unseen = unseenCount();

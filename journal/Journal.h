@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -109,7 +110,13 @@ public:
     /// name is. The others are deleted. Returns the entries that others were joined to.
     std::vector<JoinedParty> changeRegion(const std::string& region);
 
+    /// Does the same with a store that has no region. Does nothing with another one, and returns nothing.
+    std::optional<std::vector<JoinedParty>> takeRegion(const std::string& region);
+
 private:
+    /// Sets the region if `isWanted`, which is asked in the same transaction.
+    std::optional<std::vector<JoinedParty>> setRegion(const std::string& region, const std::function<bool()>& isWanted);
+
     std::vector<AnyEntry> readPage(const std::vector<FoundEntry>& page);
 
     /// Returns the entry of that id; throws JournalError if there is none.

@@ -106,13 +106,13 @@ std::uint64_t showChanges(std::uint64_t since, const Filter& filter, Journal& jo
 void followEntries(const Filter& filter, Session& session, const std::function<void()>& list,
                    const CommandContext& context) {
     const InterruptHandler handler;
-    auto seen = session.store().changeCount();
+    auto seen = session.journal().store().changeCount();
     std::uint64_t number = changesSince(session.journal(), 0).number;
     list();
     context.out.flush();
     while (isInterrupted == 0 && context.out.good()) {
         std::this_thread::sleep_for(pollInterval);
-        const auto now = session.store().changeCount();
+        const auto now = session.journal().store().changeCount();
         if (now != seen) {
             seen = now;
             number = showChanges(number, filter, session.journal(), context);

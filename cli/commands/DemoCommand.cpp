@@ -40,7 +40,8 @@ struct Step {
 
 std::vector<Step> tour(const std::string& examples) {
     return {
-        {"A day's calls come in, from a file of one JSON object each.", {"record", "--from", examples + "/calls.json"}},
+        {"A day's calls come in, from a file of one JSON object each. The first one decides where the phone is.",
+         {"record", "--from", examples + "/calls.json", "--region", "DE"}},
         {"The missed calls, one entry a party, newest first. A dot marks entries nobody has seen yet.",
          {"list", "missed", "--limit", "20"}},
         {"One more call from a known party: its entry moves to the front, and observers are told.",
@@ -53,10 +54,10 @@ std::vector<Step> tour(const std::string& examples) {
         {"What is left, newest first.", {"list", "missed", "--limit", "6"}},
         {"The other kinds of calls have lists and notifications of their own.",
          {"record", "dialled", "--number", "030 7654321", "--surname", "A<B Elektro", "--duration", "00:02:13",
-          "--time", "2024-06-01 10:00:00", "--notify", "--region", "DE"}},
+          "--time", "2024-06-01 10:00:00", "--notify"}},
         {"The same party, signalled in another way, is the same entry.",
          {"record", "received", "--number", "+49 221 998877", "--duration", "00:10:00", "--time", "2024-06-01 10:05:00",
-          "--notify", "--region", "DE"}},
+          "--notify"}},
         {"A call that was passed on.",
          {"record", "forwarded", "--number", "4711", "--connected-number", "4712", "--connected-surname", "Empfang",
           "--transfer-type", "TRANSFER_DESTINATION_NUMBER", "--time", "2024-06-01 10:10:00", "--notify"}},

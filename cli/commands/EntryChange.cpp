@@ -4,6 +4,8 @@
 #include <memory>
 #include <utility>
 
+#include "Region.h"
+
 namespace calljournal {
 
 namespace {
@@ -22,6 +24,7 @@ void addEntryChange(CLI::App& command, CommandContext& context, EntryChange chan
     command.callback([&context, options, change = std::move(change)] {
         context.action = [&context, options, change] {
             Session session(context.globals, context.err);
+            refuseOtherRegion(session.journal(), context.globals);
             PrintingObserver observer(context.out);
             if (options->notify) {
                 session.journal().addObserver(observer);

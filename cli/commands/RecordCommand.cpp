@@ -15,6 +15,7 @@
 #include "ItemJson.h"
 #include "Kinds.h"
 #include "PrintableText.h"
+#include "Region.h"
 #include "Session.h"
 #include "Text.h"
 #include "WordOption.h"
@@ -157,6 +158,10 @@ void addRecordCommand(CLI::App& app, CommandContext& context) {
             PrintingObserver observer(context.out);
             if (options->notify) {
                 session.journal().addObserver(observer);
+            }
+            refuseOtherRegion(session.journal(), context.globals);
+            if (!calls.empty()) {
+                takeRegionOver(session.journal(), context.globals, context.err);
             }
             forEachKind([&](auto type) {
                 recordKind<typename decltype(type)::Item>(calls, session, context.globals, context.out);

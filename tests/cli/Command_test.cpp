@@ -342,13 +342,39 @@ TEST_F(Command, KeepsCallBacks) {
 }
 
 TEST_F(Command, ThePartyIsTheSameHoweverItsNumberIsSignalled) {
+    done({"settings", "region", "GB"});
     done({"--region", "GB", "record", "missed", "--number", "020 7946 0123"});
     EXPECT_EQ(done({"--region", "GB", "record", "missed", "--number", "+44 20 7946 0123"}),
               "missed entry 1: +44 20 7946 0123, 2 calls\n");
-    EXPECT_EQ(done({"--region", "DE", "record", "missed", "--number", "0044 20 7946 0123"}),
+    EXPECT_EQ(done({"record", "missed", "--number", "0044 20 7946 0123"}),
               "missed entry 1: 0044 20 7946 0123, 3 calls\n");
     EXPECT_EQ(listed({"missed", "--region", "GB", "--number", "(020) 79460123"}).size(), 1u);
     EXPECT_EQ(run({"--region", "Germany", "list", "missed"}).status, 2);
+}
+
+TEST_F(Command, FitsALongListIntoTheColumnsOfItsFirstThousandEntries) {
+    std::string calls;
+    for (int i = 1; i <= 1001; ++i) {
+        const std::string number = std::to_string(i);
+        const std::string minute = std::to_string(100 + i % 60).substr(1);
+        const std::string hour = std::to_string(100 + i / 60).substr(1);
+        calls += R"({"Number":")" + number + R"(","TimeDate":"2024-05-01 )" + hour + ":" + minute + ":00\"}\n";
+    }
+    done({"record", "missed", "--from", "-"}, calls);
+    done({"record", "missed", "--number", "0", "--surname", "Schwarzenbach", "--group-name", "Sales & Support",
+          "--time", "2024-04-01 10:00:00"});
+    std::vector<std::string> lines;
+    std::istringstream table(done({"--format", "table", "list", "missed"}));
+    for (std::string line; std::getline(table, line);) {
+        lines.push_back(line);
+    }
+    ASSERT_EQ(lines.size(), 1003u);
+    EXPECT_EQ(lines[0], "     Id  Time                 Name    Number  Calls  Duration  Note");
+    EXPECT_EQ(lines[1], "●  1001  2024-05-01 16:41:00          1001        1");
+    EXPECT_EQ(lines[1002], "●  1002  2024-04-01 10:00:00  Schwa…  0           1            group…");
+    EXPECT_EQ(done({"--format", "table", "list", "missed", "--limit", "1"}),
+              "     Id  Time                 Number  Calls\n"
+              "●  1001  2024-05-01 16:41:00  1001        1\n");
 }
 
 TEST_F(Command, LosesNoCallOfOnePartyWhenTwoProcessesRecordAtOnce) {

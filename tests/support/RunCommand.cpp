@@ -57,6 +57,8 @@ public:
 
         child_ = ::fork();
         if (child_ == 0) {
+            ::setenv("LC_ALL", "C.UTF-8", 1);
+            ::unsetenv("CALLJOURNAL_REGION");
             if (std::freopen(in.c_str(), "r", stdin) != nullptr && std::freopen(out_.c_str(), "w", stdout) != nullptr &&
                 std::freopen(err_.c_str(), "w", stderr) != nullptr) {
                 ::execvp(argv[0], argv.data());

@@ -12,7 +12,7 @@ struct Finished {
 };
 
 /// Runs `arguments` (program first, looked for in PATH if it is a plain name) with `input` on standard input, until it
-/// ends.
+/// ends. Its environment names no region.
 Finished runProgram(const std::vector<std::string>& arguments, const std::string& input = std::string());
 
 /// The same, but sends the program a signal as soon as `isTime` says so, which is asked again and again.
