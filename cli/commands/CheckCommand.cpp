@@ -10,6 +10,7 @@
 
 #include "Capture.h"
 #include "EntryDiff.h"
+#include "EntryIndex.h"
 #include "ErrorMessage.h"
 #include "Files.h"
 #include "FindingView.h"
@@ -18,6 +19,7 @@
 #include "MessageCheck.h"
 #include "PrintableText.h"
 #include "Store.h"
+#include "StoreCheck.h"
 #include "TextPosition.h"
 #include "ValueError.h"
 #include "WordOption.h"
@@ -70,13 +72,17 @@ bool report(const std::string& file, const std::string& text, const std::string&
 }
 
 bool reportStore(const std::string& path, std::ostream& out) {
-    const std::unique_ptr<Store> store = openStore(path);
+    const std::unique_ptr<Store> store = openStore(path, indexEntry);
     bool isFine = true;
     for (const KindDescriptor& kind : kindDescriptors()) {
         const std::string name = nameOf(path) + ": " + std::string(kind.schema);
         isFine = report(name, readSchema(*store, kind.schema), std::string(), out) && isFine;
     }
-    return isFine;
+    const std::vector<Finding> findings = checkIndex(*store);
+    for (const Finding& finding : findings) {
+        out << nameOf(path) << ": " << sentenceOf(finding, &showValue) << '\n';
+    }
+    return isFine && findings.empty();
 }
 
 bool checkFile(const std::string& path, const CheckOptions& options, std::istream& in, std::ostream& out) {

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sstream>
 
 #include "RunCommand.h"
@@ -588,6 +589,48 @@ TEST_F(Check, ReportsWhatIsWrongInAStoreByItsSchemaAndEntry) {
                   store + ": CallLogReceivedCalls: reply, received, 0 entries: nothing found\n" + store +
                   ": CallLogForwardedCalls: reply, forwarded, 0 entries: nothing found\n" + store +
                   ": CallBacks: reply, callback, 0 entries: nothing found\n");
+}
+
+/// Changes a store behind its back.
+void runSql(const std::string& store, const char* statements) {
+    sqlite3* database = nullptr;
+    ASSERT_EQ(::sqlite3_open(store.c_str(), &database), SQLITE_OK);
+    EXPECT_EQ(::sqlite3_exec(database, statements, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
+    ::sqlite3_close(database);
+}
+
+TEST_F(Check, ReportsWhatDoesNotFitInTheIndexOfAStoreAndWhatToDo) {
+    const std::string store = folder_.file("journal.db");
+    run({"record", "dialled", "--number", "0301", "--surname", "Smith", "--time", "2024-05-01 10:15:00"});
+    runSql(store, "delete from entry_number; delete from entry_name");
+    const Finished checked = run({"check", store});
+    EXPECT_EQ(checked.status, 1);
+    EXPECT_EQ(checked.err, "");
+    const std::string advice = "; to set the region once more makes all keys anew\n";
+    const std::string line = store + ": CallLogDialledCalls: the entry \"1\" is not found as what it is: ";
+    EXPECT_EQ(checked.out, store + ": CallLogMissedCalls: reply, missed, 0 entries: nothing found\n" + store +
+                               ": CallLogDialledCalls: reply, dialled, 1 entry: nothing found\n" + store +
+                               ": CallLogReceivedCalls: reply, received, 0 entries: nothing found\n" + store +
+                               ": CallLogForwardedCalls: reply, forwarded, 0 entries: nothing found\n" + store +
+                               ": CallBacks: reply, callback, 0 entries: nothing found\n" +  //
+                               line + "it is not found by one of its numbers" + advice +     //
+                               line + "it is not found by its name" + advice);
+    EXPECT_EQ(run({"settings", "region", "ZZ"}).status, 0);
+    EXPECT_EQ(run({"check", store}).status, 0);
+}
+
+TEST_F(Check, ReportsAStoreWhoseFileIsDamaged) {
+    const std::string store = folder_.file("journal.db");
+    run({"record", "dialled", "--number", "0301", "--time", "2024-05-01 10:15:00"});
+    runSql(store,
+           "pragma writable_schema = on; update sqlite_schema set sql = replace(sql, 'next_id bigint not null', "
+           "'next_id bigint not null check (next_id = 0)') where name = 'calljournal_store'");
+    const Finished checked = run({"check", store});
+    EXPECT_EQ(checked.status, 1);
+    EXPECT_EQ(checked.err, "");
+    const std::string line =
+        store + ": the file is damaged: \"CHECK constraint failed in calljournal_store\"; go back to a copy of it\n";
+    EXPECT_EQ(checked.out.substr(checked.out.find(store + ": the file")), line);
 }
 
 TEST_F(Check, ShowsNoControlCharacters) {
