@@ -60,16 +60,6 @@ bool isOnlySeen(const EntryRow& before, const EntryRow& now) {
     return before.isSeen == 0 && now.isSeen == 1 && withoutViewed(before.body) == withoutViewed(now.body);
 }
 
-/// Calls `use` with each text of `texts` that is not in `others`.
-template <class Use>
-void forEachMissing(const std::vector<std::string>& texts, const std::vector<std::string>& others, Use use) {
-    for (const std::string& text : texts) {
-        if (std::find(others.begin(), others.end(), text) == others.end()) {
-            use(text);
-        }
-    }
-}
-
 }  // namespace
 
 void refuseIfDamaged(std::string_view schema, const EntryRow& row) {
@@ -94,6 +84,8 @@ std::vector<std::string> nameKeys(const std::string& name) {
 EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
     : session_(session),
       indexer_(indexer),
+      numbers_(session, "entry_number", "number_key"),
+      names_(session, "entry_name", "name_key"),
       readTotal_([&] {
           return prepare(session,
                          "select schema_id, entries, unseen, bytes, checksum from stored_schema where schema_name = "
@@ -122,8 +114,10 @@ EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
           return prepareRows(session, allColumns, "from entry e where e.unique_id = :id and e.schema_id = :schema",
                              found_, soci::use(id_), soci::use(total_.id));
       }),
-      readLastPlace_(
-          [&] { return prepare(session, "select coalesce(max(place), 0) + 1 from entry", soci::into(place_)); }),
+      readLastPlace_([&] {
+          return prepare(session, "select coalesce(max(place), 0) from entry where place < :end", soci::use(end_),
+                         soci::into(place_));
+      }),
       insert_([&] {
           return prepare(session,
                          "insert into entry (place, schema_id, unique_id, checksum, added, changed, change_number, "
@@ -155,36 +149,6 @@ EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
                          "delete from removed_entry where change_number <= (select change_number from removed_entry "
                          "order by change_number desc limit 1 offset :most)",
                          soci::use(count_));
-      }),
-      addNumber_([&] {
-          return prepare(session, "insert into entry_number values (:schema, :key, :place)", soci::use(row_.schemaId),
-                         soci::use(key_), soci::use(row_.place));
-      }),
-      removeNumber_([&] {
-          return prepare(session,
-                         "delete from entry_number where schema_id = :schema and number_key = :key and place = :place",
-                         soci::use(found_.schemaId), soci::use(key_), soci::use(found_.place));
-      }),
-      countNumber_([&] {
-          return prepare(session,
-                         "select count(*) from entry_number where schema_id = :schema and number_key = :key and "
-                         "place = :place",
-                         soci::use(row_.schemaId), soci::use(key_), soci::use(row_.place), soci::into(count_));
-      }),
-      addName_([&] {
-          return prepare(session, "insert into entry_name values (:schema, :key, :place)", soci::use(row_.schemaId),
-                         soci::use(key_), soci::use(row_.place));
-      }),
-      removeName_([&] {
-          return prepare(session,
-                         "delete from entry_name where schema_id = :schema and name_key = :key and place = :place",
-                         soci::use(found_.schemaId), soci::use(key_), soci::use(found_.place));
-      }),
-      countName_([&] {
-          return prepare(session,
-                         "select count(*) from entry_name where schema_id = :schema and name_key = :key and "
-                         "place = :place",
-                         soci::use(row_.schemaId), soci::use(key_), soci::use(row_.place), soci::into(count_));
       }),
       countId_([&] {
           return prepare(session, "select count(*) from entry where unique_id = :id", soci::use(id_),
@@ -297,20 +261,8 @@ void EntryTable::write(PreparedStatement& statement) {
 
 /// Has the tables of keys follow row_, which had the keys of found_ in them before.
 void EntryTable::writeKeys() {
-    writeKeys(linesOf(found_.numbers), linesOf(row_.numbers), removeNumber_, addNumber_);
-    writeKeys(nameKeys(found_.name), nameKeys(row_.name), removeName_, addName_);
-}
-
-void EntryTable::writeKeys(const std::vector<std::string>& before, const std::vector<std::string>& now,
-                           PreparedStatement& removeKey, PreparedStatement& addKey) {
-    forEachMissing(before, now, [&](const std::string& key) {
-        key_ = key;
-        removeKey.run();
-    });
-    forEachMissing(now, before, [&](const std::string& key) {
-        key_ = key;
-        addKey.run();
-    });
+    numbers_.change(row_.schemaId, row_.place, linesOf(found_.numbers), linesOf(row_.numbers));
+    names_.change(row_.schemaId, row_.place, nameKeys(found_.name), nameKeys(row_.name));
 }
 
 void EntryTable::remove(std::string_view id) {
@@ -318,8 +270,8 @@ void EntryTable::remove(std::string_view id) {
         return;
     }
     remove_.run();
-    writeKeys(linesOf(found_.numbers), {}, removeNumber_, addNumber_);
-    writeKeys(nameKeys(found_.name), {}, removeName_, addName_);
+    numbers_.change(found_.schemaId, found_.place, linesOf(found_.numbers), {});
+    names_.change(found_.schemaId, found_.place, nameKeys(found_.name), {});
     addToTotal(found_, -1);
     ++changeNumber_;
     remember_.run();
@@ -378,8 +330,8 @@ std::vector<EntryRow> EntryTable::rowsBehind(long long place) {
 }
 
 void EntryTable::index() {
-    session_ << "delete from entry_number";
-    session_ << "delete from entry_name";
+    numbers_.clear();
+    names_.clear();
     for (const StoredSchema& schema : schemas()) {
         begin(schema.name);
         for (auto rows = rowsBehind(placesBefore(total_.id)); !rows.empty(); rows = rowsBehind(rows.back().place)) {
@@ -470,15 +422,8 @@ void EntryTable::checkKeys(std::vector<IndexFault>& faults) {
     check(row_.isSeen == found_.isSeen, "it is found as seen or not seen, and its body says otherwise");
     check(row_.numbers == found_.numbers, "the numbers that it is found by are not those of its calls");
     check(row_.name == found_.name, "the name that it is found by is not its own");
-    const auto areThere = [&](const std::vector<std::string>& keys, PreparedStatement& count) {
-        return std::all_of(keys.begin(), keys.end(), [&](const std::string& key) {
-            key_ = key;
-            count.fetchRow();
-            return count_ == 1;
-        });
-    };
-    check(areThere(linesOf(found_.numbers), countNumber_), "it is not found by one of its numbers");
-    check(areThere(nameKeys(found_.name), countName_), "it is not found by its name");
+    check(numbers_.holds(row_.schemaId, row_.place, linesOf(found_.numbers)), "it is not found by one of its numbers");
+    check(names_.holds(row_.schemaId, row_.place, nameKeys(found_.name)), "it is not found by its name");
 }
 
 std::vector<IndexFault> EntryTable::checkIndex() {

@@ -10,6 +10,7 @@
 
 #include "EntryQuery.h"
 #include "EntryRow.h"
+#include "KeyTable.h"
 
 namespace calljournal {
 
@@ -88,9 +89,6 @@ private:
     void deriveKeys();
     void write(PreparedStatement& statement);
     void writeKeys();
-    /// Has a table of keys follow an entry that had the keys `before`.
-    void writeKeys(const std::vector<std::string>& before, const std::vector<std::string>& now,
-                   PreparedStatement& removeKey, PreparedStatement& addKey);
     void addToTotal(const EntryRow& row, long long sign);
     std::vector<EntryRow> rowsBehind(long long place);
     void checkKeys(std::vector<IndexFault>& faults);
@@ -118,6 +116,8 @@ private:
     EntryRow row_;    ///< As it is written.
     EntryRow found_;  ///< As it was read.
 
+    KeyTable numbers_;
+    KeyTable names_;
     PreparedStatement readTotal_;
     PreparedStatement writeTotal_;
     PreparedStatement readStore_;
@@ -129,12 +129,6 @@ private:
     PreparedStatement remove_;
     PreparedStatement remember_;
     PreparedStatement forget_;
-    PreparedStatement addNumber_;
-    PreparedStatement removeNumber_;
-    PreparedStatement countNumber_;
-    PreparedStatement addName_;
-    PreparedStatement removeName_;
-    PreparedStatement countName_;
     PreparedStatement countId_;
     PreparedStatement list_;
     PreparedStatement listBehind_;

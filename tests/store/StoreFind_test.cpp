@@ -7,6 +7,7 @@
 
 #include "Store.h"
 #include "StoreTest.h"
+#include "TestKeys.h"
 
 namespace {
 
@@ -17,26 +18,6 @@ using calljournal::FoundEntry;
 
 const std::string dialled = "CallLogDialledCalls";
 const std::string missed = "CallLogMissedCalls";
-
-/// Returns the text of the element `name`, or nothing.
-std::string textOf(const std::string& text, const std::string& name) {
-    const std::size_t begin = text.find("<" + name + ">");
-    return begin == std::string::npos
-               ? std::string()
-               : text.substr(begin + name.size() + 2, text.find('<', begin + 1) - begin - name.size() - 2);
-}
-
-/// Keys of test entries: their number is known by region and number, their name by itself.
-EntryKeys keysOf(std::string_view, const std::string& text, const std::string& region) {
-    EntryKeys keys;
-    keys.time = textOf(text, "TimeDate");
-    keys.isSeen = textOf(text, "Viewed") != "False";
-    if (!textOf(text, "Number").empty()) {
-        keys.numbers = {region + textOf(text, "Number")};
-    }
-    keys.name = textOf(text, "Surname");
-    return keys;
-}
 
 std::string entry(const std::string& id, const std::string& time, const std::string& number = {},
                   const std::string& name = {}, const std::string& viewed = "True") {
@@ -51,7 +32,7 @@ class StoreFind : public StoreTest {
 protected:
     calljournal::Store& found() {
         if (!store_) {
-            store_ = calljournal::openStore(file(), keysOf);
+            store_ = calljournal::openStore(file(), testKeys);
         }
         return *store_;
     }
@@ -289,7 +270,7 @@ TEST_F(StoreFind, ReportsEachChangeOnce) {
 TEST_F(StoreFind, ReportsTheChangesOfAnotherProcess) {
     std::uint64_t since = 0;
     changed(since);
-    const auto other = calljournal::openStore(file(), keysOf);
+    const auto other = calljournal::openStore(file(), testKeys);
     other->processRequest(writeRequest(missed, entry("a", "1")));
     EXPECT_EQ(changed(since), "+a ");
 }
@@ -381,7 +362,7 @@ std::string literalIds(std::vector<FoundEntry> entries, const EntryQuery& query)
     std::string ids;
     std::size_t count = 0;
     for (const FoundEntry& entry : entries) {
-        const EntryKeys keys = keysOf(entry.schema, entry.text, "");
+        const EntryKeys keys = testKeys(entry.schema, entry.text, "");
         const std::string words = " " + keys.name;
         const bool isWanted =
             (query.numberKey.empty() || (!keys.numbers.empty() && keys.numbers[0] == query.numberKey)) &&

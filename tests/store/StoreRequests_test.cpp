@@ -467,4 +467,17 @@ TEST_F(StoreRequests, TakesBackOnlyTheJoinedRequestThatFailed) {
                        "</Entry><Entry><UniqueId>c</UniqueId></Entry>"));
 }
 
+TEST_F(StoreRequests, KeepEntriesThatComeInTurnsForTwoSchemas) {
+    std::string first;
+    std::string second;
+    for (int i = 1; i <= 6; ++i) {
+        const std::string entry = "<Entry><UniqueId>" + std::to_string(i) + "</UniqueId></Entry>";
+        const bool isFirst = i % 2 == 1;
+        (isFirst ? first : second) += entry;
+        ask(writeRequest(isFirst ? "CallBacks" : "CallLogDialledCalls", entry));
+    }
+    EXPECT_EQ(ask(readRequest("CallBacks")), envelope("CallBacks", first));
+    EXPECT_EQ(ask(readRequest("CallLogDialledCalls")), envelope("CallLogDialledCalls", second));
+}
+
 }  // namespace

@@ -3,7 +3,9 @@
 #include <random>
 #include <string>
 
+#include "Store.h"
 #include "StoreTest.h"
+#include "TestKeys.h"
 
 namespace {
 
@@ -111,6 +113,55 @@ TEST_F(StoreDamage, OfAFileCutAtAnyPlaceIsReported) {
     std::mt19937 random(20250104);
     SCOPED_TRACE("seed 20250104");
     expectNothingSilent(rounds(60), [&](std::string& content) { content.resize(1 + random() % (content.size() - 1)); });
+}
+
+/// What each way to find entries finds, a line each; empty if the store says that it is damaged.
+std::string foundIn(const std::string& file) {
+    try {
+        const auto store = calljournal::openStore(file, testKeys);
+        std::string text;
+        for (const char* number : {"", "3", "17"}) {
+            for (const char* name : {"", "na", "name 3"}) {
+                calljournal::EntryQuery query;
+                query.schemas = {dialled, received};
+                query.numberKey = number;
+                query.nameBegin = name;
+                for (const auto& entry : store->find(query)) {
+                    text += entry.text + " ";
+                }
+                text += '\n';
+            }
+        }
+        return store->checkIndex().empty() ? text : std::string();
+    } catch (const calljournal::StoreError&) {
+        return {};
+    }
+}
+
+TEST_F(StoreDamage, OfWhatEntriesAreFoundByIsReportedOrWithoutEffect) {
+    closeStore();
+    std::string entries;
+    for (int i = 0; i < 60; ++i) {
+        entries += "<Entry><Surname>name " + std::to_string(i) + "</Surname><Number>" + std::to_string(i % 20) +
+                   "</Number><TimeDate>" + std::to_string(1000 + i * 7 % 60) + "</TimeDate></Entry>";
+    }
+    calljournal::openStore(file(), testKeys)->processRequest(writeRequest(dialled, entries));
+    const std::string expected = foundIn(file());
+    ASSERT_NE(expected.find("name 59"), std::string::npos);
+    const std::string sound = contentOf(file());
+    std::mt19937 random(20261122);
+    SCOPED_TRACE("seed 20261122");
+    int reported = 0;
+    for (int round = 0; round < rounds(150); ++round) {
+        std::string content = sound;
+        char& byte = content[random() % content.size()];
+        byte = static_cast<char>(byte ^ (1 << random() % 8));
+        writeFile(file(), content);
+        const std::string found = foundIn(file());
+        reported += found.empty() ? 1 : 0;
+        ASSERT_TRUE(found.empty() || found == expected) << round;
+    }
+    EXPECT_GT(reported, 30);
 }
 
 TEST_F(StoreDamage, OfItsListOfTablesIsNoEmptyStore) {
