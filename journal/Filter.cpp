@@ -67,7 +67,7 @@ void forEachWanted(Journal& journal, const Filter& filter, const std::function<b
     const EntryQuery query = queryFor(filter, key);
     const auto isWanted = [&](const auto& entry) {
         return isInTime(newestTime(entry), filter) && (key.empty() || hasNumber(entry, key, numberKey)) &&
-               isNamed(entry, query.namePart);
+               (query.namePart.empty() || isNamed(entry, query.namePart));
     };
     std::size_t count = 0;
     journal.forEachEntry(query, [&](const AnyEntry& entry) {

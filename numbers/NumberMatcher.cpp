@@ -105,9 +105,9 @@ std::string keyOf(const std::string& number, const std::string& region) {
     return key;
 }
 
-/// The keys of one region's numbers. All that is remembered takes a few megabytes.
+/// The keys of one region's numbers: as many as a large file of calls has, in some 30 megabytes.
 struct KnownKeys {
-    static constexpr std::size_t most = 65536;
+    static constexpr std::size_t most = 262144;
 
     std::string region;
     std::unordered_map<std::string, std::string> keys;

@@ -102,7 +102,7 @@ public:
           literalStore_(openStore(folder_.file("literal.db"))),
           journal_(*store_),
           literal_(*literalStore_, region_),
-          times_(2000) {
+          times_(4000) {
         store_->setSetting(regionSetting, region_);
         journal_.addObserver(messages_);
         literal_.addObserver(literalMessages_);
@@ -176,7 +176,7 @@ private:
         const std::size_t choice = below(12);
         if (choice < 6) {
             std::vector<NewCall<Item>> calls;
-            for (std::size_t count = choice == 0 ? 6 : 1; count > 0; --count) {
+            for (std::size_t count = choice < 3 ? 1 + below(12) : 1; count > 0; --count) {
                 calls.push_back(call<Item>());
             }
             compare([&](auto& journal) { return written(journal.record(calls)); });
@@ -284,9 +284,9 @@ private:
 };
 
 TEST(Journal, DoesWhatOneDoesThatReadsWholeLists) {
-    constexpr int steps = 60;
+    constexpr int steps = 50;
     std::cout << "seeds from " << firstSeed << '\n';
-    for (unsigned seed = firstSeed; seed < firstSeed + rounds(20); ++seed) {
+    for (unsigned seed = firstSeed; seed < firstSeed + rounds(8); ++seed) {
         Twins twins(seed);
         for (int i = 0; i < steps; ++i) {
             twins.step();

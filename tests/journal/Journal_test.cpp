@@ -340,6 +340,23 @@ TEST_F(JournalOnAStore, DeletesMissedEntriesWithoutCallsAsItListsThem) {
     EXPECT_EQ(store_->count("CallLogMissedCalls").all, 1u);
 }
 
+TEST_F(JournalOnAStore, PutsNoCallIntoAnEntryThatHasNone) {
+    CallListDatabaseAdapter adapter;
+    adapter.init(store_.get());
+    DialledCallItem smith;
+    smith.setSurname("Smith");
+    adapter.updateDialledEntry(smith, Helper::WRITEREQUEST);
+    journal_.record<DialledCallItem>({call<DialledCallItem>("", "1", "Smith")});
+    EXPECT_EQ(journal_.entries<DialledCallItem>().size(), 2u);
+}
+
+TEST_F(JournalOnAStore, GivesACallOfABatchTheEntryThatTheStoreHasForItsName) {
+    journal_.record<MissedCallItem>({missed("1", "1", "Smith")});
+    journal_.record<MissedCallItem>({missed("2", "2", "Smith"), missed("", "3", "Smith")});
+    EXPECT_THAT(numbers<MissedCallItem>(), ElementsAre("1", "2"));
+    EXPECT_EQ(journal_.entries<MissedCallItem>()[0].getMissedCallInfoList().size(), 2u);
+}
+
 /// Puts entries of a number in front of those that a store finds.
 class StoreWithAStranger : public ForwardingStore {
 public:
