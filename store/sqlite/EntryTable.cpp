@@ -102,6 +102,9 @@ EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
                          soci::use(total_.id), soci::use(schema_), soci::use(total_.entries), soci::use(total_.unseen),
                          soci::use(total_.bytes), soci::use(total_.checksum));
       }),
+      readSetting_([&] {
+          return prepare(session, "select value from setting where name = :name", soci::use(key_), soci::into(value_));
+      }),
       readStore_([&] {
           return prepare(session,
                          "select next_id, max(coalesce((select max(change_number) from entry), 0), "
@@ -381,6 +384,11 @@ SchemaTotal EntryTable::total(std::string_view schema) {
     }
     end_ = placesBefore(total_.id + 1);
     return total_;
+}
+
+std::optional<std::string> EntryTable::setting(std::string_view name) {
+    key_ = name;
+    return readSetting_.fetchRow() ? std::make_optional(value_) : std::nullopt;
 }
 
 /// Throws StoreDamage if there are entries of a schema that is not in the list, or a name in it that no schema has.

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <soci/soci.h>
 #include <stdexcept>
 #include <string>
@@ -75,6 +76,9 @@ public:
 
     SchemaTotal total(std::string_view schema);
 
+    /// Returns the value of a setting; nothing if it was never set.
+    std::optional<std::string> setting(std::string_view name);
+
     /// The schemas that have had an entry, in the order of their ids.
     std::vector<StoredSchema> schemas();
 
@@ -110,6 +114,7 @@ private:
     // What the statements are bound to.
     std::string id_;
     std::string key_;
+    std::string value_;
     long long place_ = 0;
     long long end_ = 0;  ///< Of the places of the schema.
     long long count_ = 0;
@@ -120,6 +125,7 @@ private:
     KeyTable names_;
     PreparedStatement readTotal_;
     PreparedStatement writeTotal_;
+    PreparedStatement readSetting_;
     PreparedStatement readStore_;
     PreparedStatement writeStore_;
     PreparedStatement locate_;

@@ -117,7 +117,7 @@ public:
     }
 
     std::optional<std::string> setting(std::string_view name) override {
-        return reading([&] { return readSetting(name); });
+        return reading([&] { return entries().setting(name); });
     }
 
     void setSetting(std::string_view name, std::string_view value) override {
@@ -152,13 +152,6 @@ private:
         entries().forEach(schema,
                           [&](std::string_view id, std::string_view body) { appendEntry(schema, id, body, reply); });
         return reply.append(closeTag(text::SCHEMA));
-    }
-
-    std::optional<std::string> readSetting(std::string_view name) {
-        const std::string key(name);
-        std::string value;
-        connection_.sql() << "select value from setting where name = :name", soci::use(key), soci::into(value);
-        return connection_.sql().got_data() ? std::make_optional(value) : std::nullopt;
     }
 
     void requireIndexer() const {
