@@ -23,10 +23,7 @@ TEST(Folding, LeavesOneSpaceBetweenWords) {
 }
 
 TEST(Folding, TakesControlCharactersForBlanks) {
-    EXPECT_EQ(folded(std::string_view("A\0\x1b\x7f"
-                                      "B\x01",
-                                      6)),
-              "a b");
+    EXPECT_EQ(folded(std::string_view("A\0\x1b\177B\x01", 6)), "a b");
     EXPECT_EQ(folded(std::string_view("Ä\0B", 4)), "ä b");
 }
 

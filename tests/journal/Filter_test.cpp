@@ -81,6 +81,14 @@ TEST_F(FilteredEntries, HaveACallOfTheNumberHoweverItIsWritten) {
     EXPECT_EQ(wanted({{}, {}, {}, "3", {}, 0}), "");
 }
 
+TEST_F(FilteredEntries, HaveACallOfATextThatIsNoNumber) {
+    journal_.record<ReceivedCallItem>({call<ReceivedCallItem>("e", "*1\n2", "2024-05-05 10:00:00"),
+                                       call<ReceivedCallItem>("f", "a\nb", "2024-05-06 10:00:00")});
+    EXPECT_EQ(wanted({{}, {}, {}, "a\nb", {}, 0}), "f");
+    EXPECT_EQ(wanted({{}, {}, {}, "a b", {}, 0}), "");
+    EXPECT_EQ(wanted({{}, {}, {}, "*12", {}, 0}), "e");
+}
+
 TEST_F(FilteredEntries, HaveAPartOfTheNameInAnyCase) {
     EXPECT_EQ(wanted({{}, {}, {}, {}, "B", 0}), "b");
     EXPECT_EQ(wanted({{}, {}, {}, {}, "c C", 0}), "c");

@@ -50,8 +50,7 @@ const char* const numbers[] = {
     "<b>&amp;",
     "12\n34",
     "12 34",
-    "12\x1b"
-    "34",
+    "12\03334",
 };
 const char* const names[] = {"",       "",        "Smith", "smith",        "Smith Jones", "Smithson", "M\xc3\xbcller",
                              "MÜLLER", "A<B & C", " ",     "Smith\tJones", "\xff"};
