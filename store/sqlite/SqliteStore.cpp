@@ -253,7 +253,10 @@ private:
     template <class Work>
     auto reading(const Work& work) -> decltype(work()) {
         return guarded([&] {
-            const Transaction transaction(connection_, scope(Transaction::Scope::reading));
+            std::optional<Transaction> transaction;
+            if (!isExclusive_) {
+                transaction.emplace(connection_, Transaction::Scope::reading);
+            }
             return work();
         });
     }
