@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 #include <tuple>
 
 #include "EntryBody.h"
@@ -101,6 +102,10 @@ EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
                          "checksum = excluded.checksum",
                          soci::use(total_.id), soci::use(schema_), soci::use(total_.entries), soci::use(total_.unseen),
                          soci::use(total_.bytes), soci::use(total_.checksum));
+      }),
+      listSchemas_([&] {
+          return prepare(session, "select schema_id, schema_name from stored_schema order by schema_id",
+                         soci::into(listed_.id), soci::into(listed_.name));
       }),
       readSetting_([&] {
           return prepare(session, "select value from setting where name = :name", soci::use(key_), soci::into(value_));
@@ -393,26 +398,23 @@ std::optional<std::string> EntryTable::setting(std::string_view name) {
 
 /// Throws StoreDamage if there are entries of a schema that is not in the list, or a name in it that no schema has.
 void EntryTable::refuseLostSchemas() {
-    long long last = 0;
-    session_ << "select coalesce(max(place), 0) from entry", soci::into(last);
+    end_ = std::numeric_limits<long long>::max();
+    readLastPlace_.fetchRow();
     const std::vector<StoredSchema> known = schemas();
     const bool areNames = std::all_of(known.begin(), known.end(), [](const StoredSchema& schema) {
         return std::find(std::begin(storedSchemas), std::end(storedSchemas), schema.name) != std::end(storedSchemas);
     });
     const auto count = static_cast<long long>(known.size());
-    if (!areNames || last >= placesBefore(count + 1) || (count > 0 && known.back().id != count)) {
+    if (!areNames || place_ >= placesBefore(count + 1) || (count > 0 && known.back().id != count)) {
         throw StoreDamage("its list of schemas is not complete");
     }
 }
 
 std::vector<StoredSchema> EntryTable::schemas() {
     std::vector<StoredSchema> schemas;
-    StoredSchema schema;
-    soci::statement query = prepare(session_, "select schema_id, schema_name from stored_schema order by schema_id",
-                                    soci::into(schema.id), soci::into(schema.name));
-    query.execute();
-    while (query.fetch()) {
-        schemas.push_back(schema);
+    listSchemas_->execute();
+    while (listSchemas_->fetch()) {
+        schemas.push_back(listed_);
     }
     return schemas;
 }

@@ -118,6 +118,7 @@ private:
     long long place_ = 0;
     long long end_ = 0;  ///< Of the places of the schema.
     long long count_ = 0;
+    StoredSchema listed_ = {};
     EntryRow row_;    ///< As it is written.
     EntryRow found_;  ///< As it was read.
 
@@ -125,6 +126,7 @@ private:
     KeyTable names_;
     PreparedStatement readTotal_;
     PreparedStatement writeTotal_;
+    PreparedStatement listSchemas_;
     PreparedStatement readSetting_;
     PreparedStatement readStore_;
     PreparedStatement writeStore_;
