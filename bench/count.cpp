@@ -1,10 +1,5 @@
-// Runs one job on the library once, for script/check/bench-count: `bench_count JOB FORM N`. Instructions are counted by
-// callgrind, which collects while the job itself runs; allocations are counted here. Prints
-// "BYTES ENTRIES ALLOCATIONS KEPT", KEPT being the allocations that the result itself takes.
+// Runs one job on the library once, for script/check/bench-count.
 
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <deque>
 #include <fstream>
 #include <map>
@@ -12,58 +7,26 @@
 #include <numeric>
 #include <string>
 #include <utility>
-#include <valgrind/callgrind.h>
 #include <vector>
 
 #include "CallListDatabaseAdapter.h"
 #include "ClientUtils.h"
 #include "Codec.h"
+#include "CountedJob.h"
 #include "Data.h"
 #include "Events.h"
 #include "HostPlatform.h"
 #include "ImportContactsCSVParser.h"
 #include "WorkCounters.h"
 
+using bench::allocationsOf;
+using bench::demand;
+using bench::measure;
+using bench::Result;
+using bench::Size;
 using Helper = CallListDatabaseAdapterHelper;
 
 namespace {
-
-template <class Work>
-std::size_t allocationsOf(const Work& work) {
-    const std::uint64_t before = workCounters().allocations;
-    work();
-    return workCounters().allocations - before;
-}
-
-/// What is measured: `work` alone. Returns its allocations.
-template <class Work>
-std::size_t measure(const Work& work) {
-    CALLGRIND_START_INSTRUMENTATION;
-    CALLGRIND_TOGGLE_COLLECT;
-    const std::size_t count = allocationsOf(work);
-    CALLGRIND_TOGGLE_COLLECT;
-    CALLGRIND_STOP_INSTRUMENTATION;
-    return count;
-}
-
-struct Result {
-    std::size_t bytes;
-    std::size_t entries;
-    std::size_t allocations;
-    std::size_t kept;
-};
-
-struct Size {
-    bench::Form form;
-    std::size_t count;
-};
-
-void demand(bool isRight) {
-    if (!isRight) {
-        std::fprintf(stderr, "bench_count: the result is wrong\n");
-        std::exit(1);
-    }
-}
 
 std::size_t bytesOf(const std::vector<std::string>& texts) {
     return std::accumulate(texts.begin(), texts.end(), std::size_t{0},
@@ -177,7 +140,7 @@ Result import(Size size) {
     return {contacts.content.size(), size.count, count, texts};
 }
 
-const std::map<std::string, Result (*)(Size)> jobs = {
+const bench::Jobs jobs = {
     {"list", &readList},
     {"callbacks", &replayCallbacks},
     {"decode-missed", &decode<MissedCallItem>},
@@ -195,15 +158,10 @@ const std::map<std::string, Result (*)(Size)> jobs = {
 
 }  // namespace
 
+std::uint64_t bench::allocationsSoFar() {
+    return workCounters().allocations;
+}
+
 int main(int argc, char** argv) {
-    const auto job = argc == 4 ? jobs.find(argv[1]) : jobs.end();
-    if (job == jobs.end()) {
-        std::fprintf(stderr, "usage: bench_count JOB full|mixed N\n");
-        return 2;
-    }
-    Helper::init();
-    const bench::Form form = std::string(argv[2]) == "full" ? bench::Form::full : bench::Form::mixed;
-    const Result result = job->second({form, static_cast<std::size_t>(std::atol(argv[3]))});
-    std::printf("%zu %zu %zu %zu\n", result.bytes, result.entries, result.allocations, result.kept);
-    return 0;
+    return bench::runJob(argc, argv, jobs);
 }

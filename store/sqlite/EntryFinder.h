@@ -30,14 +30,13 @@ private:
         StoreChange change;
     };
 
-    /// Returns what follows the columns in the query for the wanted entries of a schema.
-    std::string whereFound(const EntryQuery& query);
-    /// Reads the entry that is at the place of the cursor.
-    void readEntry(FoundEntry& entry);
+    /// Appends the entries of one schema that `query` wants.
+    void findInSchema(const EntryQuery& query, const std::string& schema, std::vector<FoundEntry>& found);
     void bind(const EntryQuery& query);
     /// Returns whether so many entries have a name that begins as wanted that it is not worth while to sort them.
     bool isFrequentName();
-    /// Calls `use` for each row that the query gives in row_; `from` is what follows the columns.
+    /// Calls `use` for each row that the query gives in row_; `from` is what follows the columns, and
+    /// has the same ones each time.
     template <class Use>
     void forEachRow(const RowColumns& columns, const std::string& from, Use use);
     FoundEntry foundEntry(const std::string& schema) const;
@@ -68,7 +67,7 @@ private:
     std::string until_;
     std::string time_;
 
-    /// Prepared, by their SQL.
+    /// Prepared, by what follows the columns.
     std::map<std::string, soci::statement> statements_;
 };
 
