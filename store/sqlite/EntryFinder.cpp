@@ -63,7 +63,8 @@ bool comesBefore(const FoundEntry& one, const FoundEntry& other) {
 
 template <class Use>
 void EntryFinder::forEachRow(const RowColumns& columns, const std::string& from, Use use) {
-    auto found = statements_.find(from);
+    const std::string sql = columns.select + from;
+    auto found = statements_.find(sql);
     if (found == statements_.end()) {
         soci::statement query(session_);
         columns.exchange(query, row_);
@@ -89,8 +90,8 @@ void EntryFinder::forEachRow(const RowColumns& columns, const std::string& from,
         bind("since", since_);
         bind("until", until_);
         bind("time", time_);
-        bindAndPrepare(query, columns.select + from);
-        found = statements_.emplace(from, query).first;
+        bindAndPrepare(query, sql);
+        found = statements_.emplace(sql, query).first;
     }
     found->second.execute();
     while (found->second.fetch()) {
@@ -132,44 +133,62 @@ FoundEntry EntryFinder::foundEntry(const std::string& schema) const {
     return entry;
 }
 
-void EntryFinder::findInSchema(const EntryQuery& query, const std::string& schema, std::vector<FoundEntry>& found) {
-    std::string from;
+std::string EntryFinder::whereFound(const EntryQuery& query) {
     if (!query.id.empty()) {
-        from = "from entry e where " + conditions(query);
-    } else if (!query.numberKey.empty()) {
-        from = amongKeys("select place from entry_number where schema_id = :schema and number_key = :key",
+        return "from entry e where " + conditions(query);
+    }
+    if (!query.numberKey.empty()) {
+        return amongKeys("select place from entry_number where schema_id = :schema and number_key = :key",
                          conditions(query));
-    } else if (!query.name.empty()) {
-        from = amongKeys("select place from entry_name where schema_id = :schema and name_key = :whole",
+    }
+    if (!query.name.empty()) {
+        return amongKeys("select place from entry_name where schema_id = :schema and name_key = :whole",
                          conditions(query));
-    } else if (!query.nameBegin.empty() && !isFrequentName()) {
-        from = amongKeys(
+    }
+    if (!query.nameBegin.empty() && !isFrequentName()) {
+        return amongKeys(
             "select distinct place from entry_name where schema_id = :schema and name_key >= :first and name_key < "
             ":end",
             conditions(query));
-    } else {
-        from = "from entry e indexed by entry_newest where " + conditions(query) + newestFirst;
     }
-    forEachRow(servedColumns, from, [&] {
-        refuseIfDamaged(schema, row_);
-        found.push_back(foundEntry(schema));
+    return "from entry e indexed by entry_newest where " + conditions(query) + newestFirst;
+}
+
+void EntryFinder::readEntry(FoundEntry& entry) {
+    place_ = entry.cursor.place;
+    forEachRow(servedColumns, "from entry e where e.place = :place", [&] {
+        refuseIfDamaged(entry.schema, row_);
+        entry = foundEntry(entry.schema);
     });
 }
 
 std::vector<FoundEntry> EntryFinder::find(const EntryQuery& query) {
     bind(query);
+    // Of several schemas the bodies are read last: those of the page, and not a page of each schema.
+    const bool isMixed = query.schemas.size() > 1;
     std::vector<FoundEntry> found;
     for (const std::string& schema : query.schemas) {
         schemaId_ = table_.total(schema).id;
-        if (schemaId_ != 0) {
-            findInSchema(query, schema, found);
+        if (schemaId_ == 0) {
+            continue;
         }
+        forEachRow(isMixed ? cursorColumns : servedColumns, whereFound(query), [&] {
+            if (isMixed) {
+                found.push_back({schema, {}, {}, {row_.time, row_.place}});
+            } else {
+                refuseIfDamaged(schema, row_);
+                found.push_back(foundEntry(schema));
+            }
+        });
     }
     if (!std::is_sorted(found.begin(), found.end(), comesBefore)) {
         std::sort(found.begin(), found.end(), comesBefore);
     }
     if (query.limit > 0 && found.size() > query.limit) {
         found.resize(query.limit);
+    }
+    if (isMixed) {
+        std::for_each(found.begin(), found.end(), [&](FoundEntry& entry) { readEntry(entry); });
     }
     return found;
 }

@@ -30,13 +30,14 @@ private:
         StoreChange change;
     };
 
-    /// Appends the entries of one schema that `query` wants.
-    void findInSchema(const EntryQuery& query, const std::string& schema, std::vector<FoundEntry>& found);
+    /// Returns what follows the columns in the query for the wanted entries of a schema.
+    std::string whereFound(const EntryQuery& query);
+    /// Reads the entry that is at the place of the cursor.
+    void readEntry(FoundEntry& entry);
     void bind(const EntryQuery& query);
     /// Returns whether so many entries have a name that begins as wanted that it is not worth while to sort them.
     bool isFrequentName();
-    /// Calls `use` for each row that the query gives in row_; `from` is what follows the columns, and
-    /// has the same ones each time.
+    /// Calls `use` for each row that the query gives in row_; `from` is what follows the columns.
     template <class Use>
     void forEachRow(const RowColumns& columns, const std::string& from, Use use);
     FoundEntry foundEntry(const std::string& schema) const;
@@ -67,7 +68,7 @@ private:
     std::string until_;
     std::string time_;
 
-    /// Prepared, by what follows the columns.
+    /// Prepared, by their SQL.
     std::map<std::string, soci::statement> statements_;
 };
 

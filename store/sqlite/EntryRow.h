@@ -57,6 +57,12 @@ inline constexpr RowColumns allColumns = {
         query.exchange(soci::into(row.body));
     }};
 
+/// Where the row is among others.
+inline constexpr RowColumns cursorColumns = {"select e.place, e.newest ", [](soci::statement& query, EntryRow& row) {
+                                                 query.exchange(soci::into(row.place));
+                                                 query.exchange(soci::into(row.time));
+                                             }};
+
 /// What readers of entries get; the rest of the row says nothing.
 inline constexpr RowColumns servedColumns = {"select e.place, e.unique_id, e.checksum, e.newest, e.body ",
                                              [](soci::statement& query, EntryRow& row) {

@@ -42,23 +42,30 @@ std::vector<std::string> linesOf(const std::string& text) {
     return lines;
 }
 
-/// Returns the body without its element for the user's having seen it.
-std::string withoutViewed(std::string_view body) {
+/// Returns the body without its element for the user's having seen it, whose text goes to `viewed`.
+std::string withoutViewed(std::string_view body, std::string_view& viewed) {
     std::string rest;
     for (auto element = firstElement(body); element; element = firstElement(body)) {
-        rest.append(element->name == format::text::VIEWED ? std::string_view() : element->whole);
+        if (element->name == format::text::VIEWED) {
+            viewed = element->text;
+        } else {
+            rest.append(element->whole);
+        }
         body.remove_prefix(element->whole.size());
     }
     return rest.append(body);
 }
 
+/// Returns whether `now` says that the user has seen the entry, and nothing else that `before` does not say.
+bool isOnlySeen(std::string_view before, std::string_view now) {
+    std::string_view viewedBefore;
+    std::string_view viewed;
+    return withoutViewed(before, viewedBefore) == withoutViewed(now, viewed) && viewed == format::text::TRUE;
+}
+
 bool hasSameKeys(const EntryRow& one, const EntryRow& other) {
     return std::tie(one.isSeen, one.time, one.numbers, one.name) ==
            std::tie(other.isSeen, other.time, other.numbers, other.name);
-}
-
-bool isOnlySeen(const EntryRow& before, const EntryRow& now) {
-    return before.isSeen == 0 && now.isSeen == 1 && withoutViewed(before.body) == withoutViewed(now.body);
 }
 
 }  // namespace
@@ -224,12 +231,22 @@ void EntryTable::put(std::string_view id, std::string_view body) {
     }
     takeOver(id, body);
     row_.place = found_.place;
+    const bool isSeenNow = isOnlySeen(found_.body, row_.body);
+    if (isSeenNow && found_.isSeen != EntryRow::notIndexed) {
+        // To derive the other keys again would cost a process that marks one entry the tables of all phone numbers.
+        row_.isSeen = 1;
+        row_.time = found_.time;
+        row_.numbers = found_.numbers;
+        row_.name = found_.name;
+    } else {
+        deriveKeys();
+    }
     if (row_.body == found_.body && hasSameKeys(row_, found_)) {
         return;
     }
     row_.number = ++changeNumber_;
     row_.added = found_.added;
-    row_.changed = isOnlySeen(found_, row_) ? found_.changed : row_.number;
+    row_.changed = isSeenNow && found_.isSeen == 0 ? found_.changed : row_.number;
     addToTotal(found_, -1);
     write(update_);
 }
@@ -237,6 +254,7 @@ void EntryTable::put(std::string_view id, std::string_view body) {
 void EntryTable::insert(std::string_view id, std::string_view body) {
     found_ = EntryRow();
     takeOver(id, body);
+    deriveKeys();
     row_.place = nextPlace();
     row_.number = row_.added = row_.changed = ++changeNumber_;
     write(insert_);
@@ -251,12 +269,11 @@ long long EntryTable::nextPlace() {
     return ++lastPlace_;
 }
 
-/// Makes row_ of an entry that comes in.
+/// Makes row_ of an entry that comes in; its keys are yet to be derived.
 void EntryTable::takeOver(std::string_view id, std::string_view body) {
     row_.schemaId = total_.id;
     row_.id = id;
     row_.body = body;
-    deriveKeys();
 }
 
 /// Writes row_, which was found_ before, with its keys.

@@ -261,6 +261,10 @@ TEST_F(StoreFind, ReportsEachChangeOnce) {
     EXPECT_EQ(changed(since), "");
     write(dialled, entry("b", "2", "", "", "True") + entry("a", "4") + entry("c", "3"));
     EXPECT_EQ(changed(since), "!b ~a ");
+    EXPECT_TRUE(found().checkIndex().empty());
+    write(dialled, entry("b", "2", "", "", "") + entry("a", "4", "", "", ""));
+    EXPECT_EQ(changed(since), "~b ~a ");
+    EXPECT_TRUE(found().checkIndex().empty());
     found().processRequest(deleteRequest(dialled, "<Entry><UniqueId>b</UniqueId></Entry>"));
     write(dialled, entry("d", "5"));
     found().processRequest(deleteRequest(dialled, "<Entry><UniqueId>d</UniqueId></Entry>"));

@@ -606,8 +606,8 @@ TEST_F(Check, ReportsWhatDoesNotFitInTheIndexOfAStoreAndWhatToDo) {
     const Finished checked = run({"check", store});
     EXPECT_EQ(checked.status, 1);
     EXPECT_EQ(checked.err, "");
-    const std::string advice = "; to set the region once more makes all keys anew\n";
-    const std::string line = store + ": CallLogDialledCalls: the entry \"1\" is not found as what it is: ";
+    const std::string advice = "; set the region once more, which makes the index anew\n";
+    const std::string line = store + ": CallLogDialledCalls: the index does not fit the entry \"1\": ";
     EXPECT_EQ(checked.out, store + ": CallLogMissedCalls: reply, missed, 0 entries: nothing found\n" + store +
                                ": CallLogDialledCalls: reply, dialled, 1 entry: nothing found\n" + store +
                                ": CallLogReceivedCalls: reply, received, 0 entries: nothing found\n" + store +

@@ -170,6 +170,7 @@ TEST_F(Settings, AreReadAsListsAreWithoutWhatKnowsNumbersAndLetters) {
                                                {"settings", "region"},
                                                {"list", "all"},
                                                {"list", "missed", "--limit", "20"},
+                                               {"viewed", "1"},
                                                {"delete", "missed", "1"}}) {
         std::vector<std::string> arguments = {"--store", store()};
         arguments.insert(arguments.end(), command.begin(), command.end());
