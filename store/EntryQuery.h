@@ -35,7 +35,7 @@ struct EntryQuery {
     std::string id;
     std::string numberKey;   ///< One of its numbers has this key.
     std::string name;        ///< Folded; its name is this.
-    std::string nameBegin;   ///< Folded; its name, or the rest of it from one of its words on, begins so.
+    std::string nameBegin;   ///< Folded; its name, or the rest of it from one of its first sixteen words on, begins so.
     std::string namePart;    ///< Folded; its name contains this. Reads the keys of all entries.
     std::string numberPart;  ///< The key of one of its numbers contains this. Reads the keys of all entries. Beside
                              ///< `namePart` one of the two is enough.
@@ -80,11 +80,11 @@ struct StoreChanges {
     bool isWhole = true;               ///< False if more was removed in between than the store remembers.
 };
 
-/// An entry whose keys in the store are not those of its body.
+/// An entry whose keys in the store are not those of its body, or more of the index that does not fit.
 struct IndexFault {
-    std::string schema;
-    std::string id;
-    std::string what;  ///< Which keys, for people: "its time is not that of its newest call".
+    std::string schema;  ///< Empty if the database itself is damaged.
+    std::string id;      ///< Empty if it is no single entry's.
+    std::string what;    ///< Which keys, for people: "its time is not that of its newest call".
 };
 
 }  // namespace calljournal

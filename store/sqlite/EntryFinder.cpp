@@ -41,12 +41,13 @@ std::string conditions(const EntryQuery& query) {
     add(!isEither && !query.namePart.empty(), "instr(e.name, :part) > 0");
     add(!isEither && !query.numberPart.empty(), "instr(e.numbers, :digits) > 0");
     add(!query.since.empty(), "e.newest >= :since");
-    add(!query.until.empty(), "e.newest <= :until");
+    // What is behind a cursor is before it; SQLite would look for the one and pass over the rest one by one.
+    add(!query.until.empty() && !query.after, "e.newest <= :until");
     add(query.isSeen.has_value(), "e.is_seen = :seen");
-    add(query.after.has_value(), "(e.newest, e.place) < (:time, :place)");
     return text;
 }
 
+constexpr char behindCursor[] = " and (e.newest, e.place) < (:time, :place)";
 constexpr char newestFirst[] = " order by e.newest desc, e.place desc limit :limit";
 
 /// The wanted entries of those at the places that `keys` selects. The bodies are read last, of the page alone.
@@ -100,7 +101,6 @@ void EntryFinder::forEachRow(const RowColumns& columns, const std::string& from,
 }
 
 void EntryFinder::bind(const EntryQuery& query) {
-    limit_ = query.limit > 0 ? static_cast<long long>(query.limit) : -1;
     id_ = query.id;
     number_ = query.numberKey;
     name_ = query.name;
@@ -133,25 +133,32 @@ FoundEntry EntryFinder::foundEntry(const std::string& schema) const {
     return entry;
 }
 
-std::string EntryFinder::whereFound(const EntryQuery& query) {
+std::vector<std::string> EntryFinder::whereFound(const EntryQuery& query) {
+    const std::string asked = conditions(query);
+    const std::string askedOfKeys = asked + (query.after ? behindCursor : "");
     if (!query.id.empty()) {
-        return "from entry e where " + conditions(query);
+        return {"from entry e where " + askedOfKeys};
     }
     if (!query.numberKey.empty()) {
-        return amongKeys("select place from entry_number where schema_id = :schema and number_key = :key",
-                         conditions(query));
+        return {
+            amongKeys("select place from entry_number where schema_id = :schema and number_key = :key", askedOfKeys)};
     }
     if (!query.name.empty()) {
-        return amongKeys("select place from entry_name where schema_id = :schema and name_key = :whole",
-                         conditions(query));
+        return {amongKeys("select place from entry_name where schema_id = :schema and name_key = :whole", askedOfKeys)};
     }
     if (!query.nameBegin.empty() && !isFrequentName()) {
-        return amongKeys(
+        return {amongKeys(
             "select distinct place from entry_name where schema_id = :schema and name_key >= :first and name_key < "
             ":end",
-            conditions(query));
+            askedOfKeys)};
     }
-    return "from entry e indexed by entry_newest where " + conditions(query) + newestFirst;
+    const std::string walk = "from entry e indexed by entry_newest where " + asked;
+    if (query.after) {
+        // Those of the cursor's time by themselves: SQLite finds the beginning of a time, and not a place in it.
+        return {walk + " and e.newest = :time and e.place < :place" + newestFirst,
+                walk + " and e.newest < :time" + newestFirst};
+    }
+    return {walk + newestFirst};
 }
 
 void EntryFinder::readEntry(FoundEntry& entry) {
@@ -172,14 +179,19 @@ std::vector<FoundEntry> EntryFinder::find(const EntryQuery& query) {
         if (schemaId_ == 0) {
             continue;
         }
-        forEachRow(isMixed ? cursorColumns : servedColumns, whereFound(query), [&] {
-            if (isMixed) {
-                found.push_back({schema, {}, {}, {row_.time, row_.place}});
-            } else {
-                refuseIfDamaged(schema, row_);
-                found.push_back(foundEntry(schema));
-            }
-        });
+        std::size_t count = 0;
+        for (const std::string& from : whereFound(query)) {
+            limit_ = query.limit > 0 ? static_cast<long long>(query.limit - count) : -1;
+            forEachRow(isMixed ? cursorColumns : servedColumns, from, [&] {
+                if (isMixed) {
+                    found.push_back({schema, {}, {}, {row_.time, row_.place}});
+                } else {
+                    refuseIfDamaged(schema, row_);
+                    found.push_back(foundEntry(schema));
+                }
+                ++count;
+            });
+        }
     }
     if (!std::is_sorted(found.begin(), found.end(), comesBefore)) {
         std::sort(found.begin(), found.end(), comesBefore);
@@ -197,8 +209,12 @@ void EntryFinder::appendChanged(std::uint64_t since, std::vector<NumberedChange>
     const auto first = static_cast<long long>(since);
     const auto schemas = table_.schemas();
     const auto nameOf = [&](long long id) {
-        return std::find_if(schemas.begin(), schemas.end(), [&](const StoredSchema& row) { return row.id == id; })
-            ->name;
+        const auto found =
+            std::find_if(schemas.begin(), schemas.end(), [&](const StoredSchema& row) { return row.id == id; });
+        if (found == schemas.end()) {
+            throw StoreDamage("its list of schemas is not complete");
+        }
+        return found->name;
     };
     forEachRow(allColumns, "from entry e where e.change_number >= :place order by e.change_number limit :limit", [&] {
         const std::string schema = nameOf(row_.schemaId);

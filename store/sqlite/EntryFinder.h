@@ -30,8 +30,8 @@ private:
         StoreChange change;
     };
 
-    /// Returns what follows the columns in the query for the wanted entries of a schema.
-    std::string whereFound(const EntryQuery& query);
+    /// Returns what follows the columns in the queries for the wanted entries of a schema, which give them in turn.
+    std::vector<std::string> whereFound(const EntryQuery& query);
     /// Reads the entry that is at the place of the cursor.
     void readEntry(FoundEntry& entry);
     void bind(const EntryQuery& query);

@@ -46,7 +46,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 std::string withoutViewed(std::string_view body, std::string_view& viewed) {
     std::string rest;
     for (auto element = firstElement(body); element; element = firstElement(body)) {
-        if (element->name == format::text::VIEWED) {
+        if (element->name == format::text::VIEWED && viewed.data() == nullptr) {
             viewed = element->text;
         } else {
             rest.append(element->whole);
@@ -349,33 +349,54 @@ std::vector<EntryRow> EntryTable::rowsBehind(long long place) {
     listBehind_->execute();
     while (listBehind_->fetch()) {
         refuseIfDamaged(schema_, found_);
+        if (found_.schemaId != total_.id) {
+            throw StoreDamage("an entry of " + schema_ + " is filed under another schema");
+        }
         rows.push_back(found_);
     }
     return rows;
 }
 
+void EntryTable::forEachRow(const std::function<void()>& use) {
+    total_ = {total_.id};
+    for (auto rows = rowsBehind(placesBefore(total_.id)); !rows.empty(); rows = rowsBehind(rows.back().place)) {
+        for (EntryRow& row : rows) {
+            found_ = row;
+            row_ = std::move(row);
+            use();
+        }
+    }
+}
+
 void EntryTable::index() {
+    session_ << "reindex";
     numbers_.clear();
     names_.clear();
     for (const StoredSchema& schema : schemas()) {
         begin(schema.name);
-        for (auto rows = rowsBehind(placesBefore(total_.id)); !rows.empty(); rows = rowsBehind(rows.back().place)) {
-            for (const EntryRow& row : rows) {
-                found_ = row;
-                row_ = row;
-                deriveKeys();
-                const bool isAsBefore = hasSameKeys(row_, found_);
-                found_.numbers.clear();
-                found_.name.clear();
-                if (isAsBefore) {
-                    writeKeys();
-                } else {
-                    addToTotal(found_, -1);
-                    write(update_);
-                }
+        const SchemaTotal before = total_;
+        forEachRow([&] {
+            deriveKeys();
+            const bool isAsBefore = hasSameKeys(row_, found_);
+            found_.numbers.clear();
+            found_.name.clear();
+            if (isAsBefore) {
+                writeKeys();
+                addToTotal(row_, 1);
+            } else {
+                write(update_);
             }
-        }
+        });
+        refuseLoss(before, total_.entries, total_.checksum);
+        isChanged_ = true;
         finish();
+    }
+}
+
+void EntryTable::refuseLoss(const SchemaTotal& total, long long entries, long long checksums) const {
+    if (total.entries != entries || total.checksum != checksums) {
+        throw StoreDamage(std::to_string(entries) + " entries of " + schema_ + " are left of " +
+                          std::to_string(total.entries));
     }
 }
 
@@ -392,10 +413,7 @@ void EntryTable::forEach(std::string_view schema,
         checksums += found_.checksum;
         visit(found_.id, found_.body);
     }
-    if (total.entries != entries || total.checksum != checksums) {
-        throw StoreDamage(std::to_string(entries) + " entries of " + schema_ + " are left of " +
-                          std::to_string(total.entries));
-    }
+    refuseLoss(total, entries, checksums);
 }
 
 SchemaTotal EntryTable::total(std::string_view schema) {
@@ -438,7 +456,6 @@ std::vector<StoredSchema> EntryTable::schemas() {
 
 /// Appends what is wrong with the keys of found_.
 void EntryTable::checkKeys(std::vector<IndexFault>& faults) {
-    row_ = found_;
     deriveKeys();
     const auto check = [&](bool isRight, const char* what) {
         if (!isRight) {
@@ -465,11 +482,22 @@ std::vector<IndexFault> EntryTable::checkIndex() {
     }
     for (const StoredSchema& schema : schemas()) {
         begin(schema.name);
-        for (auto rows = rowsBehind(placesBefore(total_.id)); !rows.empty(); rows = rowsBehind(rows.back().place)) {
-            for (const EntryRow& row : rows) {
-                found_ = row;
-                checkKeys(faults);
-            }
+        const SchemaTotal before = total_;
+        long long numbers = 0;
+        long long names = 0;
+        forEachRow([&] {
+            addToTotal(found_, 1);
+            numbers += static_cast<long long>(linesOf(found_.numbers).size());
+            names += static_cast<long long>(nameKeys(found_.name).size());
+            checkKeys(faults);
+        });
+        refuseLoss(before, total_.entries, total_.checksum);
+        if (before.unseen != total_.unseen || before.bytes != total_.bytes) {
+            faults.push_back({schema.name, {}, "its counts are not those of its entries"});
+        }
+        // All keys of all entries are there, so that any more are of none.
+        if (numbers_.count(schema.id) > numbers || names_.count(schema.id) > names) {
+            faults.push_back({schema.name, {}, "it has keys of no entry"});
         }
     }
     return faults;

@@ -95,6 +95,10 @@ private:
     void writeKeys();
     void addToTotal(const EntryRow& row, long long sign);
     std::vector<EntryRow> rowsBehind(long long place);
+    /// Calls `use` for each row of the schema, which is row_ and found_ then. The totals begin at 0.
+    void forEachRow(const std::function<void()>& use);
+    /// Throws StoreDamage unless the entries are those of which `total` was made.
+    void refuseLoss(const SchemaTotal& total, long long entries, long long checksums) const;
     void checkKeys(std::vector<IndexFault>& faults);
 
     soci::session& session_;

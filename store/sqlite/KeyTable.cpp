@@ -29,6 +29,10 @@ KeyTable::KeyTable(soci::session& session, const std::string& table, const std::
                              " = :key and place = :place",
                          soci::use(schemaId_), soci::use(key_), soci::use(place_), soci::into(count_));
       }),
+      countAll_([=, &session] {
+          return prepare(session, "select count(*) from " + table + " where schema_id = :schema", soci::use(schemaId_),
+                         soci::into(count_));
+      }),
       clear_([=, &session] { return prepare(session, "delete from " + table); }) {}
 
 void KeyTable::change(long long schemaId, long long place, const std::vector<std::string>& before,
@@ -57,6 +61,12 @@ bool KeyTable::holds(long long schemaId, long long place, const std::vector<std:
         find_.fetchRow();
         return count_ == 1;
     });
+}
+
+long long KeyTable::count(long long schemaId) {
+    schemaId_ = schemaId;
+    countAll_.fetchRow();
+    return count_;
 }
 
 }  // namespace calljournal

@@ -22,6 +22,9 @@ public:
     /// Returns whether the entry at `place` is found by each of `keys`.
     bool holds(long long schemaId, long long place, const std::vector<std::string>& keys);
 
+    /// How many keys all entries of the schema have.
+    long long count(long long schemaId);
+
     void clear() { clear_.run(); }
 
 private:
@@ -34,6 +37,7 @@ private:
     PreparedStatement add_;
     PreparedStatement remove_;
     PreparedStatement find_;
+    PreparedStatement countAll_;
     PreparedStatement clear_;
 };
 

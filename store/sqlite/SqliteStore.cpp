@@ -121,6 +121,9 @@ public:
     }
 
     void setSetting(std::string_view name, std::string_view value) override {
+        if (name == regionSetting) {
+            requireIndexer();
+        }
         exclusively([&] {
             guarded([&] {
                 const std::string key(name);

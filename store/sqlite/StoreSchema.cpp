@@ -187,7 +187,7 @@ int readVersion(SqliteConnection& connection) {
         throw connection.error("it is the database of another program; name another file");
     }
     int version = 0;
-    connection.sql() << "select max(version) from calljournal_store", soci::into(version);
+    connection.sql() << "select coalesce(max(version), 0) from calljournal_store", soci::into(version);
     if (version < 1) {
         throw connection.error("it names no version that there ever was; name another file");
     }

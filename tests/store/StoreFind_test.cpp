@@ -209,6 +209,34 @@ TEST_F(StoreFind, GoesOnBehindACursorWhileEntriesComeAndGo) {
     }
 }
 
+TEST_F(StoreFind, GoesOnWithinOneTime) {
+    std::string entries;
+    for (int i = 10; i < 60; ++i) {
+        entries += entry(std::to_string(i), std::to_string(2000 + i / 20), "", "all");
+    }
+    write(dialled, entries);
+    write(missed, entries);
+    for (const bool isByName : {false, true}) {
+        EntryQuery query;
+        query.schemas = {dialled, missed};
+        query.nameBegin = isByName ? "all" : "";
+        query.until = "2001";
+        const auto all = found().find(query);
+        ASSERT_EQ(all.size(), 60U);
+        query.limit = 7;
+        std::size_t count = 0;
+        for (auto page = found().find(query); !page.empty(); page = found().find(query)) {
+            for (const FoundEntry& entry : page) {
+                ASSERT_LT(count, all.size());
+                EXPECT_EQ(entry.schema + entry.id, all[count].schema + all[count].id);
+                ++count;
+            }
+            query.after = page.back().cursor;
+        }
+        EXPECT_EQ(count, all.size());
+    }
+}
+
 TEST_F(StoreFind, ForgetsWhatWasDeleted) {
     write(dialled, entry("a", "1", "1", "anna", "False") + entry("b", "2", "1", "anna"));
     found().processRequest(deleteRequest(dialled, "<Entry><UniqueId>a</UniqueId></Entry>"));
@@ -235,6 +263,7 @@ TEST_F(StoreFind, NeedsAnIndexer) {
     const auto store = calljournal::openStore(file());
     EXPECT_THROW(store->find({}), std::logic_error);
     EXPECT_THROW(store->checkIndex(), std::logic_error);
+    EXPECT_THROW(store->setSetting("region", "DE"), std::logic_error);
 }
 
 TEST_F(StoreFind, MakesAllKeysAnewWhenTheRegionChanges) {
@@ -335,6 +364,37 @@ TEST_F(StoreFind, MakesLostKeysAnewWhenTheRegionIsSetOnceMore) {
     EntryQuery query;
     query.numberKey = "DE1";
     EXPECT_EQ(ids(query), "a ");
+}
+
+TEST_F(StoreFind, ReportsKeysOfNoEntryAndWrongCountsAndMakesThemAnew) {
+    write(dialled, entry("a", "1", "1", "anna", "False"));
+    for (const char* change : {"insert into entry_number select schema_id, '5', place from entry",
+                               "insert into entry_name select schema_id, 'x', place from entry",
+                               "update stored_schema set unseen = 7", "update stored_schema set bytes = 7"}) {
+        SCOPED_TRACE(change);
+        reopen();
+        runSql(file(), change);
+        EXPECT_EQ(found().checkIndex().size(), 1U);
+        found().setSetting("region", "");
+        EXPECT_TRUE(found().checkIndex().empty());
+    }
+    EXPECT_EQ(found().count(dialled).unseen, 1U);
+}
+
+TEST_F(StoreFind, RefusesAnEntryThatIsFiledUnderAnotherSchema) {
+    write(dialled, entry("a", "1") + entry("b", "2"));
+    reopen();
+    runSql(file(), "update entry set schema_id = 9 where unique_id = 'a'");
+    EXPECT_THROW(found().checkIndex(), calljournal::StoreError);
+    EXPECT_THROW(found().setSetting("region", "DE"), calljournal::StoreError);
+    EXPECT_THROW(found().changes(1), calljournal::StoreError);
+}
+
+TEST_F(StoreFind, TakesTheFirstOfTwoMarksOfHavingBeenSeen) {
+    write(dialled, "<Entry><UniqueId>a</UniqueId><Viewed>False</Viewed></Entry>");
+    write(dialled, "<Entry><UniqueId>a</UniqueId><Viewed>False</Viewed><Viewed>True</Viewed></Entry>");
+    EXPECT_EQ(found().count(dialled).unseen, 1U);
+    EXPECT_TRUE(found().checkIndex().empty());
 }
 
 TEST_F(StoreFind, RefusesAnEntryThatWasChanged) {
