@@ -1,6 +1,7 @@
 #include "EntryBody.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "StoreRequest.h"
 #include "StoreWords.h"
@@ -64,8 +65,9 @@ void appendWithPictureClip(std::string_view body, std::string& text) {
 
 void appendServed(std::string_view schema, std::string_view id, std::string_view body, std::string& text) {
     appendXmlElement(format::text::UNIQUEID, id, text);
+    // By memmem, since a body is full of the "<" that string_view::find stops at.
     static const std::string picture = openTag(format::text::PICTURE);
-    if (servesPictureClips(schema) && body.find(picture) != std::string_view::npos) {
+    if (servesPictureClips(schema) && ::memmem(body.data(), body.size(), picture.data(), picture.size()) != nullptr) {
         appendWithPictureClip(body, text);
     } else {
         text.append(body);
