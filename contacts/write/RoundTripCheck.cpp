@@ -50,6 +50,10 @@ RoundTripCheck::RoundTripCheck(unsigned limit, unsigned existing, Place place)
       thread_([this] { work(); }) {}
 
 RoundTripCheck::~RoundTripCheck() {
+    join();
+}
+
+void RoundTripCheck::join() {
     files_.close();
     if (thread_.joinable()) {
         thread_.join();
@@ -68,8 +72,7 @@ std::string RoundTripCheck::check(const std::string& file) {
 }
 
 std::string RoundTripCheck::finish() {
-    files_.close();
-    thread_.join();
+    join();
     if (failure_) {
         std::rethrow_exception(failure_);
     }

@@ -41,7 +41,7 @@ public:
 
     /// Waits for all checks. Returns an empty text if all contacts are read as they were written, else a sentence with
     /// the first record and field that differ. Throws whatever kept a check from being made: std::system_error if the
-    /// folder for temporary files has less room than a phone wants for an import.
+    /// folder for temporary files has less room than a phone wants for an import. May be called again.
     std::string finish();
 
 private:
@@ -51,6 +51,7 @@ private:
     };
 
     void work();
+    void join();
     std::string differenceIn(const WrittenFile& file) const;
     std::string firstDifference(const std::vector<SpooledContact>& written, const std::vector<Contact>& read) const;
 

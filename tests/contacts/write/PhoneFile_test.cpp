@@ -44,7 +44,9 @@ std::string differenceIn(const std::string& file, const std::vector<Contact>& ex
         ++spooled.record;
     }
     check.check(file);
-    return check.finish();
+    const std::string difference = check.finish();
+    EXPECT_EQ(check.finish(), difference);
+    return difference;
 }
 
 /// What the check says of `contacts` once they are in a file.
