@@ -38,9 +38,9 @@ std::string usersRegion(const GlobalOptions& globals) {
 void refuseOtherRegion(Journal& journal, const GlobalOptions& globals) {
     const auto region = globals.region.empty() ? std::nullopt : journal.store().setting(regionSetting);
     if (region && *region != globals.region) {
-        throw ValueError("--region " + globals.region + ": numbers in this store are read as those of " + *region +
-                         "; leave the option out, or change the store by 'calljournal settings region " +
-                         globals.region + "'");
+        throw ValueError(
+            "--region " + globals.region + ": numbers in this store are read as those of " + printable(*region) +
+            "; leave the option out, or change the store by 'calljournal settings region " + globals.region + "'");
     }
 }
 

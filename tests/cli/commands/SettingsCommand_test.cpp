@@ -152,6 +152,20 @@ TEST_F(Settings, LetNoOtherRegionWriteToTheStore) {
     EXPECT_EQ(region(), "DE\n");
 }
 
+TEST_F(Settings, EscapeARegionThatIsNoneInTheStore) {
+    done({"settings", "region", "DE"});
+    std::string bytes = readFile(store());
+    const std::size_t at = bytes.find("regionDE");
+    ASSERT_NE(at, std::string::npos);
+    folder_.write("journal.db", bytes.replace(at, 8, "region\x1b["));
+    EXPECT_EQ(region(), "\\x1b[\n");
+    EXPECT_EQ(done({"settings"}), "Name    Value\nregion  \\x1b[\n");
+    EXPECT_EQ(done({"settings", "--format", "json"}), "{\"region\":\"\\u001b[\"}\n");
+    EXPECT_EQ(run({"viewed", "1", "--region", "GB"}).err,
+              "calljournal: --region GB: numbers in this store are read as those of \\x1b[; leave the option out, or "
+              "change the store by 'calljournal settings region GB'\n");
+}
+
 /// Runs the command with a library in front of libphonenumber and ICU that ends it where it would use one of them.
 Finished runWithoutNumbers(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(),
