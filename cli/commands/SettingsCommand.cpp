@@ -27,7 +27,7 @@ struct SettingsOptions {
 /// Something that a store can be set to.
 struct Setting {
     std::string_view name;
-    std::string (*problem)(const std::string& value);  ///< Why it makes no sense, for people; empty if it does.
+    void (*check)(const std::string& value, const GlobalOptions& globals);  ///< Throws ValueError if it makes no sense.
     void (*change)(const std::string& value, Journal& journal, const GlobalOptions& globals, std::ostream& out);
 };
 
@@ -35,6 +35,15 @@ Json joinedJson(const JoinedParty& party) {
     Json json = std::visit([](const auto& entry) { return toJsonWithKind(entry); }, party.entry);
     json["JoinedIds"] = party.joinedIds;
     return json;
+}
+
+void checkRegion(const std::string& region, const GlobalOptions& globals) {
+    if (const std::string problem = regionProblem(region); !problem.empty()) {
+        throw ValueError(std::string(regionSetting) + ": " + problem);
+    }
+    if (!globals.region.empty() && globals.region != region) {
+        throw ValueError("--region " + globals.region + ": the value is " + region + "; leave the option out");
+    }
 }
 
 void changeRegion(const std::string& region, Journal& journal, const GlobalOptions& globals, std::ostream& out) {
@@ -51,7 +60,7 @@ void changeRegion(const std::string& region, Journal& journal, const GlobalOptio
     }
 }
 
-constexpr Setting knownSettings[] = {{regionSetting, &regionProblem, &changeRegion}};
+constexpr Setting knownSettings[] = {{regionSetting, &checkRegion, &changeRegion}};
 
 std::vector<std::string> settingNames() {
     std::vector<std::string> names;
@@ -64,9 +73,7 @@ std::vector<std::string> settingNames() {
 void set(const std::string& name, const std::string& value, const CommandContext& context) {
     const Setting& setting = *std::find_if(std::begin(knownSettings), std::end(knownSettings),
                                            [&](const Setting& known) { return known.name == name; });
-    if (const std::string problem = setting.problem(value); !problem.empty()) {
-        throw ValueError(name + ": " + problem);
-    }
+    setting.check(value, context.globals);
     Session session(context.globals, context.err);
     setting.change(value, session.journal(), context.globals, context.out);
 }

@@ -152,6 +152,17 @@ TEST_F(Settings, LetNoOtherRegionWriteToTheStore) {
     EXPECT_EQ(region(), "DE\n");
 }
 
+TEST_F(Settings, TakeNoValueBesideAnotherRegion) {
+    for (const std::string value : {"DE", "ZZ"}) {
+        const Finished refused = run({"settings", "region", value, "--region", "US"});
+        EXPECT_EQ(refused.status, 2);
+        EXPECT_EQ(refused.err, "calljournal: --region US: the value is " + value + "; leave the option out\n");
+        EXPECT_EQ(refused.out, "");
+    }
+    EXPECT_FALSE(std::filesystem::exists(store()));
+    EXPECT_EQ(done({"settings", "region", "DE", "--region", "DE"}), "numbers in this store are read as those of DE\n");
+}
+
 TEST_F(Settings, EscapeARegionThatIsNoneInTheStore) {
     done({"settings", "region", "DE"});
     std::string bytes = readFile(store());
