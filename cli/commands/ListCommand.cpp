@@ -25,6 +25,9 @@ struct ListOptions {
     bool follow = false;
 };
 
+/// The largest --limit; no journal has more.
+constexpr int mostEntries = 1000000000;
+
 /// The columns of a table are as wide as so many entries need.
 constexpr std::size_t measuredEntries = 1000;
 
@@ -95,7 +98,8 @@ void addListCommand(CLI::App& app, CommandContext& context) {
     list->add_option("--until", options->filter.until, "newest call not after this time");
     list->add_option("--number", options->filter.number, "a call of this number");
     list->add_option("--name", options->filter.name, "a part of the name");
-    list->add_option("--limit", options->filter.limit, "at most so many entries");
+    list->add_option("--limit", options->filter.limit, "at most so many entries; 0 for all")
+        ->check(CLI::Range(0, mostEntries));
     list->add_flag("--follow", options->follow, "go on showing changes and their notifications until interrupted");
     list->callback([&context, options] {
         options->filter.completeTimes();

@@ -270,6 +270,19 @@ TEST_F(Command, FiltersAListInEveryFormat) {
     EXPECT_EQ(numbers({"all", "--limit", "2"}), "32");
 }
 
+TEST_F(Command, ListsAllWithTheLimitZeroAndTakesNoneThatIsNoCount) {
+    done(missed("1", "2024-05-01 10:00:00"));
+    done(missed("2", "2024-05-01 11:00:00"));
+    EXPECT_EQ(listed({"all", "--limit", "0"}).size(), 2u);
+    for (const std::string limit : {"-1", "99999999999999999999", "4294967297", "-99999999999999999999", "two"}) {
+        const Finished refused = run({"list", "all", "--limit", limit});
+        EXPECT_EQ(refused.status, 2) << limit;
+        EXPECT_NE(refused.err.find("--limit: Value " + limit + " not in range 0 to 1000000000\n"), std::string::npos)
+            << refused.err;
+        EXPECT_EQ(refused.out, "");
+    }
+}
+
 TEST_F(Command, EncodesAndDecodesAnEntry) {
     const std::string body =
         done({"encode", "missed"}, R"({"UniqueId":"1:2","Surname":"A<B","LogList":[{"Number":"1"}]})");
