@@ -35,12 +35,21 @@ struct CheckOptions {
     bool isDiff = false;
 };
 
+/// No store's mark is longer.
+constexpr std::size_t longestMark = 16;
+
+/// Returns the bytes of a file or of standard input; of a store the first ones alone, since it may be large.
 std::string readInput(const std::string& path, std::istream& in) {
     if (path == "-") {
         return readAll(in);
     }
     std::ifstream file(path, std::ios::binary);
-    std::string text = readAll(file);
+    std::string text(longestMark, '\0');
+    file.read(text.data(), longestMark);
+    text.resize(static_cast<std::size_t>(file.gcount()));
+    if (!beginsLikeAStore(text)) {
+        text += readAll(file);
+    }
     if (!file.is_open() || file.bad()) {
         throw std::runtime_error("cannot be read");
     }

@@ -1,6 +1,8 @@
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <sstream>
+#include <sys/resource.h>
 
 #include "RunCommand.h"
 
@@ -589,6 +591,17 @@ TEST_F(Check, ReportsWhatIsWrongInAStoreByItsSchemaAndEntry) {
                   store + ": CallLogReceivedCalls: reply, received, 0 entries: nothing found\n" + store +
                   ": CallLogForwardedCalls: reply, forwarded, 0 entries: nothing found\n" + store +
                   ": CallBacks: reply, callback, 0 entries: nothing found\n");
+}
+
+TEST_F(Check, KeepsNoFileInMemoryThatIsAStore) {
+    const std::string store = folder_.file("journal.db");
+    ASSERT_EQ(run({"record", "dialled", "--number", "1"}).status, 0);
+    constexpr long megabytes = 400;
+    std::filesystem::resize_file(store, megabytes << 20);
+    EXPECT_EQ(run({"check", store}).status, 0);
+    rusage children = {};
+    ASSERT_EQ(::getrusage(RUSAGE_CHILDREN, &children), 0);
+    EXPECT_LT(children.ru_maxrss, megabytes * 1024);
 }
 
 /// Changes a store behind its back.
