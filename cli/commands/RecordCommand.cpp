@@ -8,6 +8,7 @@
 #include <memory>
 #include <ostream>
 #include <set>
+#include <sstream>
 
 #include "CallRecord.h"
 #include "EntryView.h"
@@ -55,6 +56,28 @@ void recordKind(const std::vector<Json>& calls, Session& session, const GlobalOp
     if (!newCalls.empty()) {
         reportWritten(session.journal().record(newCalls), newCalls.size(), KindInterface<Item>::name, globals, out);
     }
+}
+
+/// Records all of the calls or, if it throws, none. Prints nothing before they are on disk.
+void recordAll(const std::vector<Json>& calls, const RecordOptions& options, const CommandContext& context) {
+    std::ostringstream out;
+    std::ostringstream err;
+    PrintingObserver observer(out);
+    Session session(context.globals, context.err);
+    if (options.notify) {
+        session.journal().addObserver(observer);
+    }
+    refuseOtherRegion(session.journal(), context.globals);
+    if (calls.empty()) {
+        return;
+    }
+    session.journal().store().exclusively([&] {
+        takeRegionOver(session.journal(), context.globals, err);
+        forEachKind(
+            [&](auto type) { recordKind<typename decltype(type)::Item>(calls, session, context.globals, out); });
+    });
+    context.err << err.str();
+    context.out << out.str();
 }
 
 /// "ConnectedNumberType" as people type it: "connected-number-type".
@@ -153,19 +176,7 @@ void addRecordCommand(CLI::App& app, CommandContext& context) {
     record->add_flag("--notify", options->notify, "print the notifications to observers");
     record->callback([&context, options] {
         context.action = [&context, options] {
-            const std::vector<Json> calls = callsToRecord(*options, context.in);
-            Session session(context.globals, context.err);
-            PrintingObserver observer(context.out);
-            if (options->notify) {
-                session.journal().addObserver(observer);
-            }
-            refuseOtherRegion(session.journal(), context.globals);
-            if (!calls.empty()) {
-                takeRegionOver(session.journal(), context.globals, context.err);
-            }
-            forEachKind([&](auto type) {
-                recordKind<typename decltype(type)::Item>(calls, session, context.globals, context.out);
-            });
+            recordAll(callsToRecord(*options, context.in), *options, context);
             return exitDone;
         };
     });

@@ -88,4 +88,20 @@ TEST_F(FullDisk, RefusesTheCommandWithASentenceWhereFilesAreLimited) {
     EXPECT_EQ(check.status, 0) << check.out;
 }
 
+TEST_F(FullDisk, RecordsNothingOfAFileOfCallsWhereTheLastKindDoesNotFit) {
+    ASSERT_EQ(runProgram({COMMAND, "--store", file(), "record", "missed", "--number", "1"}).status, 0);
+    const std::string calls = R"({"Kind":"missed","Number":"2"})"
+                              "\n"
+                              R"({"Kind":"callback","Number":"3","Surname":")" +
+                              std::string(400000, 'x') + "\"}\n";
+    const Finished finished = runProgram({"/bin/sh", "-c", "trap '' XFSZ; ulimit -f 400; exec \"$@\"", "sh", COMMAND,
+                                          "--store", file(), "--region", "DE", "record", "--notify", "--from", "-"},
+                                         calls);
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(finished.out, "");
+    EXPECT_EQ(finished.err.find("calljournal: store " + file() + ": the disk fails or refuses ("), 0u) << finished.err;
+    EXPECT_EQ(runSql(file(), "select count(*) from entry"), "1\n");
+    EXPECT_EQ(runProgram({COMMAND, "--store", file(), "settings", "region"}).out, "(not set)\n");
+}
+
 }  // namespace
