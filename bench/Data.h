@@ -35,7 +35,7 @@ std::string makeReply(const std::vector<MissedCallItem>& items);
 /// Returns the texts of the calls of these entries, without their "Item" tags.
 std::vector<std::string> makeCallTexts(const std::vector<MissedCallItem>& items);
 
-/// Tells whether two entries are the same in all that the format carries.
+/// Returns whether two entries are the same in all that the format carries.
 template <class Item>
 bool same(const Item& first, const Item& second);
 

@@ -10,7 +10,7 @@ inline constexpr char noRegion[] = "ZZ";
 /// Returns the region of the user's locale, such as "DE" for de_DE.UTF-8; "ZZ", which is none, where it names none.
 std::string localeRegion();
 
-/// Tells whether phone numbers are known for the region: an ISO 3166-1 code such as "GB", or "ZZ".
+/// Returns whether phone numbers are known for the region: an ISO 3166-1 code such as "GB", or "ZZ".
 bool isKnownRegion(const std::string& region);
 
 /// Gives numbers of one party the same text, its key, however they were signalled. A number that can be dialled from
@@ -23,7 +23,7 @@ public:
     /// Reads national numbers as those of `region`.
     explicit NumberMatcher(std::string region) : region_(std::move(region)) {}
 
-    /// Returns the key of `number`. Each thread remembers thousands of keys of one region: making one takes long.
+    /// Returns the key of `number`. Each thread remembers keys of one region, up to 262,144: making one takes long.
     std::string operator()(const std::string& number) const;
 
 private:

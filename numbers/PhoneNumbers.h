@@ -12,7 +12,7 @@ constexpr std::size_t longestNumber = 250;
 /// Reads `number` as one that is dialled in `region`. Returns false if nothing on earth could be meant by it.
 bool parseNumber(const std::string& number, const std::string& region, i18n::phonenumbers::PhoneNumber& parsed);
 
-/// Tells whether the number was written with its country code.
+/// Returns whether the number was written with its country code.
 bool isInternational(const i18n::phonenumbers::PhoneNumber& number);
 
 /// What may be dialled of `number`: digits, the plus sign in front, and the star and hash of service codes. A number

@@ -170,7 +170,7 @@ void addCheckCommand(CLI::App& app, CommandContext& context) {
     context.offers[files] = {fileOffer};
     const std::vector<std::string> kinds = kindNames();
     CLI::Option* kind =
-        check->add_option("--kind", options->kind, "the kind of entries that do not tell: " + joined(kinds));
+        check->add_option("--kind", options->kind, "the kind of entries that do not say: " + joined(kinds));
     kind->check(CLI::IsMember(std::set<std::string>(kinds.begin(), kinds.end())));
     context.offers[kind] = kinds;
     check->add_flag("--diff", options->isDiff, "compare two files with one entry each, value by value");

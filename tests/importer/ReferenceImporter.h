@@ -47,5 +47,5 @@ private:
 /// Returns the longest prefix that takes at most 249 bytes when it is escaped.
 std::string longestFittingPrefix(const std::string& field);
 
-/// Tells whether `text` matches the grammar of RFC 3629.
+/// Returns whether `text` matches the grammar of RFC 3629.
 bool matchesUtf8Grammar(const char* text);

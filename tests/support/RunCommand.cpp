@@ -70,7 +70,7 @@ public:
         }
     }
 
-    /// Tells whether it has ended; waits for that if `options` does not say WNOHANG.
+    /// Returns whether it has ended; waits for that if `options` does not say WNOHANG.
     bool hasEnded(int options) { return ::waitpid(child_, &status_, options) == child_; }
 
     void send(int signal) const { ::kill(child_, signal); }

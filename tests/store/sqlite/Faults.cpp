@@ -19,7 +19,7 @@ int synchronise(int descriptor) {
     return static_cast<int>(syscall(SYS_fdatasync, descriptor));
 }
 
-/// Tells whether the next write fails, and sets errno if it does.
+/// Returns whether the next write fails, and sets errno if it does.
 bool writeFails() {
     if (disk.writeError == 0 || disk.writesLeft-- > 0) {
         return false;
