@@ -12,7 +12,8 @@ namespace calljournal {
 namespace {
 
 constexpr bool isBlank(char c) {
-    return (c >= 0 && c <= ' ') || c == '\x7f';
+    const auto byte = static_cast<unsigned char>(c);
+    return byte <= ' ' || byte == 0x7fU;
 }
 
 std::string caseFolded(std::string_view text) {
