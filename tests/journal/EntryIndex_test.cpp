@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "CallLogTypes.h"
 #include "CarriedText.h"
 #include "Kinds.h"
 
@@ -36,8 +37,7 @@ protected:
     }
 };
 
-using Logs = ::testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
-TYPED_TEST_SUITE(IndexOfEachLog, Logs);
+TYPED_TEST_SUITE(IndexOfEachLog, CallLogTypes, CallLogTypeNames);
 
 TYPED_TEST(IndexOfEachLog, HasTheTimeOfTheNewestCallAndTheFoldedName) {
     const EntryKeys keys = this->keysOf(this->entry({"1", "2"}));

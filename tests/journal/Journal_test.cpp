@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "CallListDatabaseAdapterHelper.h"
+#include "CallLogTypes.h"
 #include "EntryIndex.h"
 #include "ForwardingStore.h"
 #include "KindInterface.h"
@@ -197,16 +198,7 @@ const std::string controls = [] {
 template <class Item>
 class JournalOfEachKind : public JournalOnAStore {};
 
-class KindNames {
-public:
-    template <class Item>
-    static std::string GetName(int) {
-        return KindInterface<Item>::name;
-    }
-};
-
-using Kinds = ::testing::Types<MissedCallItem, DialledCallItem, ReceivedCallItem, ForwardedCallItem>;
-TYPED_TEST_SUITE(JournalOfEachKind, Kinds, KindNames);
+TYPED_TEST_SUITE(JournalOfEachKind, CallLogTypes, CallLogTypeNames);
 
 TYPED_TEST(JournalOfEachKind, BringsControlCharactersBack) {
     NewCall<TypeParam> one = this->template call<TypeParam>(controls, controls, controls);
