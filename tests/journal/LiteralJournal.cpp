@@ -154,6 +154,74 @@ std::size_t findEntry(const std::deque<Item>& list, const std::string& uniqueId)
     return static_cast<std::size_t>(found - list.begin());
 }
 
+/// Returns the indices of the entries of each party that has several: those that share a number, and those that share one
+/// with one of these.
+template <class Item>
+std::vector<std::vector<std::size_t>> partiesWithSeveral(const std::deque<Item>& list, const NumberMatcher& numberKey) {
+    std::map<std::set<std::size_t>, std::set<std::string>> parties;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        std::set<std::size_t> indices = {i};
+        std::set<std::string> keys;
+        for (const auto& call : callsOf(list[i])) {
+            if (!call.number.empty()) {
+                keys.insert(numberKey(call.number));
+            }
+        }
+        const std::set<std::string> own = keys;
+        for (auto party = parties.begin(); party != parties.end();) {
+            const bool isSame = std::any_of(own.begin(), own.end(),
+                                            [&](const std::string& key) { return party->second.count(key) != 0; });
+            if (isSame) {
+                indices.insert(party->first.begin(), party->first.end());
+                keys.insert(party->second.begin(), party->second.end());
+            }
+            party = isSame ? parties.erase(party) : std::next(party);
+        }
+        parties.emplace(indices, keys);
+    }
+    std::vector<std::vector<std::size_t>> several;
+    for (const auto& [indices, keys] : parties) {
+        if (indices.size() > 1) {
+            several.emplace_back(indices.begin(), indices.end());
+        }
+    }
+    return several;
+}
+
+/// Returns one entry in the place of those of `list` at `indices`.
+template <class Item>
+Item joinedEntry(const std::deque<Item>& list, const std::vector<std::size_t>& indices,
+                 [[maybe_unused]] const NumberMatcher& numberKey) {
+    Item joined = list[indices.front()];
+    auto calls = callsOf(joined);
+    for (std::size_t i = 1; i < indices.size(); ++i) {
+        const Item& older = list[indices[i]];
+        calls.insert(calls.end(), callsOf(older).begin(), callsOf(older).end());
+        if (joined.getSurname().empty() && joined.getFirstname().empty()) {
+            joined.setSurname(older.getSurname());
+            joined.setFirstname(older.getFirstname());
+        }
+        if (joined.getPictureClip().empty()) {
+            joined.setPictureClip(older.getPictureClip());
+        }
+        if (joined.getEntryId().empty()) {
+            joined.setEntryId(older.getEntryId());
+        }
+        if constexpr (std::is_same_v<Item, MissedCallItem>) {
+            joined.setViewed(joined.getViewed() && older.getViewed());
+        }
+    }
+    calls.sort([](const auto& first, const auto& second) { return first.timeDate > second.timeDate; });
+    while (calls.size() > 10) {
+        calls.pop_back();
+    }
+    std::invoke(format::CallKind<Item>::setCalls, joined, calls);
+    if constexpr (std::is_same_v<Item, DialledCallItem>) {
+        joined.setJournalSeviceGroupBy(numberKey(calls.front().number));
+    }
+    return joined;
+}
+
 const std::string& timeOf(const AnyEntry& entry) {
     return std::visit([](const auto& item) -> const std::string& { return newestTime(item); }, entry);
 }
@@ -233,16 +301,53 @@ Item LiteralJournal::remove(const std::string& uniqueId) {
     std::deque<Item> list = entries<Item>();
     const std::size_t index = findEntry(list, uniqueId);
     Item removed = list[index];
-    KindInterface<Item>::send(adapter_, removed, Helper::DELETEREQUEST);
-    checkReply(recorder_.lastReply());
-    if constexpr (KindInterface<Item>::isCallLog) {
-        adapter_.deleteFromConversationsTable(uniqueId);
-        checkReply(recorder_.lastReply());
-    }
+    deleteEntry(removed);
     list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
     announce(removed, JournalServiceObserverIfc::DELETED);
     announceUnviewed(list);
     return removed;
+}
+
+std::vector<JoinedParty> LiteralJournal::changeRegion(const std::string& region) {
+    numberKey_ = NumberMatcher(region);
+    std::vector<JoinedParty> joined;
+    std::vector<Change> changes;
+    forEachCallLog([&](auto type) { join<typename decltype(type)::Item>(joined, changes); });
+    for (const Change& change : changes) {
+        std::visit([&](const auto& entry) { announce(entry, change.action); }, change.entry);
+    }
+    if (!changes.empty()) {
+        announceUnviewed(entries<MissedCallItem>());
+    }
+    return joined;
+}
+
+template <class Item>
+void LiteralJournal::join(std::vector<JoinedParty>& joined, std::vector<Change>& changes) {
+    std::deque<Item> list = entries<Item>();
+    for (const std::vector<std::size_t>& indices : partiesWithSeveral(list, numberKey_)) {
+        Item& first = list[indices.front()];
+        first = joinedEntry(list, indices, numberKey_);
+        write(list, {indices.front()});
+        joined.push_back({first, {}});
+        changes.push_back({JournalServiceObserverIfc::CHANGED, first});
+        for (std::size_t i = 1; i < indices.size(); ++i) {
+            const Item& older = list[indices[i]];
+            deleteEntry(older);
+            joined.back().joinedIds.push_back(older.getUniqueId());
+            changes.push_back({JournalServiceObserverIfc::DELETED, older});
+        }
+    }
+}
+
+template <class Item>
+void LiteralJournal::deleteEntry(const Item& entry) {
+    KindInterface<Item>::send(adapter_, entry, Helper::DELETEREQUEST);
+    checkReply(recorder_.lastReply());
+    if constexpr (KindInterface<Item>::isCallLog) {
+        adapter_.deleteFromConversationsTable(entry.getUniqueId());
+        checkReply(recorder_.lastReply());
+    }
 }
 
 std::vector<AnyEntry> LiteralJournal::wantedEntries(const Filter& filter) {

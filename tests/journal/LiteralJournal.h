@@ -30,9 +30,16 @@ public:
     template <class Item>
     Item remove(const std::string& uniqueId);
 
+    std::vector<JoinedParty> changeRegion(const std::string& region);
+
     std::vector<AnyEntry> wantedEntries(const Filter& filter);
 
 private:
+    /// Makes one entry of each party that has several of one kind, and appends what was changed to `changes`.
+    template <class Item>
+    void join(std::vector<JoinedParty>& joined, std::vector<Change>& changes);
+    template <class Item>
+    void deleteEntry(const Item& entry);
     template <class Item>
     void write(std::deque<Item>& list, const std::vector<std::size_t>& changed);
     template <class Item>
