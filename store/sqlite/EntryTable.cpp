@@ -5,8 +5,8 @@
 #include <limits>
 #include <tuple>
 
+#include "Checksum.h"
 #include "EntryBody.h"
-#include "EntryChecksum.h"
 #include "Store.h"
 #include "StoreWords.h"
 

@@ -12,6 +12,9 @@
 #include <thread>
 #include <unistd.h>
 
+#include "CheckedFiles.h"
+#include "Checksum.h"
+
 namespace calljournal {
 
 namespace {
@@ -35,7 +38,7 @@ public:
                                                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI |
                                                          SQLITE_OPEN_EXRESCODE |
                                                          SQLITE_OPEN_NOMUTEX,  // one thread at a time uses a connection
-                                                     nullptr);
+                                                     checkedFiles());
         if (code != SQLITE_OK) {
             const int systemError = sqlite_api::sqlite3_system_errno(backend->conn_);
             throw std::system_error(systemError != 0 ? systemError : EIO, std::generic_category());
@@ -181,6 +184,9 @@ void SqliteConnection::connect(const std::string& uri) {
     // A session whose constructor opens it would leave the connection open where memory runs out after that.
     session_ = std::make_unique<soci::session>();
     session_->open(factory, uri);
+    // A file that is still empty gets pages with room for a checksum, any other one when it is written anew.
+    int reserved = static_cast<int>(pageChecksumSize);
+    sqlite_api::sqlite3_file_control(handleOf(*session_), "main", SQLITE_FCNTL_RESERVE_BYTES, &reserved);
     sqlite_api::sqlite3_busy_timeout(
         handleOf(*session_), static_cast<int>(std::min<std::chrono::milliseconds::rep>(timeout_.count(), INT_MAX)));
 }
@@ -267,6 +273,9 @@ StoreError SqliteConnection::error(const soci::soci_error& failure) const {
         case SQLITE_FULL:
             return error("the disk is full; free some space and try again");
         case SQLITE_IOERR:
+            if (codeOf(failure) == SQLITE_IOERR_DATA) {
+                return damage("a page of it is not as it was written");
+            }
             return error("the disk fails or refuses (SQLite error " + std::to_string(codeOf(failure)) +
                          "); look for a full disk, a quota, a limit on file sizes or a broken disk");
         case SQLITE_CANTOPEN:

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "EntryChecksum.h"
+#include "Checksum.h"
 #include "EntryRow.h"
 #include "EntryTable.h"
 #include "PreparedStatement.h"

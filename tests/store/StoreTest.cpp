@@ -12,6 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "CheckedFiles.h"
+
 #ifdef CALLJOURNAL_COVERAGE
 extern "C" {
 #include <gcov.h>
@@ -92,7 +94,7 @@ std::string runSql(const std::string& file, const std::string& sql) {
         }
         return 0;
     };
-    sqlite3_open(file.c_str(), &database);
+    sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, calljournal::checkedFiles());
     const int result = sqlite3_exec(database, sql.c_str(), append, &values, nullptr);
     const std::string message = sqlite3_errmsg(database);
     sqlite3_close(database);

@@ -235,8 +235,9 @@ TEST_F(StoreFile, IsFoundDamagedWhenItIs) {
     std::string content = contentOf(file());
     content.replace(8192, content.size() - 8192, content.size() - 8192, '\xa5');
     writeFile(file(), content);
-    const std::string damage =
-        "store " + file() + ": it is damaged; move it away, and save what the sqlite3 tool can still .recover from it";
+    const std::string damage = "store " + file() +
+                               ": it is damaged (a page of it is not as it was written); move it away, and save what "
+                               "the sqlite3 tool can still .recover from it";
     EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage));
     EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage));
 }

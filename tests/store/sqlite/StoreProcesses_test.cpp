@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "CheckedFiles.h"
 #include "StoreTest.h"
 
 namespace {
@@ -42,7 +43,7 @@ std::string storedIds(const std::string& file) {
 class Lock {
 public:
     explicit Lock(const std::string& file, const char* statements = "begin immediate") {
-        sqlite3_open(file.c_str(), &database_);
+        sqlite3_open_v2(file.c_str(), &database_, SQLITE_OPEN_READWRITE, calljournal::checkedFiles());
         EXPECT_EQ(sqlite3_exec(database_, statements, nullptr, nullptr, nullptr), SQLITE_OK);
     }
     ~Lock() { sqlite3_close(database_); }

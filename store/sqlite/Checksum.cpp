@@ -1,6 +1,5 @@
-#include "EntryChecksum.h"
+#include "Checksum.h"
 
-#include <cstdint>
 #include <string>
 
 namespace calljournal {
@@ -55,6 +54,10 @@ long long entryChecksum(std::string_view schema, const EntryRow& row) {
 
 long long checksumOfVersion2(std::string_view schema, std::string_view id, long long place, std::string_view body) {
     return folded(goOnByBytes(goOnByBytes(goOnByBytes(goOnByBytes(offset, schema), id), std::to_string(place)), body));
+}
+
+std::uint64_t pageChecksum(std::uint64_t number, std::string_view page) {
+    return goOn(goOn(offset, number), page);
 }
 
 }  // namespace calljournal

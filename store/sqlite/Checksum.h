@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "EntryRow.h"
@@ -12,5 +14,11 @@ long long entryChecksum(std::string_view schema, const EntryRow& row);
 
 /// The checksum of an entry in the tables of version 2.
 long long checksumOfVersion2(std::string_view schema, std::string_view id, long long place, std::string_view body);
+
+/// How many bytes at the end of each page of a store hold its checksum.
+constexpr std::size_t pageChecksumSize = sizeof(std::uint64_t);
+
+/// Returns the checksum of the page of a database that has this number. `page` is all of it but its own checksum.
+std::uint64_t pageChecksum(std::uint64_t number, std::string_view page);
 
 }  // namespace calljournal
