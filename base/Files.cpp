@@ -2,13 +2,46 @@
 
 #include <cerrno>
 #include <istream>
-#include <iterator>
+#include <stdexcept>
+#include <system_error>
 #include <unistd.h>
 
 namespace calljournal {
 
+namespace {
+
+constexpr std::size_t pieceSize = 65536;
+
+}  // namespace
+
+std::string sizeText(std::uint64_t bytes) {
+    constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20;
+    return bytes % mebibyte == 0 ? std::to_string(bytes / mebibyte) + " MiB" : std::to_string(bytes) + " bytes";
+}
+
+std::string tooMuchInput(std::uint64_t most) {
+    return "has more than " + sizeText(most) + ", which is as much as is read";
+}
+
+void readPieces(std::istream& in, const std::function<void(std::string_view)>& use) {
+    std::string piece(pieceSize, '\0');
+    while (in.read(piece.data(), static_cast<std::streamsize>(piece.size())) || in.gcount() != 0) {
+        use(std::string_view(piece).substr(0, static_cast<std::size_t>(in.gcount())));
+    }
+    if (!in.eof()) {
+        throw std::runtime_error("cannot be read (" + std::generic_category().message(errno) + ')');
+    }
+}
+
 std::string readAll(std::istream& in) {
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    std::string text;
+    readPieces(in, [&](std::string_view piece) {
+        if (text.size() + piece.size() > mostInput) {
+            throw std::runtime_error(tooMuchInput());
+        }
+        text += piece;
+    });
+    return text;
 }
 
 bool writeAll(int descriptor, std::string_view bytes) {

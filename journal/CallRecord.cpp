@@ -71,13 +71,16 @@ Json withoutKind(Json json) {
     return json;
 }
 
-/// Returns what `read` returns; a refusal says at which place of a file.
+/// Returns what `read` returns; a refusal says at which place of a file: "line 3: ...", "line 3, column 7: ...".
 template <class Read>
 Json readAt(const std::string& place, Read read) {
     try {
         return read();
     } catch (const ValueError& error) {
-        throw ValueError(place + error.what());
+        constexpr std::string_view onlyLine = "line 1, ";
+        const std::string_view sentence = error.what();
+        const bool hasColumn = sentence.substr(0, onlyLine.size()) == onlyLine;
+        throw ValueError((place + (hasColumn ? ", " : ": ")).append(sentence.substr(hasColumn ? onlyLine.size() : 0)));
     }
 }
 
@@ -104,7 +107,7 @@ std::vector<Json> readCalls(const std::string& text, const std::string& kind) {
     const std::size_t start = text.find_first_not_of(" \t\r\n");
     if (start != std::string::npos && text[start] == '[') {
         for (Json& call : parseJson(text)) {
-            const std::string place = "call " + std::to_string(calls.size() + 1) + ": ";
+            const std::string place = "call " + std::to_string(calls.size() + 1);
             calls.push_back(readAt(place, [&] { return checkedCall(std::move(call), kind); }));
         }
         return calls;
@@ -113,7 +116,7 @@ std::vector<Json> readCalls(const std::string& text, const std::string& kind) {
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find('\n', begin), text.size());
         const std::string line = text.substr(begin, end - begin);
-        const std::string place = "line " + std::to_string(++lineNumber) + ": ";
+        const std::string place = "line " + std::to_string(++lineNumber);
         begin = end + 1;
         if (line.find_first_not_of(" \t\r") == std::string::npos) {
             continue;

@@ -14,13 +14,22 @@ bool isNotTooDeep(int depth, Json::parse_event_t /*event*/, Json& /*value*/) {
     return true;
 }
 
+/// What the library says, without its own names for errors.
+std::string sentenceOf(const Json::exception& error) {
+    constexpr std::string_view withPlace = "parse error at ";
+    const std::string_view text = error.what();
+    const std::string_view sentence = text.substr(text.find("] ") + 2);
+    const bool hasPlace = sentence.substr(0, withPlace.size()) == withPlace;
+    return std::string(sentence.substr(hasPlace ? withPlace.size() : 0));
+}
+
 }  // namespace
 
 Json parseJson(const std::string& text) {
     try {
         return Json::parse(text, isNotTooDeep);
     } catch (const Json::exception& error) {  // a number that overflows is no parse_error
-        throw ValueError(error.what());
+        throw ValueError(sentenceOf(error));
     }
 }
 

@@ -12,7 +12,7 @@
 
 namespace calljournal {
 
-/// Reads the JSON that people give to the command. Throws ValueError if it is none, or nested deeper than any input
+/// Reads the JSON that people give to the command. Throws ValueError, with line and column, if it is none, or nested deeper than any input
 /// that makes sense: copying and writing such a value would use up the stack.
 Json parseJson(const std::string& text);
 

@@ -14,6 +14,7 @@
 #include "ErrorMessage.h"
 #include "Files.h"
 #include "FindingView.h"
+#include "Input.h"
 #include "KindDescriptor.h"
 #include "Kinds.h"
 #include "MessageCheck.h"
@@ -39,7 +40,7 @@ struct CheckOptions {
 constexpr std::size_t longestMark = 16;
 
 /// Returns the bytes of a file or of standard input; of a store the first ones alone, since it may be large.
-std::string readInput(const std::string& path, std::istream& in) {
+std::string bytesOf(const std::string& path, std::istream& in) {
     if (path == "-") {
         return readAll(in);
     }
@@ -50,14 +51,11 @@ std::string readInput(const std::string& path, std::istream& in) {
     if (!beginsLikeAStore(text)) {
         text += readAll(file);
     }
-    if (!file.is_open() || file.bad()) {
-        throw std::runtime_error("cannot be read");
-    }
     return text;
 }
 
 std::string nameOf(const std::string& path) {
-    return path == "-" ? "standard input" : printable(path);
+    return printable(inputName(path));
 }
 
 /// Prints what the messages of a text are and what is wrong with them; returns whether nothing is.
@@ -95,7 +93,7 @@ bool reportStore(const std::string& path, std::ostream& out) {
 }
 
 bool checkFile(const std::string& path, const CheckOptions& options, std::istream& in, std::ostream& out) {
-    const std::string text = readInput(path, in);
+    const std::string text = bytesOf(path, in);
     if (path != "-" && beginsLikeAStore(text)) {
         return reportStore(path, out);
     }
@@ -111,7 +109,7 @@ struct OnlyEntry {
 OnlyEntry readOnlyEntry(const std::string& path, const CheckOptions& options, std::istream& in) {
     std::string text;
     try {
-        text = readInput(path, in);
+        text = bytesOf(path, in);
     } catch (const std::runtime_error& error) {
         throw std::runtime_error(nameOf(path) + ": " + error.what());
     }

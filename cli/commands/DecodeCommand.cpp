@@ -8,6 +8,7 @@
 #include "ErrorMessage.h"
 #include "Files.h"
 #include "FindingView.h"
+#include "Input.h"
 #include "ItemJson.h"
 #include "Kinds.h"
 #include "TextPosition.h"
@@ -17,7 +18,7 @@
 namespace calljournal {
 
 ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& out, std::ostream& err) {
-    std::string body = readAll(in);
+    std::string body = readInput("-", in, readAll);
     if (!body.empty() && body.back() == '\n') {
         body.pop_back();
     }
@@ -29,8 +30,8 @@ ExitCode decodeEntry(const std::string& kind, std::istream& in, std::ostream& ou
     });
     const std::optional<Finding> defect = findDefect(body);
     if (defect) {
-        printError(
-            err, "standard input: " + TextPosition(body).of(defect->place.at) + ": " + sentenceOf(*defect, &showValue));
+        printError(err, inputName("-") + ": " + TextPosition(body).of(defect->place.at) + ": " +
+                            sentenceOf(*defect, &showValue));
         return exitRefused;
     }
     return exitDone;

@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "Files.h"
+#include "Input.h"
 #include "ItemJson.h"
 #include "Kinds.h"
 #include "WordOption.h"
@@ -25,7 +26,7 @@ void addEncodeCommand(CLI::App& app, CommandContext& context) {
     addWord(*encode, context, "kind", *kind, callLogNames(), true);
     encode->callback([&context, kind] {
         context.action = [&context, kind] {
-            encodeEntry(*kind, context.in, context.out);
+            readInput("-", context.in, [&](std::istream& in) { encodeEntry(*kind, in, context.out); });
             return exitDone;
         };
     });

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>
-#include <fstream>
 #include <istream>
 #include <memory>
 #include <ostream>
@@ -13,6 +12,7 @@
 #include "CallRecord.h"
 #include "EntryView.h"
 #include "Files.h"
+#include "Input.h"
 #include "ItemJson.h"
 #include "Kinds.h"
 #include "PrintableText.h"
@@ -153,14 +153,7 @@ std::vector<Json> callsToRecord(const RecordOptions& options, std::istream& in) 
     if (!options.call.empty()) {
         throw ValueError("--from takes each call from the file; give no call beside it");
     }
-    if (options.from == "-") {
-        return readCalls(readAll(in), options.kind);
-    }
-    std::ifstream file(options.from, std::ios::binary);
-    if (!file) {
-        throw std::runtime_error(options.from + ": cannot be read");
-    }
-    return readCalls(readAll(file), options.kind);
+    return readInput(options.from, in, [&](std::istream& calls) { return readCalls(readAll(calls), options.kind); });
 }
 
 }  // namespace

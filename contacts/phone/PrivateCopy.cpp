@@ -42,11 +42,6 @@ private:
     int number_;
 };
 
-std::string sizeText(std::uint64_t bytes) {
-    constexpr std::uint64_t mebibyte = std::uint64_t{1024} * 1024;
-    return bytes % mebibyte == 0 ? std::to_string(bytes / mebibyte) + " MiB" : std::to_string(bytes) + " bytes";
-}
-
 /// Copies from one open file to another; `problem` says why it could not.
 class Copying {
 public:
@@ -64,7 +59,7 @@ public:
             }
             done += bytes.size();
             if (done > options_.mostBytes) {
-                result_.problem = "has more than " + sizeText(options_.mostBytes) + ", which is as much as is read";
+                result_.problem = tooMuchInput(options_.mostBytes);
                 return false;
             }
             if (isHead) {

@@ -4,13 +4,15 @@
 #include <functional>
 #include <string>
 
+#include "Files.h"
+
 namespace calljournal {
 
 /// How a user's file is copied for an import, which deletes what it has read.
 struct CopyOptions {
-    bool fromLatin1 = false;                                     ///< Turn ISO 8859-1 into UTF-8 on the way.
-    std::uint64_t mostBytes = std::uint64_t{256} * 1024 * 1024;  ///< A file may have so many bytes.
-    int timeout = 30000;                                         ///< Milliseconds to wait for the next bytes of a pipe.
+    bool fromLatin1 = false;              ///< Turn ISO 8859-1 into UTF-8 on the way.
+    std::uint64_t mostBytes = mostInput;  ///< A file may have so many bytes.
+    int timeout = 30000;                  ///< Milliseconds to wait for the next bytes of a pipe.
     std::function<void(std::uint64_t done, std::uint64_t total)>
         progress;  ///< Called with numbers of bytes; total 0: not known.
 };

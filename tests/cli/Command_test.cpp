@@ -202,8 +202,9 @@ TEST_F(Command, WritesNothingOfAFileWithOneBadCall) {
     const Finished finished =
         run({"record", "--from", "-"}, "{\"Kind\":\"missed\",\"Number\":\"1\"}\n{\"Kind\":\"lost\"}\n");
     EXPECT_EQ(finished.status, 2);
-    EXPECT_EQ(finished.err,
-              "calljournal: line 2: \"lost\" is not one of missed, dialled, received, forwarded, callback\n");
+    EXPECT_EQ(
+        finished.err,
+        "calljournal: standard input: line 2: \"lost\" is not one of missed, dialled, received, forwarded, callback\n");
     EXPECT_EQ(listed({"all"}).size(), 0u);
 }
 
@@ -302,8 +303,32 @@ TEST_F(Command, DecodesWhatItCanOfADamagedEntryAndNamesThePlace) {
 }
 
 TEST_F(Command, RefusesToEncodeWhatIsNoEntry) {
-    EXPECT_EQ(run({"encode", "missed"}, "{").status, 2);
-    EXPECT_EQ(run({"encode", "missed"}, R"({"Viewed":1})").err, "calljournal: Viewed: 1 is neither true nor false\n");
+    const Finished cut = run({"encode", "missed"}, "{");
+    EXPECT_EQ(cut.status, 2);
+    EXPECT_EQ(cut.err.find("calljournal: standard input: line 1, column 2: syntax error while parsing object key"), 0u)
+        << cut.err;
+    EXPECT_EQ(run({"encode", "missed"}, R"({"Viewed":1})").err,
+              "calljournal: standard input: Viewed: 1 is neither true nor false\n");
+}
+
+TEST_F(Command, SaysWhyAnInputCannotBeRead) {
+    const auto saidOf = [&](const std::string& arguments) {
+        return runProgram({"/bin/bash", "-c", "exec " COMMAND " --store " + store() + ' ' + arguments}).err;
+    };
+    EXPECT_EQ(saidOf("encode missed </proc/self"), "calljournal: standard input: cannot be read (Is a directory)\n");
+    EXPECT_EQ(saidOf("decode missed <&-"), "calljournal: standard input: cannot be read (Bad file descriptor)\n");
+    EXPECT_EQ(saidOf("record --from /proc/self"), "calljournal: /proc/self: cannot be read (Is a directory)\n");
+    EXPECT_EQ(saidOf("record --from no/file"), "calljournal: no/file: cannot be read (No such file or directory)\n");
+    EXPECT_EQ(saidOf("check /proc/self"), "calljournal: /proc/self: cannot be read (Is a directory)\n");
+    EXPECT_EQ(saidOf("check --diff no/file /proc/self"),
+              "calljournal: no/file: cannot be read (No such file or directory)\n");
+}
+
+TEST_F(Command, EndsAtALimitWhereAnInputHasNoEnd) {
+    const std::string limit = "has more than 256 MiB, which is as much as is read\n";
+    EXPECT_EQ(runProgram({"/bin/bash", "-c", "exec " COMMAND " decode missed </dev/zero"}).err,
+              "calljournal: standard input: " + limit);
+    EXPECT_EQ(run({"record", "--from", "/dev/zero"}).err, "calljournal: /dev/zero: " + limit);
 }
 
 TEST_F(Command, FollowsWhatAnotherProcessChanges) {

@@ -28,8 +28,13 @@ TEST(CallRecord, RefusesNestingThatWouldUseUpTheStack) {
 }
 
 TEST(CallRecord, RefusesANumberThatOverflowsAndNamesItsLine) {
-    EXPECT_EQ(refusal("{\"Number\":\"1\"}\n{\"Number\":1e999}\n"),
-              "line 2: [json.exception.out_of_range.406] number overflow parsing '1e999'");
+    EXPECT_EQ(refusal("{\"Number\":\"1\"}\n{\"Number\":1e999}\n"), "line 2: number overflow parsing '1e999'");
+}
+
+TEST(CallRecord, NamesLineAndColumnOfWhatIsNoJson) {
+    const std::string problem = "syntax error while parsing value - invalid literal; last read: ";
+    EXPECT_EQ(refusal("{\"Number\":\"1\"}\n{\"Number\":x}\n"), "line 2, column 11: " + problem + "'\"Number\":x'");
+    EXPECT_EQ(refusal("[{\"Number\":\"1\"},\n{\"Number\":x}]\n"), "line 2, column 11: " + problem + "'\"Number\":x'");
 }
 
 TEST(CallRecord, NamesTheElementAtFault) {

@@ -196,7 +196,8 @@ TEST_F(Check, GoesOnAfterAFileThatItCannotRead) {
     const Finished finished = run({"check", missing, wrong, good});
     EXPECT_EQ(finished.status, 1);
     EXPECT_EQ(finished.out, good + ": 1 entry, missed: nothing found\n");
-    EXPECT_EQ(finished.err.substr(0, finished.err.find('\n')), "calljournal: " + missing + ": cannot be read");
+    EXPECT_EQ(finished.err.substr(0, finished.err.find('\n')),
+              "calljournal: " + missing + ": cannot be read (No such file or directory)");
     EXPECT_NE(finished.err.find("calljournal: " + wrong + ": "), std::string::npos);
 }
 
