@@ -39,9 +39,7 @@ void pass(int signal) {
 
 Interruption::Interruption() {
     const sigset_t ending = endingSignals();
-    sigset_t blocked = ending;
-    sigaddset(&blocked, SIGPIPE);
-    ::pthread_sigmask(SIG_BLOCK, &blocked, &before_);
+    ::pthread_sigmask(SIG_BLOCK, &ending, &before_);
     signals_ = ::signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
     stop_ = ::eventfd(0, EFD_CLOEXEC);
     thread_ = std::thread([this] { wait(); });

@@ -6,8 +6,7 @@
 namespace calljournal {
 
 /// While the object lives, a signal that ends the process (Ctrl-C, a closed terminal, a plain kill) ends it without
-/// leaving temporary files, at once, whatever it is doing. A pipe that nobody reads any more ends it when the object
-/// goes.
+/// leaving temporary files, at once, whatever it is doing.
 ///
 /// It has to be made before other threads are, which take over what signals they leave alone.
 class Interruption {

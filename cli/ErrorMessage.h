@@ -1,12 +1,12 @@
 #pragma once
 
 #include <ostream>
-#include <string>
+#include <string_view>
 
 namespace calljournal {
 
 /// Says on `err`, as the program, what went wrong.
-inline void printError(std::ostream& err, const std::string& sentence) {
+inline void printError(std::ostream& err, std::string_view sentence) {
     err << "calljournal: " << sentence << '\n';
 }
 

@@ -1,21 +1,49 @@
+#include <csignal>
 #include <iostream>
+#include <new>
 #include <unistd.h>
 
 #include "CommandLine.h"
 #include "ErrorMessage.h"
 #include "HostPlatform.h"
-#include "TerminalOutput.h"
+#include "StandardOutput.h"
+
+namespace {
+
+using namespace calljournal;
+
+/// Says on standard error what the command throws, other than OutputError.
+ExitCode run(int argc, const char* const* argv, std::ostream& out) {
+    try {
+        return runCommand(argc, argv, std::cin, out, std::cerr);
+    } catch (const OutputError&) {
+        throw;
+    } catch (const std::bad_alloc&) {
+        printError(std::cerr, "there is not enough memory for this; close other programs, or give it less at once");
+    } catch (const std::exception& error) {
+        printError(std::cerr, error.what());
+    }
+    return exitRefused;
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
+    refuseClosedDescriptors();
+    std::signal(SIGPIPE, SIG_IGN);  // what is not read any more fails as what cannot be written does
     std::ios::sync_with_stdio(false);
-    const calljournal::TerminalOutput out(std::cout, STDOUT_FILENO);
-    const calljournal::TerminalOutput err(std::cerr, STDERR_FILENO);
-    calljournal::setLogSink([](const std::string& line) { std::cerr << line << std::flush; });
+    const TerminalOutput err(std::cerr, STDERR_FILENO);
+    StandardOutput out(std::cerr);
+    setLogSink([](const std::string& line) { std::cerr << line << std::flush; });
     try {
-        return calljournal::runCommand(argc, argv, std::cin, std::cout, std::cerr);
-    } catch (const std::exception& error) {
-        std::cout.flush();
-        calljournal::printError(std::cerr, error.what());
-        return calljournal::exitRefused;
+        const ExitCode code = run(argc, argv, out.stream());
+        out.stream().flush();
+        return code;
+    } catch (const OutputError& error) {
+        if (error.isUnread()) {
+            return exitDone;
+        }
+        printError(std::cerr, error.what());
+        return exitRefused;
     }
 }

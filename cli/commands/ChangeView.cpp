@@ -110,7 +110,7 @@ void followEntries(const Filter& filter, Session& session, const std::function<v
     std::uint64_t number = changesSince(session.journal(), 0).number;
     list();
     context.out.flush();
-    while (isInterrupted == 0 && context.out.good()) {
+    while (isInterrupted == 0) {
         std::this_thread::sleep_for(pollInterval);
         const auto now = session.journal().store().changeCount();
         if (now != seen) {

@@ -1,14 +1,15 @@
 #include "ConvertCommand.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
 #include <ostream>
 #include <set>
+#include <stdexcept>
 
 #include "ErrorMessage.h"
+#include "Files.h"
 #include "Interruption.h"
 #include "ProgressBar.h"
 #include "Region.h"
@@ -57,10 +58,8 @@ void copyTo(std::ostream& out, const std::vector<std::string>& files) {
         throw ContactFilesError("these are " + std::to_string(files.size()) +
                                 " files; name the first with -o, or ask for one with --cut");
     }
-    // An empty file would leave the stream in a failed state.
-    if (std::filesystem::file_size(files.front()) != 0) {
-        out << std::ifstream(files.front(), std::ios::binary).rdbuf();
-    }
+    std::ifstream file(files.front(), std::ios::binary);
+    readPieces(file, [&out](std::string_view piece) { out << piece; });
 }
 
 void convert(const ConvertOptions& options, std::ostream& out, std::ostream& err) {
@@ -87,7 +86,7 @@ ExitCode convertBooks(const ConvertOptions& options, std::ostream& out, std::ost
     } catch (const AddressBookError& error) {
         printError(err, error.what());
         return error.reason() == AddressBookError::Reason::option ? exitWrongUsage : exitRefused;
-    } catch (const std::exception& error) {
+    } catch (const std::runtime_error& error) {
         printError(err, error.what());
     }
     return exitRefused;

@@ -156,9 +156,6 @@ private:
         const ImportContactsCSVParser import(copy, options_.existing);
         const int outcome = import.getCSVType();
         const std::vector<Contact> contacts = import.getContacts();
-        if (options_.consume) {
-            consume();
-        }
         if (copied.hadByteOrderMark) {
             tell("the byte-order mark in front was left out");
         }
@@ -178,6 +175,10 @@ private:
             sentence += "; the file is UTF-16 and has to be saved as UTF-8";
         }
         tell(std::string(outcomeNames[outcome]) + " (" + std::to_string(outcome) + "): " + sentence);
+        if (options_.consume) {
+            context_.out.flush();  // throws if what was in the file cannot be shown
+            consume();
+        }
         return isSuccess(outcome);
     }
 

@@ -57,7 +57,7 @@ void printTable(Journal& journal, const Filter& filter, std::ostream& out) {
         }
         table.add(rowOf(entry, isMixed));
         isEmpty = false;
-        return out.good();
+        return true;
     });
     if (isEmpty) {
         out << "no " << (isMixed ? "" : filter.kinds.front() + ' ') << "calls\n";
@@ -82,7 +82,7 @@ void listEntries(const Filter& filter, Session& session, const GlobalOptions& gl
     }
     forEachWanted(session.journal(), filter, [&](const AnyEntry& entry) {
         out << std::visit([&](const auto& item) { return lineOf(item, globals.format); }, entry) << '\n';
-        return out.good();
+        return true;
     });
 }
 

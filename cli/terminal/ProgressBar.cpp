@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -76,7 +75,6 @@ ProgressBar::Draw terminalDrawing() {
     }
     // Past the stream, which lets nothing drive a terminal.
     return [](const std::string& text) {
-        std::cerr.flush();
         if (::write(STDERR_FILENO, text.data(), text.size()) < 0) {
             return;  // a bar that cannot be seen is no failure
         }

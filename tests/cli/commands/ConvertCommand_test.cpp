@@ -197,8 +197,7 @@ TEST_F(ConvertCommand, LeavesNothingWhenItIsInterrupted) {
 TEST_F(ConvertCommand, LeavesNothingWhenNobodyReadsOn) {
     const std::string book = folder_.write("book.csv", manyPeople(20000));
     const std::string command = "TMPDIR=" + temporary_ + " LC_ALL=C " COMMAND " convert --to json " + book;
-    EXPECT_EQ(runProgram({"/bin/bash", "-c", command + " | head -n 1 > /dev/null; exit ${PIPESTATUS[0]}"}).status,
-              128 + SIGPIPE);
+    EXPECT_EQ(runProgram({"/bin/bash", "-c", command + " | head -n 1 > /dev/null; exit ${PIPESTATUS[0]}"}).status, 0);
     EXPECT_TRUE(fs::is_empty(temporary_));
 }
 

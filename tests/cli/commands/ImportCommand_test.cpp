@@ -193,8 +193,8 @@ TEST_F(ImportCommand, DeletesTheFileOnlyToConsumeItWhateverTheOutcome) {
 TEST_F(ImportCommand, SaysThatAFileCannotBeDeleted) {
     const Finished finished = run({"--consume", temporary_});
     EXPECT_EQ(finished.status, 1);
-    EXPECT_EQ(finished.err, "calljournal: " + temporary_ + ": cannot be deleted\n" + temporary_ +
-                                ": CSV_FILE_ERROR (6): Is a directory\n");
+    EXPECT_EQ(finished.err, temporary_ + ": CSV_FILE_ERROR (6): Is a directory\ncalljournal: " + temporary_ +
+                                ": cannot be deleted\n");
 }
 
 TEST_F(ImportCommand, DeletesNoLink) {
@@ -204,7 +204,7 @@ TEST_F(ImportCommand, DeletesNoLink) {
     const Finished finished = run({"--consume", link});
     EXPECT_EQ(finished.status, 0);
     EXPECT_EQ(finished.err,
-              "calljournal: " + link + ": cannot be deleted\n" + link + ": CSV_TAMBER (7): 2 contacts imported\n");
+              link + ": CSV_TAMBER (7): 2 contacts imported\ncalljournal: " + link + ": cannot be deleted\n");
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_EQ(readFile(file), good_);
 }
