@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "Salvage.h"
+#include "SqliteSalvage.h"
 #include "SqliteStore.h"
 #include "StoreUrl.h"
 
@@ -18,11 +20,13 @@ struct Engine {
     std::string_view form;  ///< How a URL of one is written.
     std::string_view mark;  ///< What the file of one begins with, and other files do not; not empty.
     std::unique_ptr<Store> (*open)(const std::string& url, EntryIndexer indexer, std::chrono::milliseconds timeout);
+    Salvage (*salvage)(const std::string& url);
 };
 
 /// A URL without a scheme is one of the first engine's.
 constexpr Engine engines[] = {
-    {"sqlite3", "SQLite files", "sqlite3://PATH or a plain path", "SQLite format 3", openSqliteStore},
+    {"sqlite3", "SQLite files", "sqlite3://PATH or a plain path", "SQLite format 3", openSqliteStore,
+     salvageSqliteStore},
 };
 
 /// What can be opened, for the sentence on a scheme that cannot.
@@ -34,17 +38,25 @@ std::string joined(std::string_view Engine::*words) {
     return text;
 }
 
-}  // namespace
-
-std::unique_ptr<Store> openStore(const std::string& url, EntryIndexer indexer, std::chrono::milliseconds timeout) {
+const Engine& engineOf(const std::string& url) {
     const std::string_view scheme = schemeOf(url);
     for (const Engine& engine : engines) {
         if (scheme.empty() || scheme == engine.scheme) {
-            return engine.open(url, std::move(indexer), timeout);
+            return engine;
         }
     }
     throw StoreError("store " + url + ": only " + joined(&Engine::what) + " can be used; write " +
                      joined(&Engine::form));
+}
+
+}  // namespace
+
+std::unique_ptr<Store> openStore(const std::string& url, EntryIndexer indexer, std::chrono::milliseconds timeout) {
+    return engineOf(url).open(url, std::move(indexer), timeout);
+}
+
+Salvage salvageStore(const std::string& url) {
+    return engineOf(url).salvage(url);
 }
 
 bool beginsLikeAStore(std::string_view bytes) {

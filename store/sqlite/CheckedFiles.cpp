@@ -61,22 +61,14 @@ bool isPageSize(int size) {
     return size >= smallestPage && (size & (size - 1)) == 0;
 }
 
-using ChecksumBytes = std::array<char, pageChecksumSize>;
-
-/// Returns what is to be at the end of a page: its checksum, lowest byte first, as on every machine.
-ChecksumBytes checksumOf(const char* page, int size, std::uint64_t number) {
-    const std::uint64_t sum = pageChecksum(number, {page, static_cast<std::size_t>(size) - pageChecksumSize});
-    ChecksumBytes bytes = {};
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        bytes[i] = static_cast<char>(sum >> 8U * i);
-    }
-    return bytes;
+std::string_view bytesOf(const void* page, int size) {
+    return {static_cast<const char*>(page), static_cast<std::size_t>(size)};
 }
 
 /// Copies a page to `target` and gives it its checksum there.
-void copyWithChecksum(const char* page, int size, std::uint64_t number, char* target) {
-    const ChecksumBytes sum = checksumOf(page, size, number);
-    std::copy(sum.begin(), sum.end(), std::copy(page, page + size - sum.size(), target));
+void copyWithChecksum(std::string_view page, std::uint64_t number, char* target) {
+    const auto sum = pageChecksum(number, page);
+    std::copy(sum.begin(), sum.end(), std::copy(page.begin(), page.end() - sum.size(), target));
 }
 
 std::uint64_t numberOfPage(sqlite3_int64 offset, int size) {
@@ -101,8 +93,7 @@ int readPage(CheckedFile& database, char* page, int size, sqlite3_int64 offset) 
         return code;
     }
     // SQLite would take what is missing at the end for zeros.
-    const ChecksumBytes sum = checksumOf(page, size, numberOfPage(offset, size));
-    const bool isRight = code == SQLITE_OK && std::equal(sum.begin(), sum.end(), page + size - sum.size());
+    const bool isRight = code == SQLITE_OK && hasItsChecksum(numberOfPage(offset, size), bytesOf(page, size));
     return isRight ? SQLITE_OK : SQLITE_IOERR_DATA;
 }
 
@@ -139,7 +130,7 @@ int writeDatabase(sqlite3_file* file, const void* buffer, int size, sqlite3_int6
     if (!database.room) {
         return SQLITE_IOERR_NOMEM;
     }
-    copyWithChecksum(page, size, numberOfPage(offset, size), database.room.get());
+    copyWithChecksum(bytesOf(page, size), numberOfPage(offset, size), database.room.get());
     return database.write(database.room.get(), size, offset);
 }
 
@@ -169,7 +160,7 @@ int readLog(sqlite3_file* file, void* buffer, int size, sqlite3_int64 offset) {
         return SQLITE_OK;
     }
     const auto* page = static_cast<const char*>(buffer);
-    const std::uint32_t number = log::checkedPageNumber(readerOf(log), {page, static_cast<std::size_t>(size)}, offset);
+    const std::uint32_t number = log::checkedPageNumber(readerOf(log), bytesOf(page, size), offset);
     if (number == 1) {
         learn(*log.database, page, size);
     }
@@ -188,7 +179,7 @@ int writeLogPage(CheckedFile& log, const char* page, int size, sqlite3_int64 off
     if (!isBehindHeader && log.read(log.frameHeader.data(), headerSize, offset - headerSize) != SQLITE_OK) {
         return SQLITE_IOERR_WRITE;
     }
-    copyWithChecksum(page, size, log::pageNumber(log.frameHeader.data()),
+    copyWithChecksum(bytesOf(page, size), log::pageNumber(log.frameHeader.data()),
                      std::copy(log.frameHeader.begin(), log.frameHeader.end(), room));
     if (!isBehindHeader) {
         // A page that a transaction changes again after it was written out is written over; the headers from the first

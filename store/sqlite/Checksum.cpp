@@ -56,8 +56,19 @@ long long checksumOfVersion2(std::string_view schema, std::string_view id, long 
     return folded(goOnByBytes(goOnByBytes(goOnByBytes(goOnByBytes(offset, schema), id), std::to_string(place)), body));
 }
 
-std::uint64_t pageChecksum(std::uint64_t number, std::string_view page) {
-    return goOn(goOn(offset, number), page);
+std::array<char, pageChecksumSize> pageChecksum(std::uint64_t number, std::string_view page) {
+    page.remove_suffix(pageChecksumSize);
+    const std::uint64_t sum = goOn(goOn(offset, number), page);
+    std::array<char, pageChecksumSize> bytes = {};
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<char>(sum >> 8U * i);
+    }
+    return bytes;
+}
+
+bool hasItsChecksum(std::uint64_t number, std::string_view page) {
+    const auto sum = pageChecksum(number, page);
+    return page.substr(page.size() - sum.size()) == std::string_view(sum.data(), sum.size());
 }
 
 }  // namespace calljournal

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -18,7 +19,11 @@ long long checksumOfVersion2(std::string_view schema, std::string_view id, long 
 /// How many bytes at the end of each page of a store hold its checksum.
 constexpr std::size_t pageChecksumSize = sizeof(std::uint64_t);
 
-/// Returns the checksum of the page of a database that has this number. `page` is all of it but its own checksum.
-std::uint64_t pageChecksum(std::uint64_t number, std::string_view page);
+/// Returns what is to be at the end of the page of a database that has this number: its checksum, lowest byte first, as
+/// on every machine. `page` is all of it; its own last bytes do not count.
+std::array<char, pageChecksumSize> pageChecksum(std::uint64_t number, std::string_view page);
+
+/// Returns whether the page ends in its checksum.
+bool hasItsChecksum(std::uint64_t number, std::string_view page);
 
 }  // namespace calljournal

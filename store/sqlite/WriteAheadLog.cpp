@@ -95,6 +95,32 @@ std::optional<Sum> readBefore(const Reader& read, std::int64_t size, std::int64_
     return isFirst ? header.sum() : frame.sum(header.isBigEndian());
 }
 
+/// Returns the header of a log of `size` bytes; nothing if there is nothing behind it, or nothing was written yet.
+std::optional<Header> readHeader(const Reader& read, std::int64_t size) {
+    Header header;
+    const bool isThere = size >= headerSize + frameHeaderSize + smallestPage &&
+                         read(header.bytes.data(), headerSize, 0) && !header.isEmpty();
+    return isThere ? std::make_optional(header) : std::nullopt;
+}
+
+/// Calls `use` with each frame, whether its checksum goes on from the frame before, and its place, until that returns
+/// false.
+template <typename Use>
+void forEachFrame(const Reader& read, std::int64_t size, const Header& header, const Use& use) {
+    std::vector<unsigned char> page(static_cast<std::size_t>(header.pageSize()));
+    FrameHeader frame;
+    Sum before = header.sum();
+    const std::int64_t step = frameHeaderSize + header.pageSize();
+    for (std::int64_t offset = headerSize; offset + step <= size; offset += step) {
+        if (!read(frame.bytes.data(), frameHeaderSize, offset) ||
+            !read(page.data(), header.pageSize(), offset + frameHeaderSize) ||
+            !use(frame, frame.isRight(before, page.data(), page.size()), offset)) {
+            return;
+        }
+        before = frame.sum(header.isBigEndian());
+    }
+}
+
 }  // namespace
 
 std::uint32_t pageNumber(const char* frameHeader) {
@@ -129,38 +155,47 @@ bool seal(const Reader& read, char* frame, std::int64_t size, std::int64_t offse
 }
 
 bool hasLostTransactions(const Reader& read, std::int64_t size) {
-    Header header;
-    if (size < headerSize + frameHeaderSize + smallestPage || !read(header.bytes.data(), headerSize, 0) ||
-        header.isEmpty()) {
+    const std::optional<Header> header = readHeader(read, size);
+    if (!header) {
         return false;
     }
-    if (!header.isRight()) {
+    if (!header->isRight()) {
         return true;  // it was on the disk before the first frame was written
     }
-    std::vector<unsigned char> page(static_cast<std::size_t>(header.pageSize()));
-    FrameHeader frame;
-    Sum before = header.sum();
     bool isWhole = true;
     bool hasLostCommit = false;
-    const std::int64_t step = frameHeaderSize + header.pageSize();
-    for (std::int64_t offset = headerSize; offset + step <= size; offset += step) {
-        if (!read(frame.bytes.data(), frameHeaderSize, offset) ||
-            !read(page.data(), header.pageSize(), offset + frameHeaderSize)) {
-            break;
-        }
-        const bool goesOn = frame.isRight(before, page.data(), page.size());
-        const bool isOfThisLog = frame.isOf(header);
-        if (goesOn && isOfThisLog && hasLostCommit) {
-            return true;
-        }
+    bool isBehindLostCommit = false;
+    forEachFrame(read, size, *header, [&](const FrameHeader& frame, bool goesOn, std::int64_t) {
+        const bool isOfThisLog = frame.isOf(*header);
+        isBehindLostCommit = goesOn && isOfThisLog && hasLostCommit;
         // Of the first frame that is not right, what tells which log it is of may be what is not right.
         const bool mayCommit = frame.isCommit() && (isOfThisLog || (isWhole && goesOn));
         isWhole = isWhole && goesOn && isOfThisLog;
         // Nothing is written behind a commit before that is on the disk.
         hasLostCommit = hasLostCommit || (!isWhole && mayCommit);
-        before = frame.sum(header.isBigEndian());
+        return !isBehindLostCommit;
+    });
+    return isBehindLostCommit;
+}
+
+std::map<std::uint32_t, std::int64_t> committedPages(const Reader& read, std::int64_t size) {
+    std::map<std::uint32_t, std::int64_t> committed;
+    const std::optional<Header> header = readHeader(read, size);
+    if (!header || !header->isRight()) {
+        return committed;
     }
-    return false;
+    std::map<std::uint32_t, std::int64_t> written;
+    forEachFrame(read, size, *header, [&](const FrameHeader& frame, bool goesOn, std::int64_t offset) {
+        if (!goesOn || !frame.isOf(*header)) {
+            return false;
+        }
+        written[frame.pageNumber()] = offset + frameHeaderSize;
+        if (frame.isCommit()) {
+            committed = written;
+        }
+        return true;
+    });
+    return committed;
 }
 
 }  // namespace calljournal::log

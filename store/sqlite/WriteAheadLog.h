@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string_view>
 
 namespace calljournal {
@@ -34,6 +35,10 @@ bool seal(const Reader& read, char* frame, std::int64_t size, std::int64_t offse
 /// one behind it shows that more was written later. A last transaction that is not right may be one that a power cut
 /// interrupted.
 bool hasLostTransactions(const Reader& read, std::int64_t size);
+
+/// Returns the pages of the complete transactions at the beginning of a log of `size` bytes, by their numbers: where in
+/// the log the last version of each begins.
+std::map<std::uint32_t, std::int64_t> committedPages(const Reader& read, std::int64_t size);
 
 }  // namespace log
 }  // namespace calljournal
