@@ -62,40 +62,45 @@ bool comesBefore(const FoundEntry& one, const FoundEntry& other) {
 
 }  // namespace
 
+EntryFinder::EntryFinder(soci::session& session, EntryTable& table)
+    : session_(session),
+      table_(table),
+      countName_(session,
+                 "select count(*) from (select 1 from entry_name where schema_id = :schema and name_key >= :first and "
+                 "name_key < :end limit :most)"),
+      readNumbers_(session,
+                   "select max(coalesce((select max(change_number) from entry), 0), coalesce(max(change_number), 0)), "
+                   "count(*), coalesce(min(change_number), 0) from removed_entry"),
+      listRemoved_(
+          session,
+          "select r.change_number, s.schema_name, r.unique_id, r.body from removed_entry r join stored_schema s "
+          "on s.schema_id = r.schema_id where r.change_number >= :since and r.added < :since and not exists "
+          "(select 1 from entry e where e.unique_id = r.unique_id and e.schema_id = r.schema_id) "
+          "order by r.change_number limit :limit") {}
+
 template <class Use>
 void EntryFinder::forEachRow(const RowColumns& columns, const std::string& from, Use use) {
     const std::string sql = columns.select + from;
-    auto found = statements_.find(sql);
-    if (found == statements_.end()) {
-        soci::statement query(session_);
-        columns.exchange(query, row_);
-        const auto bind = [&](const char* name, auto& value) {
-            if (from.find(std::string(":") + name) != std::string::npos) {
-                query.exchange(soci::use(value, name));
-            }
-        };
-        bind("schema", schemaId_);
-        bind("limit", limit_);
-        bind("place", place_);
-        bind("seen", isSeen_);
-        bind("id", id_);
-        bind("key", number_);
-        bind("name", name_);
-        bind("whole", wholeKey_);
-        bind("beginning", nameBegin_);
-        bind("word", wordBegin_);
-        bind("first", firstKey_);
-        bind("end", endOfKeys_);
-        bind("part", namePart_);
-        bind("digits", numberPart_);
-        bind("since", since_);
-        bind("until", until_);
-        bind("time", time_);
-        bindAndPrepare(query, sql);
-        found = statements_.emplace(sql, query).first;
-    }
-    found->second.execute();
-    while (found->second.fetch()) {
+    PreparedStatement& query = statements_.try_emplace(sql, session_, sql).first->second;
+    query.start();
+    query.bind(":schema", schemaId_);
+    query.bind(":limit", limit_);
+    query.bind(":place", place_);
+    query.bind(":seen", isSeen_);
+    query.bind(":id", id_);
+    query.bind(":key", number_);
+    query.bind(":name", name_);
+    query.bind(":whole", wholeKey_);
+    query.bind(":beginning", nameBegin_);
+    query.bind(":word", wordBegin_);
+    query.bind(":first", firstKey_);
+    query.bind(":end", endOfKeys_);
+    query.bind(":part", namePart_);
+    query.bind(":digits", numberPart_);
+    query.bind(":since", since_);
+    query.bind(":until", until_);
+    query.bind(":time", time_);
+    while (columns.fetch(query, row_)) {
         use();
     }
 }
@@ -119,11 +124,9 @@ void EntryFinder::bind(const EntryQuery& query) {
 }
 
 bool EntryFinder::isFrequentName() {
-    const long long most = mostSorted + 1;
-    session_ << "select count(*) from (select 1 from entry_name where schema_id = :schema and name_key >= :first and "
-                "name_key < :end limit :most)",
-        soci::use(schemaId_), soci::use(firstKey_), soci::use(endOfKeys_), soci::use(most), soci::into(count_);
-    return count_ > mostSorted;
+    long long count = 0;
+    countName_.start(schemaId_, firstKey_, endOfKeys_, mostSorted + 1).fetchRow(count);
+    return count > mostSorted;
 }
 
 FoundEntry EntryFinder::foundEntry(const std::string& schema) const {
@@ -228,17 +231,9 @@ void EntryFinder::appendChanged(std::uint64_t since, std::vector<NumberedChange>
 
 void EntryFinder::appendRemoved(std::vector<NumberedChange>& changes) {
     std::string schema;
-    soci::statement query =
-        prepare(session_,
-                "select r.change_number, s.schema_name, r.unique_id, r.body from removed_entry r join stored_schema s "
-                "on s.schema_id = r.schema_id where r.change_number >= :place and r.added < :place and not exists "
-                "(select 1 from entry e where e.unique_id = r.unique_id and e.schema_id = r.schema_id) "
-                "order by r.change_number limit :limit",
-                soci::use(place_, "place"), soci::use(limit_, "limit"), soci::into(row_.number), soci::into(schema),
-                soci::into(row_.id), soci::into(row_.body));
     row_.time.clear();
-    query.execute();
-    while (query.fetch()) {
+    listRemoved_.start(place_, limit_);
+    while (listRemoved_.fetch(row_.number, schema, row_.id, row_.body)) {
         changes.push_back({row_.number, {EntryAction::removed, foundEntry(schema)}});
     }
 }
@@ -248,9 +243,7 @@ StoreChanges EntryFinder::changes(std::uint64_t since) {
     long long last = 0;
     long long remembered = 0;
     long long oldest = 0;
-    session_ << "select max(coalesce((select max(change_number) from entry), 0), coalesce(max(change_number), 0)), "
-                "count(*), coalesce(min(change_number), 0) from removed_entry",
-        soci::into(last), soci::into(remembered), soci::into(oldest);
+    readNumbers_.start().fetchRow(last, remembered, oldest);
     result.number = static_cast<std::uint64_t>(last) + 1;
     if (since == 0) {
         return result;

@@ -14,7 +14,7 @@ namespace calljournal {
 class EntryFinder {
 public:
     /// Uses both, which must outlive the finder.
-    EntryFinder(soci::session& session, EntryTable& table) : session_(session), table_(table) {}
+    EntryFinder(soci::session& session, EntryTable& table);
     EntryFinder(const EntryFinder&) = delete;
     EntryFinder& operator=(const EntryFinder&) = delete;
 
@@ -46,13 +46,15 @@ private:
 
     soci::session& session_;
     EntryTable& table_;
+    PreparedStatement countName_;
+    PreparedStatement readNumbers_;
+    PreparedStatement listRemoved_;
 
     // What the queries are bound to.
     EntryRow row_;
     long long schemaId_ = 0;
     long long limit_ = 0;
     long long place_ = 0;
-    long long count_ = 0;
     int isSeen_ = 0;
     std::string id_;
     std::string number_;
@@ -68,8 +70,8 @@ private:
     std::string until_;
     std::string time_;
 
-    /// Prepared, by their SQL.
-    std::map<std::string, soci::statement> statements_;
+    /// By their SQL.
+    std::map<std::string, PreparedStatement> statements_;
 };
 
 }  // namespace calljournal

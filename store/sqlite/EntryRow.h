@@ -1,6 +1,5 @@
 #pragma once
 
-#include <soci/soci.h>
 #include <string>
 
 #include "PreparedStatement.h"
@@ -33,54 +32,29 @@ constexpr long long placesBefore(long long schemaId) {
     return schemaId * placesOfASchema;
 }
 
-/// Columns of the table `e`, and where a query for them puts what it finds.
+/// Columns of the table `e`, and how a row of them is fetched.
 struct RowColumns {
     const char* select;
-    void (*exchange)(soci::statement& query, EntryRow& row);
+    bool (*fetch)(PreparedStatement& query, EntryRow& row);
 };
 
 inline constexpr RowColumns allColumns = {
     "select e.place, e.schema_id, e.unique_id, e.checksum, e.added, e.changed, e.change_number, e.is_seen, e.newest, "
     "e.numbers, e.name, e.body ",
-    [](soci::statement& query, EntryRow& row) {
-        query.exchange(soci::into(row.place));
-        query.exchange(soci::into(row.schemaId));
-        query.exchange(soci::into(row.id));
-        query.exchange(soci::into(row.checksum));
-        query.exchange(soci::into(row.added));
-        query.exchange(soci::into(row.changed));
-        query.exchange(soci::into(row.number));
-        query.exchange(soci::into(row.isSeen));
-        query.exchange(soci::into(row.time));
-        query.exchange(soci::into(row.numbers));
-        query.exchange(soci::into(row.name));
-        query.exchange(soci::into(row.body));
+    [](PreparedStatement& query, EntryRow& row) {
+        return query.fetch(row.place, row.schemaId, row.id, row.checksum, row.added, row.changed, row.number,
+                           row.isSeen, row.time, row.numbers, row.name, row.body);
     }};
 
 /// Where the row is among others.
-inline constexpr RowColumns cursorColumns = {"select e.place, e.newest ", [](soci::statement& query, EntryRow& row) {
-                                                 query.exchange(soci::into(row.place));
-                                                 query.exchange(soci::into(row.time));
+inline constexpr RowColumns cursorColumns = {"select e.place, e.newest ", [](PreparedStatement& query, EntryRow& row) {
+                                                 return query.fetch(row.place, row.time);
                                              }};
 
 /// What readers of entries get; the rest of the row says nothing.
-inline constexpr RowColumns servedColumns = {"select e.place, e.unique_id, e.checksum, e.newest, e.body ",
-                                             [](soci::statement& query, EntryRow& row) {
-                                                 query.exchange(soci::into(row.place));
-                                                 query.exchange(soci::into(row.id));
-                                                 query.exchange(soci::into(row.checksum));
-                                                 query.exchange(soci::into(row.time));
-                                                 query.exchange(soci::into(row.body));
-                                             }};
-
-/// Returns a query for `columns`, which go to `row`; `from` is what follows them, and `values` are bound to it.
-template <typename... Values>
-soci::statement prepareRows(soci::session& session, const RowColumns& columns, const std::string& from, EntryRow& row,
-                            const Values&... values) {
-    soci::statement query(session);
-    columns.exchange(query, row);
-    bindAndPrepare(query, columns.select + from, values...);
-    return query;
-}
+inline constexpr RowColumns servedColumns = {
+    "select e.place, e.unique_id, e.checksum, e.newest, e.body ", [](PreparedStatement& query, EntryRow& row) {
+        return query.fetch(row.place, row.id, row.checksum, row.time, row.body);
+    }};
 
 }  // namespace calljournal

@@ -20,7 +20,7 @@ constexpr long long idLimit = 1'000'000'000'000'000'000;
 constexpr std::size_t maximumIdDigits = 18;
 
 /// How many rows are in memory while all entries are read and written at once.
-constexpr std::size_t rowsAtOnce = 200;
+constexpr int rowsAtOnce = 200;
 
 /// A name is found by the beginnings of so many of its words.
 constexpr std::size_t mostNameKeys = 16;
@@ -94,92 +94,42 @@ EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
       indexer_(indexer),
       numbers_(session, "entry_number", "number_key"),
       names_(session, "entry_name", "name_key"),
-      readTotal_([&] {
-          return prepare(session,
-                         "select schema_id, entries, unseen, bytes, checksum from stored_schema where schema_name = "
-                         ":schema",
-                         soci::use(schema_), soci::into(total_.id), soci::into(total_.entries),
-                         soci::into(total_.unseen), soci::into(total_.bytes), soci::into(total_.checksum));
-      }),
-      writeTotal_([&] {
-          return prepare(session,
-                         "insert into stored_schema (schema_id, schema_name, entries, unseen, bytes, checksum) values "
-                         "(:id, :schema, :entries, :unseen, :bytes, :checksum) on conflict (schema_id) do update set "
-                         "entries = excluded.entries, unseen = excluded.unseen, bytes = excluded.bytes, "
-                         "checksum = excluded.checksum",
-                         soci::use(total_.id), soci::use(schema_), soci::use(total_.entries), soci::use(total_.unseen),
-                         soci::use(total_.bytes), soci::use(total_.checksum));
-      }),
-      listSchemas_([&] {
-          return prepare(session, "select schema_id, schema_name from stored_schema order by schema_id",
-                         soci::into(listed_.id), soci::into(listed_.name));
-      }),
-      readSetting_([&] {
-          return prepare(session, "select value from setting where name = :name", soci::use(key_), soci::into(value_));
-      }),
-      readStore_([&] {
-          return prepare(session,
-                         "select next_id, max(coalesce((select max(change_number) from entry), 0), "
-                         "coalesce((select max(change_number) from removed_entry), 0)), "
-                         "coalesce((select value from setting where name = :region), '') from calljournal_store",
-                         soci::use(key_), soci::into(nextId_), soci::into(changeNumber_), soci::into(region_));
-      }),
-      writeStore_([&] { return prepare(session, "update calljournal_store set next_id = :id", soci::use(nextId_)); }),
-      locate_([&] {
-          return prepareRows(session, allColumns, "from entry e where e.unique_id = :id and e.schema_id = :schema",
-                             found_, soci::use(id_), soci::use(total_.id));
-      }),
-      readLastPlace_([&] {
-          return prepare(session, "select coalesce(max(place), 0) from entry where place < :end", soci::use(end_),
-                         soci::into(place_));
-      }),
-      insert_([&] {
-          return prepare(session,
-                         "insert into entry (place, schema_id, unique_id, checksum, added, changed, change_number, "
-                         "is_seen, newest, numbers, name, body) values (:place, :schema, :id, :checksum, :added, "
-                         ":changed, :number, :seen, :newest, :numbers, :name, :body)",
-                         soci::use(row_.place), soci::use(row_.schemaId), soci::use(row_.id), soci::use(row_.checksum),
-                         soci::use(row_.added), soci::use(row_.changed), soci::use(row_.number), soci::use(row_.isSeen),
-                         soci::use(row_.time), soci::use(row_.numbers), soci::use(row_.name), soci::use(row_.body));
-      }),
-      update_([&] {
-          return prepare(session,
-                         "update entry set checksum = :checksum, changed = :changed, change_number = :number, "
-                         "is_seen = :seen, newest = :newest, numbers = :numbers, name = :name, body = :body "
-                         "where place = :place",
-                         soci::use(row_.checksum), soci::use(row_.changed), soci::use(row_.number),
-                         soci::use(row_.isSeen), soci::use(row_.time), soci::use(row_.numbers), soci::use(row_.name),
-                         soci::use(row_.body), soci::use(row_.place));
-      }),
-      remove_([&] { return prepare(session, "delete from entry where place = :place", soci::use(found_.place)); }),
-      remember_([&] {
-          return prepare(session,
-                         "insert into removed_entry (change_number, schema_id, unique_id, added, body) values "
-                         "(:number, :schema, :id, :added, :body)",
-                         soci::use(changeNumber_), soci::use(found_.schemaId), soci::use(found_.id),
-                         soci::use(found_.added), soci::use(found_.body));
-      }),
-      forget_([&] {
-          return prepare(session,
-                         "delete from removed_entry where change_number <= (select change_number from removed_entry "
-                         "order by change_number desc limit 1 offset :most)",
-                         soci::use(count_));
-      }),
-      countId_([&] {
-          return prepare(session, "select count(*) from entry where unique_id = :id", soci::use(id_),
-                         soci::into(count_));
-      }),
-      list_([&] {
-          return prepareRows(session, servedColumns,
-                             "from entry e where e.place > :begin and e.place < :end order by e.place", found_,
-                             soci::use(place_), soci::use(end_));
-      }),
-      listBehind_([&] {
-          return prepareRows(session, allColumns,
-                             "from entry e where e.place > :place and e.place < :end order by e.place "
-                             "limit :rows",
-                             found_, soci::use(place_), soci::use(end_), soci::use(count_));
-      }) {}
+      readTotal_(session,
+                 "select schema_id, entries, unseen, bytes, checksum from stored_schema where schema_name = :schema"),
+      writeTotal_(session,
+                  "insert into stored_schema (schema_id, schema_name, entries, unseen, bytes, checksum) values "
+                  "(:id, :schema, :entries, :unseen, :bytes, :checksum) on conflict (schema_id) do update set "
+                  "entries = excluded.entries, unseen = excluded.unseen, bytes = excluded.bytes, "
+                  "checksum = excluded.checksum"),
+      listSchemas_(session, "select schema_id, schema_name from stored_schema order by schema_id"),
+      readSetting_(session, "select value from setting where name = :name"),
+      readStore_(session,
+                 "select next_id, max(coalesce((select max(change_number) from entry), 0), "
+                 "coalesce((select max(change_number) from removed_entry), 0)), "
+                 "coalesce((select value from setting where name = :region), '') from calljournal_store"),
+      writeStore_(session, "update calljournal_store set next_id = :id"),
+      locate_(session,
+              std::string(allColumns.select) + "from entry e where e.unique_id = :id and e.schema_id = :schema"),
+      readLastPlace_(session, "select coalesce(max(place), 0) from entry where place < :end"),
+      insert_(
+          session,
+          "insert into entry (place, schema_id, unique_id, checksum, added, changed, change_number, is_seen, newest, "
+          "numbers, name, body) values (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12)"),
+      update_(session,
+              "update entry set checksum = ?4, changed = ?6, change_number = ?7, is_seen = ?8, newest = ?9, "
+              "numbers = ?10, name = ?11, body = ?12 where place = ?1"),
+      remove_(session, "delete from entry where place = :place"),
+      remember_(session,
+                "insert into removed_entry (change_number, schema_id, unique_id, added, body) values "
+                "(:number, :schema, :id, :added, :body)"),
+      forget_(session,
+              "delete from removed_entry where change_number <= (select change_number from removed_entry "
+              "order by change_number desc limit 1 offset :most)"),
+      findId_(session, "select 1 from entry where unique_id = :id"),
+      list_(session, std::string(servedColumns.select) +
+                         "from entry e where e.place > :begin and e.place < :end order by e.place"),
+      listBehind_(session, std::string(allColumns.select) +
+                               "from entry e where e.place > :place and e.place < :end order by e.place limit :rows") {}
 
 void EntryTable::begin(std::string_view schema) {
     total(schema);
@@ -187,8 +137,7 @@ void EntryTable::begin(std::string_view schema) {
         total_.id = static_cast<long long>(schemas().size()) + 1;
         end_ = placesBefore(total_.id + 1);
     }
-    key_ = regionSetting;
-    readStore_.fetchRow();
+    readStore_.start(regionSetting).fetchRow(nextId_, changeNumber_, region_);
     firstId_ = nextId_;
     lastPlace_ = 0;
     isChanged_ = false;
@@ -196,9 +145,9 @@ void EntryTable::begin(std::string_view schema) {
 }
 
 bool EntryTable::locate(std::string_view id) {
-    id_ = id;
-    const bool isThere = locate_.fetchRow();
+    const bool isThere = allColumns.fetch(locate_.start(id, total_.id), found_);
     if (isThere) {
+        locate_.reset();
         refuseIfDamaged(schema_, found_);
     }
     return isThere;
@@ -260,11 +209,17 @@ void EntryTable::insert(std::string_view id, std::string_view body) {
     write(insert_);
 }
 
+/// Returns the last place below `end`; 0 if there is none.
+long long EntryTable::lastPlaceBefore(long long end) {
+    long long place = 0;
+    readLastPlace_.start(end).fetchRow(place);
+    return place;
+}
+
 /// Returns the place behind the last entry of the schema.
 long long EntryTable::nextPlace() {
     if (lastPlace_ == 0) {
-        readLastPlace_.fetchRow();
-        lastPlace_ = std::max(place_, placesBefore(total_.id));
+        lastPlace_ = std::max(lastPlaceBefore(end_), placesBefore(total_.id));
     }
     return ++lastPlace_;
 }
@@ -279,7 +234,8 @@ void EntryTable::takeOver(std::string_view id, std::string_view body) {
 /// Writes row_, which was found_ before, with its keys.
 void EntryTable::write(PreparedStatement& statement) {
     row_.checksum = entryChecksum(schema_, row_);
-    statement.run();
+    statement.run(row_.place, row_.schemaId, row_.id, row_.checksum, row_.added, row_.changed, row_.number, row_.isSeen,
+                  row_.time, row_.numbers, row_.name, row_.body);
     writeKeys();
     addToTotal(row_, 1);
 }
@@ -294,12 +250,12 @@ void EntryTable::remove(std::string_view id) {
     if (!locate(id)) {
         return;
     }
-    remove_.run();
+    remove_.run(found_.place);
     numbers_.change(found_.schemaId, found_.place, linesOf(found_.numbers), {});
     names_.change(found_.schemaId, found_.place, nameKeys(found_.name), {});
     addToTotal(found_, -1);
     ++changeNumber_;
-    remember_.run();
+    remember_.run(changeNumber_, found_.schemaId, found_.id, found_.added, found_.body);
     hasRemoved_ = true;
 }
 
@@ -315,13 +271,12 @@ std::string EntryTable::takeNextId() {
     if (nextId_ >= idLimit) {
         return {};
     }
-    id_ = std::to_string(nextId_);
-    countId_.fetchRow();
-    if (count_ != 0) {
-        throw StoreDamage("its next free id, " + id_ + ", is in use");
+    std::string id = std::to_string(nextId_);
+    if (findId_.start(id).fetchRow()) {
+        throw StoreDamage("its next free id, " + id + ", is in use");
     }
     ++nextId_;
-    return id_;
+    return id;
 }
 
 void EntryTable::skipId(std::string_view id) {
@@ -332,22 +287,19 @@ void EntryTable::finish() {
     if (!isChanged_) {
         return;
     }
-    writeTotal_.run();
+    writeTotal_.run(total_.id, schema_, total_.entries, total_.unseen, total_.bytes, total_.checksum);
     if (nextId_ != firstId_) {
-        writeStore_.run();
+        writeStore_.run(nextId_);
     }
     if (hasRemoved_) {
-        count_ = mostRemembered;
-        forget_.run();
+        forget_.run(mostRemembered);
     }
 }
 
 std::vector<EntryRow> EntryTable::rowsBehind(long long place) {
-    place_ = place;
-    count_ = rowsAtOnce;
     std::vector<EntryRow> rows;
-    listBehind_->execute();
-    while (listBehind_->fetch()) {
+    listBehind_.start(place, end_, rowsAtOnce);
+    while (allColumns.fetch(listBehind_, found_)) {
         refuseIfDamaged(schema_, found_);
         if (found_.schemaId != total_.id) {
             throw StoreDamage("an entry of " + schema_ + " is filed under another schema");
@@ -405,9 +357,8 @@ void EntryTable::forEach(std::string_view schema,
     const SchemaTotal total = this->total(schema);
     long long entries = 0;
     long long checksums = 0;
-    place_ = placesBefore(total.id);
-    list_->execute();
-    while (list_->fetch()) {
+    list_.start(placesBefore(total.id), end_);
+    while (servedColumns.fetch(list_, found_)) {
         refuseIfDamaged(schema_, found_);
         ++entries;
         checksums += found_.checksum;
@@ -419,7 +370,7 @@ void EntryTable::forEach(std::string_view schema,
 SchemaTotal EntryTable::total(std::string_view schema) {
     schema_ = schema;
     total_ = SchemaTotal();
-    if (!readTotal_.fetchRow()) {
+    if (!readTotal_.start(schema).fetchRow(total_.id, total_.entries, total_.unseen, total_.bytes, total_.checksum)) {
         refuseLostSchemas();
     }
     end_ = placesBefore(total_.id + 1);
@@ -427,29 +378,29 @@ SchemaTotal EntryTable::total(std::string_view schema) {
 }
 
 std::optional<std::string> EntryTable::setting(std::string_view name) {
-    key_ = name;
-    return readSetting_.fetchRow() ? std::make_optional(value_) : std::nullopt;
+    std::string value;
+    return readSetting_.start(name).fetchRow(value) ? std::make_optional(value) : std::nullopt;
 }
 
 /// Throws StoreDamage if there are entries of a schema that is not in the list, or a name in it that no schema has.
 void EntryTable::refuseLostSchemas() {
-    end_ = std::numeric_limits<long long>::max();
-    readLastPlace_.fetchRow();
     const std::vector<StoredSchema> known = schemas();
     const bool areNames = std::all_of(known.begin(), known.end(), [](const StoredSchema& schema) {
         return std::find(std::begin(storedSchemas), std::end(storedSchemas), schema.name) != std::end(storedSchemas);
     });
     const auto count = static_cast<long long>(known.size());
-    if (!areNames || place_ >= placesBefore(count + 1) || (count > 0 && known.back().id != count)) {
+    if (!areNames || lastPlaceBefore(std::numeric_limits<long long>::max()) >= placesBefore(count + 1) ||
+        (count > 0 && known.back().id != count)) {
         throw StoreDamage("its list of schemas is not complete");
     }
 }
 
 std::vector<StoredSchema> EntryTable::schemas() {
     std::vector<StoredSchema> schemas;
-    listSchemas_->execute();
-    while (listSchemas_->fetch()) {
-        schemas.push_back(listed_);
+    StoredSchema schema = {};
+    listSchemas_.start();
+    while (listSchemas_.fetch(schema.id, schema.name)) {
+        schemas.push_back(schema);
     }
     return schemas;
 }
@@ -473,9 +424,9 @@ void EntryTable::checkKeys(std::vector<IndexFault>& faults) {
 std::vector<IndexFault> EntryTable::checkIndex() {
     std::vector<IndexFault> faults;
     std::string finding;
-    soci::statement check = prepare(session_, "pragma integrity_check", soci::into(finding));
-    check.execute();
-    while (check.fetch()) {
+    PreparedStatement check(session_, "pragma integrity_check");
+    check.start();
+    while (check.fetch(finding)) {
         if (finding != "ok") {
             faults.push_back({{}, {}, finding});
         }

@@ -89,6 +89,7 @@ private:
     bool locate(std::string_view id);
     void refuseLostSchemas();
     void takeOver(std::string_view id, std::string_view body);
+    long long lastPlaceBefore(long long end);
     long long nextPlace();
     void deriveKeys();
     void write(PreparedStatement& statement);
@@ -115,14 +116,8 @@ private:
     bool isChanged_ = false;
     bool hasRemoved_ = false;
 
-    // What the statements are bound to.
-    std::string id_;
-    std::string key_;
-    std::string value_;
-    long long place_ = 0;
     long long end_ = 0;  ///< Of the places of the schema.
-    long long count_ = 0;
-    StoredSchema listed_ = {};
+
     EntryRow row_;    ///< As it is written.
     EntryRow found_;  ///< As it was read.
 
@@ -141,7 +136,7 @@ private:
     PreparedStatement remove_;
     PreparedStatement remember_;
     PreparedStatement forget_;
-    PreparedStatement countId_;
+    PreparedStatement findId_;
     PreparedStatement list_;
     PreparedStatement listBehind_;
 };

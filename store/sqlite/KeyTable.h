@@ -28,12 +28,6 @@ public:
     void clear() { clear_.run(); }
 
 private:
-    // What the statements are bound to.
-    long long schemaId_ = 0;
-    long long place_ = 0;
-    long long count_ = 0;
-    std::string key_;
-
     PreparedStatement add_;
     PreparedStatement remove_;
     PreparedStatement find_;

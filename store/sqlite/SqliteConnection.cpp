@@ -68,10 +68,6 @@ std::string folderOf(const std::string& file) {
     return std::filesystem::path(file).parent_path().string();
 }
 
-sqlite3* handleOf(soci::session& session) {
-    return static_cast<soci::sqlite3_session_backend*>(session.get_backend())->conn_;
-}
-
 /// Returns the SQLite result code of `failure`, the extended one where there is one.
 int codeOf(const soci::soci_error& failure) {
     const auto* sqliteFailure = dynamic_cast<const soci::sqlite3_soci_error*>(&failure);
@@ -230,12 +226,8 @@ void SqliteConnection::rollback(const char* statements) noexcept {
     sqlite_api::sqlite3_exec(handleOf(*session_), statements, nullptr, nullptr, nullptr);
 }
 
-void SqliteConnection::execute(const char* statements) {
-    sqlite3* handle = handleOf(*session_);
-    const int code = sqlite_api::sqlite3_exec(handle, statements, nullptr, nullptr, nullptr);
-    if (code != SQLITE_OK) {
-        throw soci::sqlite3_soci_error(sqlite_api::sqlite3_errmsg(handle), code);
-    }
+void SqliteConnection::execute(const char* statement) {
+    statements_.try_emplace(statement, *session_, statement).first->second.run();
 }
 
 int SqliteConnection::dataVersion() {

@@ -1,15 +1,12 @@
 #pragma once
 
 #include <chrono>
+#include <map>
 #include <memory>
 #include <string>
 
+#include "PreparedStatement.h"
 #include "StoreError.h"
-
-namespace soci {
-class session;
-class soci_error;
-}  // namespace soci
 
 namespace calljournal {
 
@@ -42,8 +39,9 @@ public:
     /// Throws StoreError or soci::soci_error.
     void makeDurable();
 
-    /// Executes statements that give no rows and have no values. Throws soci::soci_error.
-    void execute(const char* statements);
+    /// Executes a statement, a constant, that gives no rows and has no values, and keeps it prepared. Throws
+    /// soci::soci_error.
+    void execute(const char* statement);
 
     /// Executes statements that roll back. Not through SOCI, which needs memory and throws. After some errors there is
     /// nothing left to roll back; that is no failure.
@@ -71,6 +69,7 @@ private:
     std::string file_;
     std::chrono::milliseconds timeout_;
     std::unique_ptr<soci::session> session_;
+    std::map<const char*, PreparedStatement> statements_;
 };
 
 /// A transaction, rolled back unless it was committed. Throws soci::soci_error.

@@ -23,19 +23,13 @@ void copyWithChecksums(soci::session& sql) {
     std::string body;
     long long place = 0;
     long long size = 0;
-    long long checksum = 0;
-    soci::statement read =
-        prepare(sql, "select schema_name, unique_id, place, size, body from entry_of_version_1", soci::into(schema),
-                soci::into(id), soci::into(place), soci::into(size), soci::into(body));
-    soci::statement write = prepare(sql,
-                                    "insert into entry (schema_name, unique_id, place, size, checksum, body) "
-                                    "values (:schema, :id, :place, :size, :checksum, :body)",
-                                    soci::use(schema), soci::use(id), soci::use(place), soci::use(size),
-                                    soci::use(checksum), soci::use(body));
-    read.execute();
-    while (read.fetch()) {
-        checksum = checksumOfVersion2(schema, id, place, body);
-        write.execute(true);
+    PreparedStatement read(sql, "select schema_name, unique_id, place, size, body from entry_of_version_1");
+    PreparedStatement write(sql,
+                            "insert into entry (schema_name, unique_id, place, size, checksum, body) "
+                            "values (:schema, :id, :place, :size, :checksum, :body)");
+    read.start();
+    while (read.fetch(schema, id, place, size, body)) {
+        write.run(schema, id, place, size, checksumOfVersion2(schema, id, place, body), body);
     }
 }
 
@@ -51,27 +45,22 @@ void copyWithPlaces(soci::session& sql) {
     EntryRow row;
     long long place = 0;
     long long checksum = 0;
-    soci::statement read = prepare(sql,
-                                   "select s.schema_id, s.schema_name, e.unique_id, e.place, e.checksum, e.body from "
-                                   "stored_schema s join entry_of_version_2 e on e.schema_name = s.schema_name "
-                                   "order by s.schema_id, e.place",
-                                   soci::into(row.schemaId), soci::into(schema), soci::into(row.id), soci::into(place),
-                                   soci::into(checksum), soci::into(row.body));
-    soci::statement write =
-        prepare(sql,
-                "insert into entry (place, schema_id, unique_id, checksum, added, changed, change_number, is_seen, "
-                "newest, numbers, name, body) values (:place, :schema, :id, :checksum, 0, 0, 0, :seen, '', '', '', "
-                ":body)",
-                soci::use(row.place), soci::use(row.schemaId), soci::use(row.id), soci::use(row.checksum),
-                soci::use(row.isSeen), soci::use(row.body));
-    read.execute();
-    while (read.fetch()) {
+    PreparedStatement read(sql,
+                           "select s.schema_id, s.schema_name, e.unique_id, e.place, e.checksum, e.body from "
+                           "stored_schema s join entry_of_version_2 e on e.schema_name = s.schema_name "
+                           "order by s.schema_id, e.place");
+    PreparedStatement write(sql,
+                            "insert into entry (place, schema_id, unique_id, checksum, added, changed, change_number, "
+                            "is_seen, newest, numbers, name, body) values (:place, :schema, :id, :checksum, 0, 0, 0, "
+                            ":seen, '', '', '', :body)");
+    read.start();
+    while (read.fetch(row.schemaId, schema, row.id, place, checksum, row.body)) {
         if (damaged != 0 || checksumOfVersion2(schema, row.id, place, row.body) != checksum) {
             throw StoreDamage("an entry of " + schema + " is not as it was written");
         }
         row.place = std::max(row.place, placesBefore(row.schemaId)) + 1;
         row.checksum = entryChecksum(schema, row);
-        write.execute(true);
+        write.run(row.place, row.schemaId, row.id, row.checksum, row.isSeen, row.body);
     }
 }
 
