@@ -24,14 +24,24 @@ std::string_view firstTagName(std::string_view body) {
                                             : std::string_view();
 }
 
+/// Returns whether the close tag of `name` is at `begin`.
+bool isCloseAt(std::string_view body, std::size_t begin, std::string_view name) {
+    const std::string_view tag = body.substr(begin, name.size() + 3);
+    return tag.size() == name.size() + 3 && tag.substr(0, 2) == "</" && tag.substr(2, name.size()) == name &&
+           tag.back() == '>';
+}
+
 /// Returns where the close tag of the first element begins, or npos.
 std::size_t findClose(std::string_view body, std::string_view name, std::size_t textBegin) {
-    const std::string close = closeTag(name);
-    if (name != format::text::LOGLIST) {
-        return body.find(close, textBegin);
+    if (name == format::text::LOGLIST) {
+        const std::size_t last = std::max(textBegin, body.size() - std::min(body.size(), name.size() + 3));
+        return isCloseAt(body, last, name) ? last : std::string_view::npos;
     }
-    const bool isLast = body.size() - textBegin >= close.size() && body.substr(body.size() - close.size()) == close;
-    return isLast ? body.size() - close.size() : std::string_view::npos;
+    std::size_t begin = body.find('<', textBegin);
+    while (begin != std::string_view::npos && !isCloseAt(body, begin, name)) {
+        begin = body.find('<', begin + 1);
+    }
+    return begin;
 }
 
 }  // namespace
@@ -50,15 +60,16 @@ std::optional<BodyElement> firstElement(std::string_view body) {
 }
 
 void appendWithPictureClip(std::string_view body, std::string& text) {
-    std::optional<BodyElement> element = firstElement(body);
+    std::string_view rest = body;
+    std::optional<BodyElement> element = firstElement(rest);
     while (element && element->name != format::text::VIEWED) {
+        rest.remove_prefix(element->whole.size());
         if (element->name == format::text::PICTURE) {
-            text.append(xmlElement(format::text::PICTURE_CLIP, element->text));
-        } else {
-            text.append(element->whole);
+            text.append(body.substr(0, body.size() - rest.size() - element->whole.size()));
+            appendXmlElement(format::text::PICTURE_CLIP, element->text, text);
+            body = rest;
         }
-        body.remove_prefix(element->whole.size());
-        element = firstElement(body);
+        element = firstElement(rest);
     }
     text.append(body);
 }

@@ -13,6 +13,9 @@ namespace {
 /// all entries, newest first.
 constexpr long long mostSorted = 200;
 
+/// A page has room for so many entries at once.
+constexpr std::size_t mostReserved = 500;
+
 /// Changes are read by pages of so many.
 constexpr long long mostChanges = 1000;
 
@@ -177,6 +180,7 @@ std::vector<FoundEntry> EntryFinder::find(const EntryQuery& query) {
     // Of several schemas the bodies are read last: those of the page, and not a page of each schema.
     const bool isMixed = query.schemas.size() > 1;
     std::vector<FoundEntry> found;
+    found.reserve(std::min(query.limit, mostReserved));
     for (const std::string& schema : query.schemas) {
         schemaId_ = table_.total(schema).id;
         if (schemaId_ == 0) {
