@@ -220,6 +220,8 @@ void SqliteConnection::makeDurable() {
         throw error("its file system cannot carry a write-ahead log; name a file on a local disk");
     }
     *session_ << "pragma synchronous = full";
+    // In kB. Where a transaction changes more pages than there is room for, some are written again and again.
+    *session_ << "pragma cache_size = -32000";
 }
 
 void SqliteConnection::rollback(const char* statements) noexcept {

@@ -140,7 +140,7 @@ TEST_F(StoreDisk, TakesBackTheWholeExclusiveWorkWhenItIsFullInTheMiddle) {
 std::string hugeRequest() {
     std::string entries;
     for (int i = 0; i < 40; ++i) {
-        entries += "<Entry><EntryId>" + std::string(200000, 'x') + "</EntryId></Entry>";
+        entries += "<Entry><EntryId>" + std::string(1000000, 'x') + "</EntryId></Entry>";
     }
     return writeRequest(dialled, entries);
 }
