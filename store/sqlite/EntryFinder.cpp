@@ -53,12 +53,6 @@ std::string conditions(const EntryQuery& query) {
 constexpr char behindCursor[] = " and (e.newest, e.place) < (:time, :place)";
 constexpr char newestFirst[] = " order by e.newest desc, e.place desc limit :limit";
 
-/// The wanted entries of those at the places that `keys` selects. The bodies are read last, of the page alone.
-std::string amongKeys(const std::string& keys, const std::string& conditions) {
-    return "from (select e.place as found from (" + keys + ") k cross join entry e on e.place = k.place where " +
-           conditions + newestFirst + ") f cross join entry e on e.place = f.found";
-}
-
 bool comesBefore(const FoundEntry& one, const FoundEntry& other) {
     return std::tie(one.cursor.time, one.cursor.place) > std::tie(other.cursor.time, other.cursor.place);
 }
@@ -68,9 +62,6 @@ bool comesBefore(const FoundEntry& one, const FoundEntry& other) {
 EntryFinder::EntryFinder(soci::session& session, EntryTable& table)
     : session_(session),
       table_(table),
-      countName_(session,
-                 "select count(*) from (select 1 from entry_name where schema_id = :schema and name_key >= :first and "
-                 "name_key < :end limit :most)"),
       readNumbers_(session,
                    "select max(coalesce((select max(change_number) from entry), 0), coalesce(max(change_number), 0)), "
                    "count(*), coalesce(min(change_number), 0) from removed_entry"),
@@ -81,9 +72,7 @@ EntryFinder::EntryFinder(soci::session& session, EntryTable& table)
           "(select 1 from entry e where e.unique_id = r.unique_id and e.schema_id = r.schema_id) "
           "order by r.change_number limit :limit") {}
 
-template <class Use>
-void EntryFinder::forEachRow(const RowColumns& columns, const std::string& from, Use use) {
-    const std::string sql = columns.select + from;
+PreparedStatement& EntryFinder::start(const std::string& sql) {
     PreparedStatement& query = statements_.try_emplace(sql, session_, sql).first->second;
     query.start();
     query.bind(":schema", schemaId_);
@@ -103,6 +92,12 @@ void EntryFinder::forEachRow(const RowColumns& columns, const std::string& from,
     query.bind(":since", since_);
     query.bind(":until", until_);
     query.bind(":time", time_);
+    return query;
+}
+
+template <class Use>
+void EntryFinder::forEachRow(const RowColumns& columns, const std::string& from, Use use) {
+    PreparedStatement& query = start(columns.select + from);
     while (columns.fetch(query, row_)) {
         use();
     }
@@ -126,10 +121,18 @@ void EntryFinder::bind(const EntryQuery& query) {
     place_ = query.after ? query.after->place : 0;
 }
 
-bool EntryFinder::isFrequentName() {
+bool EntryFinder::isMoreThan(long long most, const std::string& keys) {
     long long count = 0;
-    countName_.start(schemaId_, firstKey_, endOfKeys_, mostSorted + 1).fetchRow(count);
-    return count > mostSorted;
+    start("select count(*) from (" + keys + " limit " + std::to_string(most + 1) + ")").fetchRow(count);
+    return count > most;
+}
+
+std::string EntryFinder::amongKeys(const std::string& keys, const std::string& conditions) {
+    const std::string found = "from (" + keys + ") k cross join entry e on e.place = k.place where " + conditions;
+    // To put entries in order SQLite makes a table, which costs more than to find one.
+    return isMoreThan(1, keys)
+               ? "from (select e.place as found " + found + newestFirst + ") f cross join entry e on e.place = f.found"
+               : found;
 }
 
 FoundEntry EntryFinder::foundEntry(const std::string& schema) const {
@@ -152,11 +155,10 @@ std::vector<std::string> EntryFinder::whereFound(const EntryQuery& query) {
     if (!query.name.empty()) {
         return {amongKeys("select place from entry_name where schema_id = :schema and name_key = :whole", askedOfKeys)};
     }
-    if (!query.nameBegin.empty() && !isFrequentName()) {
-        return {amongKeys(
-            "select distinct place from entry_name where schema_id = :schema and name_key >= :first and name_key < "
-            ":end",
-            askedOfKeys)};
+    const std::string ofNames =
+        "place from entry_name where schema_id = :schema and name_key >= :first and name_key < :end";
+    if (!query.nameBegin.empty() && !isMoreThan(mostSorted, "select " + ofNames)) {
+        return {amongKeys("select distinct " + ofNames, askedOfKeys)};
     }
     const std::string walk = "from entry e indexed by entry_newest where " + asked;
     if (query.after) {

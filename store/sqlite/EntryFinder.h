@@ -35,8 +35,13 @@ private:
     /// Reads the entry that is at the place of the cursor.
     void readEntry(FoundEntry& entry);
     void bind(const EntryQuery& query);
-    /// Returns whether so many entries have a name that begins as wanted that it is not worth while to sort them.
-    bool isFrequentName();
+    /// Begins the query, prepared when it is new, with the parameters that it has.
+    PreparedStatement& start(const std::string& sql);
+    /// Returns whether the query `keys` gives more than `most` rows.
+    bool isMoreThan(long long most, const std::string& keys);
+    /// Returns what finds the wanted entries of those at the places that `keys` selects. The bodies are read last, of the
+    /// page alone.
+    std::string amongKeys(const std::string& keys, const std::string& conditions);
     /// Calls `use` for each row that the query gives in row_; `from` is what follows the columns.
     template <class Use>
     void forEachRow(const RowColumns& columns, const std::string& from, Use use);
@@ -46,7 +51,6 @@ private:
 
     soci::session& session_;
     EntryTable& table_;
-    PreparedStatement countName_;
     PreparedStatement readNumbers_;
     PreparedStatement listRemoved_;
 
