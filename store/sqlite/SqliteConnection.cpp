@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <fcntl.h>
 #include <filesystem>
 #include <soci/soci.h>
@@ -22,6 +21,7 @@ namespace {
 using sqlite_api::sqlite3;
 using Clock = std::chrono::steady_clock;
 
+constexpr std::chrono::microseconds shortestPause{100};
 constexpr std::chrono::milliseconds retryPause{10};
 
 /// Opens the SQLite URI that it gets as connect string. SOCI's own factory cannot: its connect strings have no way to
@@ -183,8 +183,20 @@ void SqliteConnection::connect(const std::string& uri) {
     // A file that is still empty gets pages with room for a checksum, any other one when it is written anew.
     int reserved = static_cast<int>(pageChecksumSize);
     sqlite_api::sqlite3_file_control(handleOf(*session_), "main", SQLITE_FCNTL_RESERVE_BYTES, &reserved);
-    sqlite_api::sqlite3_busy_timeout(
-        handleOf(*session_), static_cast<int>(std::min<std::chrono::milliseconds::rep>(timeout_.count(), INT_MAX)));
+    sqlite_api::sqlite3_busy_handler(handleOf(*session_), &wait, this);
+}
+
+int SqliteConnection::wait(void* connection, int attempt) {
+    auto& self = *static_cast<SqliteConnection*>(connection);
+    if (attempt == 0) {
+        self.waitBegin_ = Clock::now();
+    }
+    if (std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - self.waitBegin_) >= self.timeout_) {
+        return 0;
+    }
+    // Most hold a lock for less than the millisecond that SQLite would wait at least.
+    std::this_thread::sleep_for(std::min<Clock::duration>(shortestPause * (attempt + 1), retryPause));
+    return 1;
 }
 
 /// Reads the file for the first time; that is when SQLite looks at what it is.

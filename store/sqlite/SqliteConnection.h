@@ -65,9 +65,13 @@ private:
     void openFile();
     void connect(const std::string& uri);
     void probe();
+    /// Waits a moment for a lock that another connection holds, asked for the first time with an `attempt` of 0. Returns
+    /// 0 when the time is over.
+    static int wait(void* connection, int attempt);
 
     std::string file_;
     std::chrono::milliseconds timeout_;
+    std::chrono::steady_clock::time_point waitBegin_;
     std::unique_ptr<soci::session> session_;
     std::map<const char*, PreparedStatement> statements_;
 };
