@@ -51,9 +51,10 @@ install(DIRECTORY examples/own-platform DESTINATION ${example_dir} COMPONENT dev
 if(CALLJOURNAL_HOST AND CALLJOURNAL_COMMAND)
     # The program finds its libraries beside it wherever the tree is; a distribution, whose libraries are where the
     # loader looks anyway, sets CMAKE_SKIP_INSTALL_RPATH.
-    file(RELATIVE_PATH lib_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-    set_target_properties(calljournal_command PROPERTIES INSTALL_RPATH "$ORIGIN/${lib_from_bin}")
+    set_target_properties(calljournal_command PROPERTIES INSTALL_RPATH "$ORIGIN/${CALLJOURNAL_LIB_FROM_BIN}")
     install(TARGETS calljournal_command RUNTIME COMPONENT command)
+    install(TARGETS calljournal_numbering_plans
+            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/calljournal COMPONENT command)
     install(FILES examples/calls.json DESTINATION ${example_dir} COMPONENT command)
     install(DIRECTORY examples/contacts DESTINATION ${example_dir} COMPONENT command)
     install(FILES docs/man/calljournal.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT command)

@@ -2,29 +2,16 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <set>
 #include <string_view>
 #include <unicode/uchar.h>
 #include <unordered_map>
 
-#include "PhoneNumbers.h"
+#include "NumberingPlans.h"
+#include "PlainNumber.h"
 #include "Text.h"
 #include "Utf8.h"
 
 namespace calljournal {
-
-using i18n::phonenumbers::PhoneNumber;
-using i18n::phonenumbers::PhoneNumberUtil;
-
-bool parseNumber(const std::string& number, const std::string& region, PhoneNumber& parsed) {
-    return PhoneNumberUtil::GetInstance()->ParseAndKeepRawInput(number, region, &parsed) ==
-           PhoneNumberUtil::NO_PARSING_ERROR;
-}
-
-bool isInternational(const PhoneNumber& number) {
-    const auto source = number.country_code_source();
-    return source == PhoneNumber::FROM_NUMBER_WITH_PLUS_SIGN || source == PhoneNumber::FROM_NUMBER_WITH_IDD;
-}
 
 std::string withoutPunctuation(const std::string& number) {
     std::string dialled;
@@ -50,9 +37,7 @@ std::string localeRegion() {
 }
 
 bool isKnownRegion(const std::string& region) {
-    std::set<std::string> regions;
-    PhoneNumberUtil::GetInstance()->GetSupportedRegions(&regions);
-    return region == noRegion || regions.count(region) != 0;
+    return region == noRegion || numberingPlans().hasRegion(region);
 }
 
 namespace {
@@ -95,14 +80,8 @@ std::string keyOf(const std::string& number, const std::string& region) {
     if (isAddress(number)) {
         return addressKey(number);
     }
-    PhoneNumber parsed;
-    if (isNowhere(number, region) || !parseNumber(number, region, parsed) ||
-        !(isInternational(parsed) || PhoneNumberUtil::GetInstance()->IsValidNumber(parsed))) {
-        return withoutPunctuation(number);
-    }
-    std::string key;
-    PhoneNumberUtil::GetInstance()->Format(parsed, PhoneNumberUtil::E164, &key);
-    return key;
+    const std::string key = isNowhere(number, region) ? "" : numberingPlans().fromAbroad(number, region);
+    return key.empty() ? withoutPunctuation(number) : key;
 }
 
 /// The keys of one region's numbers: as many as a large file of calls has, in some 30 megabytes; in 170 if all

@@ -3,14 +3,12 @@
 #include <algorithm>
 
 #include "NumberMatcher.h"
-#include "PhoneNumbers.h"
+#include "NumberingPlans.h"
+#include "PlainNumber.h"
 
 namespace calljournal {
 
 namespace {
-
-using i18n::phonenumbers::PhoneNumber;
-using i18n::phonenumbers::PhoneNumberUtil;
 
 /// Up to so many digits are an extension, an emergency call or a service, which no numbering plan lists as a number.
 constexpr std::size_t longestShortNumber = 6;
@@ -39,17 +37,6 @@ bool isShort(const std::string& number, std::size_t digits) {
            (digits <= longestShortNumber || number.find_first_of("*#") != std::string::npos);
 }
 
-std::string formatted(const PhoneNumber& parsed, NumberStyle style) {
-    const PhoneNumberUtil& util = *PhoneNumberUtil::GetInstance();
-    std::string text;
-    if (style == NumberStyle::international) {
-        util.Format(parsed, PhoneNumberUtil::INTERNATIONAL, &text);
-        return text;
-    }
-    util.Format(parsed, PhoneNumberUtil::E164, &text);
-    return parsed.has_extension() && !parsed.extension().empty() ? text + ',' + parsed.extension() : text;
-}
-
 }  // namespace
 
 WrittenNumber NumberWriter::operator()(const std::string& number) const {
@@ -69,16 +56,13 @@ WrittenNumber NumberWriter::judged(const std::string& number) const {
     if (isShort(number, digitsIn(number))) {
         return {isDialable ? withoutPunctuation(number) : number, {}};
     }
-    PhoneNumber parsed;
-    if (!parseNumber(number, region_, parsed)) {
-        const bool isNational = region_ == noRegion && number.find('+') == std::string::npos;
-        return {isDialable ? withoutPunctuation(number) : number,
-                isNational ? "has no country code, and no --region says where it is dialled" : "is no valid number"};
+    const PlannedNumber planned = numberingPlans().written(number, region_, style_);
+    if (planned.isValid) {
+        return {planned.text, {}};
     }
-    if (!PhoneNumberUtil::GetInstance()->IsValidNumber(parsed)) {
-        return {isDialable ? withoutPunctuation(number) : number, "is no valid number"};
-    }
-    return {style_ == NumberStyle::keep ? number : formatted(parsed, style_), {}};
+    const bool isNational = !planned.isNumber && region_ == noRegion && number.find('+') == std::string::npos;
+    return {isDialable ? withoutPunctuation(number) : number,
+            isNational ? "has no country code, and no --region says where it is dialled" : "is no valid number"};
 }
 
 }  // namespace calljournal

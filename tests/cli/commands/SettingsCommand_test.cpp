@@ -1,9 +1,13 @@
 #include <filesystem>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "RunCommand.h"
 
 namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 /// The built command on a store of its own, in a place of which no region is known.
 class Settings : public ::testing::Test {
@@ -205,6 +209,20 @@ TEST_F(Settings, AreReadAsListsAreWithoutWhatKnowsNumbersAndLetters) {
     }
     EXPECT_EQ(runWithoutNumbers({"--store", store(), "list", "all", "--number", "1"}).err, "numbers are used\n");
     EXPECT_EQ(runWithoutNumbers({"--store", store(), "list", "all", "--name", "ä"}).err, "letters are used\n");
+}
+
+TEST_F(Settings, SayWhatIsMissingWhereTheProgramIsWithoutWhatItKnowsOfNumbers) {
+    std::filesystem::create_directory(folder_.file("bin"));
+    const std::string copy = folder_.file("bin/calljournal");
+    std::filesystem::copy_file(COMMAND, copy);
+    const Finished refused = runProgram(
+        {"/usr/bin/env", "LD_LIBRARY_PATH=" LIBRARIES, copy, "--store", store(), "settings", "region", "DE"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.out, "");
+    EXPECT_THAT(refused.err, StartsWith("calljournal: what is known of phone numbers cannot be loaded; install the "
+                                        "program again: "));
+    EXPECT_THAT(refused.err, HasSubstr("/calljournal/numbering-plans.so: cannot open shared object file"));
+    EXPECT_EQ(runProgram({"/usr/bin/env", "LD_LIBRARY_PATH=" LIBRARIES, copy, "--store", store(), "settings"}).err, "");
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <phonenumbers/phonenumberutil.h>
+#include <cstddef>
 #include <string>
 
 namespace calljournal {
@@ -8,12 +8,6 @@ namespace calljournal {
 /// Numbers have at most 15 digits (ITU-T E.164); with all punctuation anybody writes they stay far below this. Anything
 /// longer is some other text, which would keep the parser busy for minutes.
 constexpr std::size_t longestNumber = 250;
-
-/// Reads `number` as one that is dialled in `region`. Returns false if nothing on earth could be meant by it.
-bool parseNumber(const std::string& number, const std::string& region, i18n::phonenumbers::PhoneNumber& parsed);
-
-/// Returns whether the number was written with its country code.
-bool isInternational(const i18n::phonenumbers::PhoneNumber& number);
 
 /// What may be dialled of `number`: digits, the plus sign in front, and the star and hash of service codes. A number
 /// without any of them, such as a name sent in its place, is itself.
