@@ -50,8 +50,12 @@ install(DIRECTORY examples/own-platform DESTINATION ${example_dir} COMPONENT dev
 
 if(CALLJOURNAL_HOST AND CALLJOURNAL_COMMAND)
     # The program finds its libraries beside it wherever the tree is; a distribution, whose libraries are where the
-    # loader looks anyway, sets CMAKE_SKIP_INSTALL_RPATH.
-    set_target_properties(calljournal_command PROPERTIES INSTALL_RPATH "$ORIGIN/${CALLJOURNAL_LIB_FROM_BIN}")
+    # loader looks anyway, sets CMAKE_SKIP_INSTALL_RPATH. A build's program has the same folders and that of the build:
+    # a list that CMake is to change at the installation has an empty element, which is the current folder.
+    set(library_folders "$ORIGIN/${CALLJOURNAL_LIB_FROM_BIN}" "$ORIGIN/../lib")
+    list(REMOVE_DUPLICATES library_folders)
+    set_target_properties(calljournal_command PROPERTIES INSTALL_RPATH "${library_folders}"
+                          BUILD_WITH_INSTALL_RPATH ON)
     install(TARGETS calljournal_command RUNTIME COMPONENT command)
     install(TARGETS calljournal_numbering_plans
             LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/calljournal COMPONENT command)
