@@ -6,8 +6,14 @@
 
 namespace calljournal {
 
-/// Keeps keys in the order in which they were put.
-using Json = nlohmann::ordered_json;
+/// Keeps keys in the order in which they were put. There is room for those of a call, since whatever a larger place is
+/// given to is copied.
+template <class Key, class Value, class Less, class Allocator>
+struct OrderedKeys : nlohmann::ordered_map<Key, Value, Less, Allocator> {
+    using nlohmann::ordered_map<Key, Value, Less, Allocator>::ordered_map;
+    OrderedKeys() { this->reserve(24); }
+};
+using Json = nlohmann::basic_json<OrderedKeys>;
 
 /// Writes `json` as text, one line or indented. Bytes that are not UTF-8 become U+FFFD, since JSON has no other form.
 std::string jsonText(const Json& json, bool indented);

@@ -1,5 +1,7 @@
 #include "ItemJson.h"
 
+#include <algorithm>
+
 namespace calljournal {
 
 namespace {
@@ -25,19 +27,21 @@ std::string sentenceOf(const Json::exception& error) {
 
 }  // namespace
 
-Json parseJson(const std::string& text) {
+Json parseJson(std::string_view text) {
+    // What has few brackets is not nested deep, and to look at each value takes as long as to read it.
+    const auto brackets = std::count_if(text.begin(), text.end(), [](char c) { return c == '{' || c == '['; });
     try {
-        return Json::parse(text, isNotTooDeep);
+        return Json::parse(text.begin(), text.end(), brackets > deepestNesting ? isNotTooDeep : nullptr);
     } catch (const Json::exception& error) {  // a number that overflows is no parse_error
         throw ValueError(sentenceOf(error));
     }
 }
 
-std::string jsonString(const Json& json, const std::string& key) {
+const std::string& jsonString(const Json& json, const std::string& key) {
     if (!json.is_string()) {
         throw ValueError(key + ": " + jsonText(json, false) + " is not a text");
     }
-    return json.get<std::string>();
+    return json.get_ref<const std::string&>();
 }
 
 bool jsonFlag(const Json& json, const std::string& key) {

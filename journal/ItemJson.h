@@ -2,6 +2,7 @@
 
 #include <list>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <variant>
 
@@ -14,10 +15,10 @@ namespace calljournal {
 
 /// Reads the JSON that people give to the command. Throws ValueError, with line and column, if it is none, or nested deeper than any input
 /// that makes sense: copying and writing such a value would use up the stack.
-Json parseJson(const std::string& text);
+Json parseJson(std::string_view text);
 
-/// Throws ValueError unless `json` is a text; names `key`.
-std::string jsonString(const Json& json, const std::string& key);
+/// Returns the text that `json` is. Throws ValueError if it is none; names `key`.
+const std::string& jsonString(const Json& json, const std::string& key);
 /// Throws ValueError unless `json` is true or false.
 bool jsonFlag(const Json& json, const std::string& key);
 
@@ -42,7 +43,7 @@ Value valueFromJson(const Json& json, const std::string& key) {
     if constexpr (std::is_same_v<Value, bool>) {
         return jsonFlag(json, key);
     } else {
-        const std::string text = jsonString(json, key);
+        const std::string& text = jsonString(json, key);
         try {
             if (key == format::text::TIMEDATE) {
                 checkTime(text);
