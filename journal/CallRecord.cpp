@@ -1,9 +1,8 @@
 #include "CallRecord.h"
 
-#include <algorithm>
-
 #include "ItemJson.h"
 #include "Kinds.h"
+#include "Text.h"
 #include "Time.h"
 #include "Wording.h"
 
@@ -11,8 +10,8 @@ namespace calljournal {
 
 namespace {
 
-constexpr char kindKey[] = "Kind";
-constexpr char withheldKey[] = "Withheld";
+constexpr std::string_view kindKey = "Kind";
+constexpr std::string_view withheldKey = "Withheld";
 
 /// The log that a call of a kind belongs to unless it says otherwise.
 template <class Item>
@@ -27,19 +26,22 @@ template <class Item>
 NewCall<Item> newCallFromJson(const Json& json) {
     NewCall<Item> call;
     call.call.targetLog = usualLog<Item>;
-    call.call.timeDate = currentTime();
     bool isWithheld = false;
-    for (const auto& [key, value] : json.items()) {
+    for (const auto& [key, value] : json.get_ref<const Json::object_t&>()) {
+        if (key == kindKey || takeCallValue<Item>(key, value, call.call)) {
+            continue;
+        }
         if (key == withheldKey) {
             isWithheld = jsonFlag(value, key);
-        } else if (key != format::text::UNIQUEID && takeItemValue(key, value, call.party)) {
-            continue;
-        } else if (!takeCallValue<Item>(key, value, call.call)) {
+        } else if (key == format::text::UNIQUEID || !takeItemValue(key, value, call.party)) {
             throw ValueError(key + ": a " + KindInterface<Item>::name + " call has no such element");
         }
     }
     if (isWithheld == !call.call.number.empty()) {
         throw ValueError("a call has either a number or is withheld");
+    }
+    if (call.call.timeDate.empty()) {
+        call.call.timeDate = currentTime();
     }
     const bool isNamed = !call.party.getSurname().empty() || !call.party.getFirstname().empty();
     if (!json.contains(format::text::NUMBERPRESENTATION)) {
@@ -54,28 +56,25 @@ NewCall<Item> newCallFromJson(const Json& json) {
 template <>
 NewCall<StoredCallBack> newCallFromJson(const Json& json) {
     NewCall<StoredCallBack> call;
-    call.party.setTimeDate(currentTime());
-    for (const auto& [key, value] : json.items()) {
-        if (key == format::text::UNIQUEID || !takeItemValue(key, value, call.party)) {
+    for (const auto& [key, value] : json.get_ref<const Json::object_t&>()) {
+        if (key != kindKey && (key == format::text::UNIQUEID || !takeItemValue(key, value, call.party))) {
             throw ValueError(key + ": a call-back has no such element");
         }
     }
     if (call.party.getNumber().empty()) {
         throw ValueError("a call-back needs a number");
     }
+    if (call.party.getTimeDate().empty()) {
+        call.party.setTimeDate(currentTime());
+    }
     return call;
 }
 
-Json withoutKind(Json json) {
-    json.erase(kindKey);
-    return json;
-}
-
-/// Returns what `read` returns; a refusal says at which place of a file: "line 3: ...", "line 3, column 7: ...".
-template <class Read>
-Json readAt(const std::string& place, Read read) {
+/// Does `work`; a refusal says at which place of a file: "line 3: ...", "line 3, column 7: ...".
+template <class Work>
+void workAt(const std::string& place, Work work) {
     try {
-        return read();
+        work();
     } catch (const ValueError& error) {
         constexpr std::string_view onlyLine = "line 1, ";
         const std::string_view sentence = error.what();
@@ -86,61 +85,41 @@ Json readAt(const std::string& place, Read read) {
 
 }  // namespace
 
-Json checkedCall(Json json, const std::string& kind) {
+void addCall(const Json& json, const std::string& kind, NewCalls& calls) {
     if (!json.is_object()) {
         throw ValueError("a call is a JSON object");
     }
-    if (!json.contains(kindKey)) {
-        json[kindKey] = kind;
+    const auto named = json.find(kindKey);
+    const std::string& word = named == json.end() ? kind : jsonString(*named, std::string(kindKey));
+    bool isKnown = false;
+    withKind(word, [&](auto type) {
+        using Item = typename decltype(type)::Item;
+        std::get<std::vector<NewCall<Item>>>(calls).push_back(newCallFromJson<Item>(json));
+        isKnown = true;
+    });
+    if (!isKnown) {
+        throw ValueError("\"" + word + "\" is not one of " + joined(kindNames()));
     }
-    const std::string word = jsonString(json[kindKey], kindKey);
-    const std::vector<std::string> known = kindNames();
-    if (std::find(known.begin(), known.end(), word) == known.end()) {
-        throw ValueError("\"" + word + "\" is not one of " + joined(known));
-    }
-    withKind(word, [&](auto type) { newCallFromJson<typename decltype(type)::Item>(withoutKind(json)); });
-    return json;
 }
 
-std::vector<Json> readCalls(const std::string& text, const std::string& kind) {
-    std::vector<Json> calls;
+NewCalls readCalls(std::string_view text, const std::string& kind) {
+    NewCalls calls;
     const std::size_t start = text.find_first_not_of(" \t\r\n");
-    if (start != std::string::npos && text[start] == '[') {
-        for (Json& call : parseJson(text)) {
-            const std::string place = "call " + std::to_string(calls.size() + 1);
-            calls.push_back(readAt(place, [&] { return checkedCall(std::move(call), kind); }));
+    if (start != std::string_view::npos && text[start] == '[') {
+        std::size_t count = 0;
+        for (const Json& call : parseJson(text)) {
+            workAt("call " + std::to_string(++count), [&] { addCall(call, kind, calls); });
         }
         return calls;
     }
     std::size_t lineNumber = 0;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size());
-        const std::string line = text.substr(begin, end - begin);
-        const std::string place = "line " + std::to_string(++lineNumber);
-        begin = end + 1;
-        if (line.find_first_not_of(" \t\r") == std::string::npos) {
-            continue;
+    for (const std::string_view line : split(text, '\n')) {
+        ++lineNumber;
+        if (line.find_first_not_of(" \t\r") != std::string_view::npos) {
+            workAt("line " + std::to_string(lineNumber), [&] { addCall(parseJson(line), kind, calls); });
         }
-        calls.push_back(readAt(place, [&] { return checkedCall(parseJson(line), kind); }));
     }
     return calls;
 }
-
-template <class Item>
-std::vector<NewCall<Item>> callsOfKind(const std::vector<Json>& calls) {
-    std::vector<NewCall<Item>> ofKind;
-    for (const Json& call : calls) {
-        if (call.at(kindKey) == KindInterface<Item>::name) {
-            ofKind.push_back(newCallFromJson<Item>(withoutKind(call)));
-        }
-    }
-    return ofKind;
-}
-
-#define CALLJOURNAL_CALLS(Kind, word) \
-    template std::vector<NewCall<Kind##CallItem>> callsOfKind(const std::vector<Json>& calls);
-
-CALLJOURNAL_CALL_KINDS(CALLJOURNAL_CALLS)
-template std::vector<NewCall<StoredCallBack>> callsOfKind(const std::vector<Json>& calls);
 
 }  // namespace calljournal

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "Journal.h"
@@ -12,17 +14,24 @@ namespace calljournal {
 // kind, {"Kind": "missed", "Surname": ..., "Number": ..., "TimeDate": ...}. "Withheld" in place of "Number" marks a
 // call whose number was withheld.
 
-/// Returns `json` with its "Kind" written down, `kind` where it names none. Throws ValueError unless it is a call of a
-/// known kind whose elements make sense.
-Json checkedCall(Json json, const std::string& kind);
+/// Calls of all kinds, those of each kind in their order.
+#define CALLJOURNAL_NEW_CALLS(Kind, word) std::vector<NewCall<Kind##CallItem>>,
+using NewCalls = std::tuple<CALLJOURNAL_CALL_KINDS(CALLJOURNAL_NEW_CALLS) std::vector<NewCall<StoredCallBack>>>;
+#undef CALLJOURNAL_NEW_CALLS
 
-/// Reads calls from JSON: one array of objects, or one object a line. Each names its "Kind"; `kind` is that of those
-/// that do not. Returns them checked, as checkedCall does. Throws ValueError that names the line.
-std::vector<Json> readCalls(const std::string& text, const std::string& kind);
-
-/// Makes the calls of one kind out of `calls`, which are checked. What is absent gets the value that a phone would
-/// give: the time now, a presentation that fits. Throws ValueError that names the element at fault.
+/// Returns the calls of one kind.
 template <class Item>
-std::vector<NewCall<Item>> callsOfKind(const std::vector<Json>& calls);
+const std::vector<NewCall<Item>>& callsOfKind(const NewCalls& calls) {
+    return std::get<std::vector<NewCall<Item>>>(calls);
+}
+
+/// Adds the call that `json` is to those of its "Kind", `kind` where it names none. What is absent gets the value that a
+/// phone would give: the time now, a presentation that fits. Throws ValueError that names the element at fault, and adds
+/// nothing, if it is no call of a known kind or if its elements make no sense.
+void addCall(const Json& json, const std::string& kind, NewCalls& calls);
+
+/// Reads calls from JSON, as addCall() does: one array of objects, or one object a line. Throws ValueError that names
+/// the line.
+NewCalls readCalls(std::string_view text, const std::string& kind);
 
 }  // namespace calljournal

@@ -8,6 +8,7 @@
 #include <ostream>
 #include <set>
 #include <sstream>
+#include <tuple>
 
 #include "CallRecord.h"
 #include "EntryView.h"
@@ -51,15 +52,15 @@ void reportWritten(const std::vector<Entry>& written, std::size_t calls, const s
 }
 
 template <class Item>
-void recordKind(const std::vector<Json>& calls, Session& session, const GlobalOptions& globals, std::ostream& out) {
-    const std::vector<NewCall<Item>> newCalls = callsOfKind<Item>(calls);
-    if (!newCalls.empty()) {
-        reportWritten(session.journal().record(newCalls), newCalls.size(), KindInterface<Item>::name, globals, out);
+void recordKind(const NewCalls& calls, Session& session, const GlobalOptions& globals, std::ostream& out) {
+    const std::vector<NewCall<Item>>& ofKind = callsOfKind<Item>(calls);
+    if (!ofKind.empty()) {
+        reportWritten(session.journal().record(ofKind), ofKind.size(), KindInterface<Item>::name, globals, out);
     }
 }
 
 /// Records all of the calls or, if it throws, none. Prints nothing before they are on disk.
-void recordAll(const std::vector<Json>& calls, const RecordOptions& options, const CommandContext& context) {
+void recordAll(const NewCalls& calls, const RecordOptions& options, const CommandContext& context) {
     std::ostringstream out;
     std::ostringstream err;
     PrintingObserver observer(out);
@@ -68,7 +69,7 @@ void recordAll(const std::vector<Json>& calls, const RecordOptions& options, con
         session.journal().addObserver(observer);
     }
     refuseOtherRegion(session.journal(), context.globals);
-    if (calls.empty()) {
+    if (std::apply([](const auto&... ofKind) { return (ofKind.empty() && ...); }, calls)) {
         return;
     }
     session.journal().store().exclusively([&] {
@@ -143,12 +144,14 @@ void addCallOptions(CLI::App& app, CommandContext& context, Json& call) {
         ->group("Call");
 }
 
-std::vector<Json> callsToRecord(const RecordOptions& options, std::istream& in) {
+NewCalls callsToRecord(const RecordOptions& options, std::istream& in) {
     if (options.from.empty()) {
         if (options.kind.empty()) {
             throw ValueError("say which kind of call: " + joined(kindNames()));
         }
-        return {checkedCall(options.call, options.kind)};
+        NewCalls calls;
+        addCall(options.call, options.kind, calls);
+        return calls;
     }
     if (!options.call.empty()) {
         throw ValueError("--from takes each call from the file; give no call beside it");

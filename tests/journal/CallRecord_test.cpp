@@ -62,7 +62,7 @@ TEST(CallRecord, NamesTheElementAtFault) {
 }
 
 TEST(CallRecord, PutsCallsOfManyKindsApart) {
-    const std::vector<Json> calls = readCalls(
+    const NewCalls calls = readCalls(
         "\n"
         R"({"Number":"1"})"
         "\n"
