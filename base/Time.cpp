@@ -1,18 +1,25 @@
 #include "Time.h"
 
-#include <cstdio>
+#include <charconv>
 #include <ctime>
 
 namespace calljournal {
 
 void checkTime(const std::string& text) {
-    std::tm time = {};
-    const int count = std::sscanf(text.c_str(), "%4d-%2d-%2d %2d:%2d:%2d", &time.tm_year, &time.tm_mon, &time.tm_mday,
-                                  &time.tm_hour, &time.tm_min, &time.tm_sec);
     char canonical[32] = "";
-    if (count == 6 && text.size() == 19) {
-        time.tm_year -= 1900;
-        time.tm_mon -= 1;
+    if (text.size() == 19) {
+        const auto number = [&](std::size_t begin, std::size_t length) {
+            int value = 0;
+            std::from_chars(text.data() + begin, text.data() + begin + length, value);
+            return value;
+        };
+        std::tm time = {};
+        time.tm_year = number(0, 4) - 1900;
+        time.tm_mon = number(5, 2) - 1;
+        time.tm_mday = number(8, 2);
+        time.tm_hour = number(11, 2);
+        time.tm_min = number(14, 2);
+        time.tm_sec = number(17, 2);
         // A date outside the calendar, such as 30 February, comes back as another one.
         if (::timegm(&time) != -1) {
             std::strftime(canonical, sizeof canonical, "%Y-%m-%d %H:%M:%S", &time);
