@@ -39,6 +39,10 @@ bool takeReference(std::string_view text, char& c) {
 
 }  // namespace
 
+bool mayBeChanged(const std::string& text) {
+    return std::any_of(text.begin(), text.end(), [](char c) { return c == '<' || c == '&' || isForbiddenInXml(c); });
+}
+
 std::string carriedControls(const std::string& text) {
     if (std::none_of(text.begin(), text.end(), isForbiddenInXml) && text.find(referenceBegin) == std::string::npos) {
         return text;

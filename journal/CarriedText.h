@@ -13,6 +13,9 @@ namespace calljournal {
 /// where that works, or else the text escaped as often.
 std::string carriedText(const std::string& text, int times);
 
+/// Returns whether `text` may have another form where it is carried, its control characters included.
+bool mayBeChanged(const std::string& text);
+
 /// Undoes carriedText.
 std::string restoredText(const std::string& carried, int times);
 
@@ -36,6 +39,25 @@ void visitCallTexts(typename format::CallKind<Item>::Call& call, Visit visit) {
             visit(call.*(*member), callTextUnescapes);
         }
     }
+}
+
+/// Returns whether `holds(text)` of any text of the item.
+template <class Item, class Holds>
+bool anyText(const Item& item, Holds holds) {
+    bool isAny = false;
+    forEachFieldTable(item, [&](const auto& base, const auto& fields) {
+        for (const auto& field : fields) {
+            const auto* access = std::get_if<0>(&field.access);
+            isAny = isAny || (access != nullptr && holds(std::invoke(access->get, base)));
+        }
+    });
+    for (const auto& call : callsOf(item)) {
+        for (const auto& field : format::CallKind<Item>::callFields) {
+            const auto* member = std::get_if<0>(&field.member);
+            isAny = isAny || (member != nullptr && holds(call.*(*member)));
+        }
+    }
+    return isAny;
 }
 
 /// Replaces each text of the item but its id, which is the store's, by `convert(text, times)`; `times` is 0 where the
@@ -64,8 +86,10 @@ template <class Item>
 Item carriedItem(Item item) {
     // The encoder of call-backs does so by itself.
     if constexpr (KindInterface<Item>::isCallLog) {
-        convertTexts(item,
-                     [](const std::string& text, int times) { return carriedText(carriedControls(text), times); });
+        if (anyText(item, mayBeChanged)) {
+            convertTexts(item,
+                         [](const std::string& text, int times) { return carriedText(carriedControls(text), times); });
+        }
     }
     return item;
 }

@@ -21,19 +21,7 @@ void restoreControls(Item& item) {
 
 /// Returns whether a text of the item may have been escaped by carriedText.
 bool mayBeCarried(const MissedCallItem& item) {
-    const auto holds = [](const std::string& text) { return text.find('&') != std::string::npos; };
-    if (holds(item.getEntryId()) || holds(item.getPictureClip())) {
-        return true;
-    }
-    for (const auto& call : callsOf(item)) {
-        for (const auto& field : format::CallKind<MissedCallItem>::callFields) {
-            const auto* member = std::get_if<0>(&field.member);
-            if (member != nullptr && holds(call.*(*member))) {
-                return true;
-            }
-        }
-    }
-    return false;
+    return anyText(item, [](const std::string& text) { return text.find('&') != std::string::npos; });
 }
 
 /// Restores the texts of entries that the list reader, which hands them over raw, read from `reply`.
