@@ -108,9 +108,10 @@ std::vector<Item> Journal::record(const std::vector<NewCall<Item>>& calls) {
     });
 
     std::vector<Item> written;
-    for (const RecordedEntry<Item>* entry : parties->changed()) {
-        written.push_back(entry->item);
-        announce(entry->item, entry->isNew ? JournalServiceObserverIfc::ADDED : JournalServiceObserverIfc::CHANGED);
+    written.reserve(changed.size());
+    for (RecordedEntry<Item>* entry : parties->changed()) {
+        written.push_back(std::move(entry->item));
+        announce(written.back(), entry->isNew ? JournalServiceObserverIfc::ADDED : JournalServiceObserverIfc::CHANGED);
     }
     announceUnseen<Item>(unseen);
     return written;
