@@ -157,6 +157,9 @@ struct Name {
     bool isAt(const char* at) const { return at[length] == '>' && haveSameFront(at, text(), length); }
 };
 
+/// A message of fewer bytes is no list: it has each name once or twice, which takes less than to know it.
+constexpr std::size_t listSize = 2000;
+
 /// The names that a message uses. Messages are lists of the same elements in nearly the same order, so mostly the name
 /// that came after another one comes after it again: then a comparison takes the place of reading it byte by byte.
 class KnownNames {
@@ -418,7 +421,9 @@ private:
     void reportBegin(std::size_t place, std::size_t nameEnd, const char** attributes) {
         reportText(place);
         const std::string_view name = message_.substr(place + 1, nameEnd - place - 1);
-        knownNames_.goOn(name);
+        if (message_.size() >= listSize) {
+            knownNames_.goOn(name);
+        }
         openElements_.push(name);
         tagBegin_(userData_, openElements_.innermost(), attributes);
     }
