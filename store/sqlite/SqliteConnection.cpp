@@ -115,6 +115,15 @@ int makeFolders(const std::string& folder) {
     return resultAbove != 0 ? resultAbove : makeFolder(folder);
 }
 
+/// Creates the file for the user alone if there is none, since calls are private. What SQLite puts beside it gets the
+/// same permissions. Where that fails, SQLite will, too.
+void createPrivateFile(const std::string& file) {
+    const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (descriptor >= 0) {
+        ::close(descriptor);
+    }
+}
+
 }  // namespace
 
 SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds timeout)
@@ -124,6 +133,7 @@ SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds t
         throw error("its folder cannot be created (" + systemMessage(folderError) + "); name another file");
     }
     refuseWhatIsNoStore();
+    createPrivateFile(file_);
     try {
         openFile();
     } catch (const std::system_error& failure) {

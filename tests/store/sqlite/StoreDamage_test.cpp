@@ -1,8 +1,8 @@
-#include <cstdlib>
 #include <iostream>
 #include <random>
 #include <string>
 
+#include "Rounds.h"
 #include "Store.h"
 #include "StoreTest.h"
 #include "TestKeys.h"
@@ -12,12 +12,6 @@ namespace {
 const std::string dialled = "CallLogDialledCalls";
 const std::string received = "CallLogReceivedCalls";
 const std::string ofDialled = "schema_id = (select schema_id from stored_schema where schema_name = '" + dialled + "')";
-
-/// How often random tests are to be repeated; more where somebody runs them for long.
-int rounds(int usual) {
-    const char* factor = std::getenv("CALLJOURNAL_SOAK");
-    return factor == nullptr ? usual : usual * std::atoi(factor);
-}
 
 class StoreDamage : public StoreTest {
 protected:
