@@ -47,13 +47,12 @@ long long folded(std::uint64_t hash) {
 
 }  // namespace
 
-long long entryChecksum(std::string_view schema, const EntryRow& row) {
-    const auto place = static_cast<std::uint64_t>(row.place);
-    return folded(goOn(goOn(goOn(goOn(offset, place), schema), row.id), row.body));
-}
-
 long long checksumOfVersion2(std::string_view schema, std::string_view id, long long place, std::string_view body) {
     return folded(goOnByBytes(goOnByBytes(goOnByBytes(goOnByBytes(offset, schema), id), std::to_string(place)), body));
+}
+
+long long checksumOfVersion3(std::string_view schema, std::string_view id, long long place, std::string_view body) {
+    return folded(goOn(goOn(goOn(goOn(offset, static_cast<std::uint64_t>(place)), schema), id), body));
 }
 
 std::array<char, pageChecksumSize> pageChecksum(std::uint64_t number, std::string_view page) {

@@ -11,10 +11,9 @@ struct EntryRow {
     long long place = 0;  ///< Of its insertion; see placesBefore().
     long long schemaId = 0;
     std::string id;
-    long long checksum = 0;  ///< Of schema, id, place and body.
-    long long added = 0;     ///< The number of the change that inserted it.
-    long long changed = 0;   ///< Of the last change that did more than mark it as seen.
-    long long number = 0;    ///< Of its last change.
+    long long added = 0;    ///< The number of the change that inserted it.
+    long long changed = 0;  ///< Of the last change that did more than mark it as seen.
+    long long number = 0;   ///< Of its last change.
     int isSeen = notIndexed;
     std::string time;
     std::string numbers;  ///< The keys of its numbers, a line feed behind each.
@@ -39,11 +38,11 @@ struct RowColumns {
 };
 
 inline constexpr RowColumns allColumns = {
-    "select e.place, e.schema_id, e.unique_id, e.checksum, e.added, e.changed, e.change_number, e.is_seen, e.newest, "
+    "select e.place, e.schema_id, e.unique_id, e.added, e.changed, e.change_number, e.is_seen, e.newest, "
     "e.numbers, e.name, e.body ",
     [](PreparedStatement& query, EntryRow& row) {
-        return query.fetch(row.place, row.schemaId, row.id, row.checksum, row.added, row.changed, row.number,
-                           row.isSeen, row.time, row.numbers, row.name, row.body);
+        return query.fetch(row.place, row.schemaId, row.id, row.added, row.changed, row.number, row.isSeen, row.time,
+                           row.numbers, row.name, row.body);
     }};
 
 /// Where the row is among others.
@@ -53,8 +52,7 @@ inline constexpr RowColumns cursorColumns = {"select e.place, e.newest ", [](Pre
 
 /// What readers of entries get; the rest of the row says nothing.
 inline constexpr RowColumns servedColumns = {
-    "select e.place, e.unique_id, e.checksum, e.newest, e.body ", [](PreparedStatement& query, EntryRow& row) {
-        return query.fetch(row.place, row.id, row.checksum, row.time, row.body);
-    }};
+    "select e.place, e.unique_id, e.newest, e.body ",
+    [](PreparedStatement& query, EntryRow& row) { return query.fetch(row.place, row.id, row.time, row.body); }};
 
 }  // namespace calljournal

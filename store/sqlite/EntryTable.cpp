@@ -5,7 +5,6 @@
 #include <limits>
 #include <tuple>
 
-#include "Checksum.h"
 #include "EntryBody.h"
 #include "Store.h"
 #include "StoreWords.h"
@@ -18,6 +17,9 @@ namespace {
 /// not use them up.
 constexpr long long idLimit = 1'000'000'000'000'000'000;
 constexpr std::size_t maximumIdDigits = 18;
+
+/// An id that a caller chose so far above those that were given is left to it: to go on behind it would use up the ids.
+constexpr long long mostSkipped = 1'000'000'000'000;
 
 /// How many rows are in memory while all entries are read and written at once.
 constexpr int rowsAtOnce = 200;
@@ -70,12 +72,6 @@ bool hasSameKeys(const EntryRow& one, const EntryRow& other) {
 
 }  // namespace
 
-void refuseIfDamaged(std::string_view schema, const EntryRow& row) {
-    if (entryChecksum(schema, row) != row.checksum) {
-        throw StoreDamage("an entry of " + std::string(schema) + " is not as it was written");
-    }
-}
-
 std::vector<std::string> nameKeys(const std::string& name) {
     std::vector<std::string> keys;
     for (std::size_t begin = 0; begin < name.size() && keys.size() < mostNameKeys;) {
@@ -94,13 +90,11 @@ EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
       indexer_(indexer),
       numbers_(session, "entry_number", "number_key"),
       names_(session, "entry_name", "name_key"),
-      readTotal_(session,
-                 "select schema_id, entries, unseen, bytes, checksum from stored_schema where schema_name = :schema"),
+      readTotal_(session, "select schema_id, entries, unseen, bytes from stored_schema where schema_name = :schema"),
       writeTotal_(session,
-                  "insert into stored_schema (schema_id, schema_name, entries, unseen, bytes, checksum) values "
-                  "(:id, :schema, :entries, :unseen, :bytes, :checksum) on conflict (schema_id) do update set "
-                  "entries = excluded.entries, unseen = excluded.unseen, bytes = excluded.bytes, "
-                  "checksum = excluded.checksum"),
+                  "insert into stored_schema (schema_id, schema_name, entries, unseen, bytes) values "
+                  "(:id, :schema, :entries, :unseen, :bytes) on conflict (schema_id) do update set "
+                  "entries = excluded.entries, unseen = excluded.unseen, bytes = excluded.bytes"),
       listSchemas_(session, "select schema_id, schema_name from stored_schema order by schema_id"),
       readSetting_(session, "select value from setting where name = :name"),
       readStore_(session,
@@ -111,13 +105,12 @@ EntryTable::EntryTable(soci::session& session, const EntryIndexer& indexer)
       locate_(session,
               std::string(allColumns.select) + "from entry e where e.unique_id = :id and e.schema_id = :schema"),
       readLastPlace_(session, "select coalesce(max(place), 0) from entry where place < :end"),
-      insert_(
-          session,
-          "insert into entry (place, schema_id, unique_id, checksum, added, changed, change_number, is_seen, newest, "
-          "numbers, name, body) values (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12)"),
+      insert_(session,
+              "insert into entry (place, schema_id, unique_id, added, changed, change_number, is_seen, newest, "
+              "numbers, name, body) values (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11)"),
       update_(session,
-              "update entry set checksum = ?4, changed = ?6, change_number = ?7, is_seen = ?8, newest = ?9, "
-              "numbers = ?10, name = ?11, body = ?12 where place = ?1"),
+              "update entry set changed = ?5, change_number = ?6, is_seen = ?7, newest = ?8, numbers = ?9, name = ?10, "
+              "body = ?11 where place = ?1"),
       remove_(session, "delete from entry where place = :place"),
       remember_(session,
                 "insert into removed_entry (change_number, schema_id, unique_id, added, body) values "
@@ -148,7 +141,6 @@ bool EntryTable::locate(std::string_view id) {
     const bool isThere = allColumns.fetch(locate_.start(id, total_.id), found_);
     if (isThere) {
         locate_.reset();
-        refuseIfDamaged(schema_, found_);
     }
     return isThere;
 }
@@ -233,9 +225,8 @@ void EntryTable::takeOver(std::string_view id, std::string_view body) {
 
 /// Writes row_, which was found_ before, with its keys.
 void EntryTable::write(PreparedStatement& statement) {
-    row_.checksum = entryChecksum(schema_, row_);
-    statement.run(row_.place, row_.schemaId, row_.id, row_.checksum, row_.added, row_.changed, row_.number, row_.isSeen,
-                  row_.time, row_.numbers, row_.name, row_.body);
+    statement.run(row_.place, row_.schemaId, row_.id, row_.added, row_.changed, row_.number, row_.isSeen, row_.time,
+                  row_.numbers, row_.name, row_.body);
     writeKeys();
     addToTotal(row_, 1);
 }
@@ -263,31 +254,33 @@ void EntryTable::addToTotal(const EntryRow& row, long long sign) {
     total_.entries += sign;
     total_.unseen += row.isSeen == 0 ? sign : 0;
     total_.bytes += sign * (static_cast<long long>(row.id.size()) + static_cast<long long>(row.body.size()));
-    total_.checksum += sign * row.checksum;
     isChanged_ = true;
 }
 
 std::string EntryTable::takeNextId() {
+    std::string id = std::to_string(nextId_);
+    while (nextId_ < idLimit && findId_.start(id).fetchRow()) {
+        id = std::to_string(++nextId_);
+    }
     if (nextId_ >= idLimit) {
         return {};
-    }
-    std::string id = std::to_string(nextId_);
-    if (findId_.start(id).fetchRow()) {
-        throw StoreDamage("its next free id, " + id + ", is in use");
     }
     ++nextId_;
     return id;
 }
 
 void EntryTable::skipId(std::string_view id) {
-    nextId_ = std::max(nextId_, numberOf(id) + 1);
+    const long long number = numberOf(id);
+    if (number >= nextId_ && number - nextId_ < mostSkipped) {
+        nextId_ = number + 1;
+    }
 }
 
 void EntryTable::finish() {
     if (!isChanged_) {
         return;
     }
-    writeTotal_.run(total_.id, schema_, total_.entries, total_.unseen, total_.bytes, total_.checksum);
+    writeTotal_.run(total_.id, schema_, total_.entries, total_.unseen, total_.bytes);
     if (nextId_ != firstId_) {
         writeStore_.run(nextId_);
     }
@@ -300,10 +293,6 @@ std::vector<EntryRow> EntryTable::rowsBehind(long long place) {
     std::vector<EntryRow> rows;
     listBehind_.start(place, end_, rowsAtOnce);
     while (allColumns.fetch(listBehind_, found_)) {
-        refuseIfDamaged(schema_, found_);
-        if (found_.schemaId != total_.id) {
-            throw StoreDamage("an entry of " + schema_ + " is filed under another schema");
-        }
         rows.push_back(found_);
     }
     return rows;
@@ -326,7 +315,6 @@ void EntryTable::index() {
     names_.clear();
     for (const StoredSchema& schema : schemas()) {
         begin(schema.name);
-        const SchemaTotal before = total_;
         forEachRow([&] {
             deriveKeys();
             const bool isAsBefore = hasSameKeys(row_, found_);
@@ -339,40 +327,24 @@ void EntryTable::index() {
                 write(update_);
             }
         });
-        refuseLoss(before, total_.entries, total_.checksum);
         isChanged_ = true;
         finish();
-    }
-}
-
-void EntryTable::refuseLoss(const SchemaTotal& total, long long entries, long long checksums) const {
-    if (total.entries != entries || total.checksum != checksums) {
-        throw StoreDamage(std::to_string(entries) + " entries of " + schema_ + " are left of " +
-                          std::to_string(total.entries));
     }
 }
 
 void EntryTable::forEach(std::string_view schema,
                          const std::function<void(std::string_view id, std::string_view body)>& visit) {
     const SchemaTotal total = this->total(schema);
-    long long entries = 0;
-    long long checksums = 0;
     list_.start(placesBefore(total.id), end_);
     while (servedColumns.fetch(list_, found_)) {
-        refuseIfDamaged(schema_, found_);
-        ++entries;
-        checksums += found_.checksum;
         visit(found_.id, found_.body);
     }
-    refuseLoss(total, entries, checksums);
 }
 
 SchemaTotal EntryTable::total(std::string_view schema) {
     schema_ = schema;
     total_ = SchemaTotal();
-    if (!readTotal_.start(schema).fetchRow(total_.id, total_.entries, total_.unseen, total_.bytes, total_.checksum)) {
-        refuseLostSchemas();
-    }
+    readTotal_.start(schema).fetchRow(total_.id, total_.entries, total_.unseen, total_.bytes);
     end_ = placesBefore(total_.id + 1);
     return total_;
 }
@@ -380,19 +352,6 @@ SchemaTotal EntryTable::total(std::string_view schema) {
 std::optional<std::string> EntryTable::setting(std::string_view name) {
     std::string value;
     return readSetting_.start(name).fetchRow(value) ? std::make_optional(value) : std::nullopt;
-}
-
-/// Throws StoreDamage if there are entries of a schema that is not in the list, or a name in it that no schema has.
-void EntryTable::refuseLostSchemas() {
-    const std::vector<StoredSchema> known = schemas();
-    const bool areNames = std::all_of(known.begin(), known.end(), [](const StoredSchema& schema) {
-        return std::find(std::begin(storedSchemas), std::end(storedSchemas), schema.name) != std::end(storedSchemas);
-    });
-    const auto count = static_cast<long long>(known.size());
-    if (!areNames || lastPlaceBefore(std::numeric_limits<long long>::max()) >= placesBefore(count + 1) ||
-        (count > 0 && known.back().id != count)) {
-        throw StoreDamage("its list of schemas is not complete");
-    }
 }
 
 std::vector<StoredSchema> EntryTable::schemas() {
@@ -442,8 +401,7 @@ std::vector<IndexFault> EntryTable::checkIndex() {
             names += static_cast<long long>(nameKeys(found_.name).size());
             checkKeys(faults);
         });
-        refuseLoss(before, total_.entries, total_.checksum);
-        if (before.unseen != total_.unseen || before.bytes != total_.bytes) {
+        if (before.entries != total_.entries || before.unseen != total_.unseen || before.bytes != total_.bytes) {
             faults.push_back({schema.name, {}, "its counts are not those of its entries"});
         }
         // All keys of all entries are there, so that any more are of none.

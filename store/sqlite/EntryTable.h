@@ -4,7 +4,6 @@
 #include <functional>
 #include <optional>
 #include <soci/soci.h>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,19 +14,12 @@
 
 namespace calljournal {
 
-/// What is stored is not what was written. `what()` says where, for people.
-class StoreDamage : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
 /// What is known of all entries of a schema together.
 struct SchemaTotal {
     long long id = 0;  ///< What stands for the schema in the tables; 0 if there never was an entry of it.
     long long entries = 0;
     long long unseen = 0;
-    long long bytes = 0;     ///< Of the ids and bodies.
-    long long checksum = 0;  ///< The sum over all entries.
+    long long bytes = 0;  ///< Of the ids and bodies.
 };
 
 struct StoredSchema {
@@ -36,7 +28,7 @@ struct StoredSchema {
 };
 
 /// The stored entries and the tables of their keys. Every value is bound, never written into the SQL. Throws
-/// soci::soci_error, StoreDamage or std::bad_alloc; a table that threw must be thrown away, since a query that was left
+/// soci::soci_error or std::bad_alloc; a table that threw must be thrown away, since a query that was left
 /// in its middle holds on to the state of the file that it began with. All is to be called in a transaction.
 class EntryTable {
 public:
@@ -71,7 +63,6 @@ public:
     void index();
 
     /// Calls `visit` with each entry of `schema`, in order of first insertion. The views are valid during the call.
-    /// Throws StoreDamage at the end if an entry was changed or got lost.
     void forEach(std::string_view schema, const std::function<void(std::string_view id, std::string_view body)>& visit);
 
     SchemaTotal total(std::string_view schema);
@@ -87,7 +78,6 @@ public:
 
 private:
     bool locate(std::string_view id);
-    void refuseLostSchemas();
     void takeOver(std::string_view id, std::string_view body);
     long long lastPlaceBefore(long long end);
     long long nextPlace();
@@ -98,8 +88,6 @@ private:
     std::vector<EntryRow> rowsBehind(long long place);
     /// Calls `use` for each row of the schema, which is row_ and found_ then. The totals begin at 0.
     void forEachRow(const std::function<void()>& use);
-    /// Throws StoreDamage unless the entries are those of which `total` was made.
-    void refuseLoss(const SchemaTotal& total, long long entries, long long checksums) const;
     void checkKeys(std::vector<IndexFault>& faults);
 
     soci::session& session_;
@@ -140,9 +128,6 @@ private:
     PreparedStatement list_;
     PreparedStatement listBehind_;
 };
-
-/// Throws StoreDamage if a row of `schema` is not as it was written.
-void refuseIfDamaged(std::string_view schema, const EntryRow& row);
 
 /// The texts under which a folded name is found by the beginning of one of its words: the rest of the name from each of
 /// them on, as far as `longestNameKey` goes.

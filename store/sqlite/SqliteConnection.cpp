@@ -219,6 +219,12 @@ bool SqliteConnection::isReadOnly() const {
     return sqlite_api::sqlite3_db_readonly(handleOf(*session_), "main") == 1;
 }
 
+bool SqliteConnection::hasPageChecksums() const {
+    int areThere = 0;
+    sqlite_api::sqlite3_file_control(handleOf(*session_), "main", areChecksumsThere, &areThere);
+    return areThere == 1;
+}
+
 bool SqliteConnection::isInTransaction() const {
     return sqlite_api::sqlite3_get_autocommit(handleOf(*session_)) == 0;
 }

@@ -32,6 +32,9 @@ public:
 
     bool isReadOnly() const;
 
+    /// Returns whether each page of the file has a checksum; known once the file was read or written.
+    bool hasPageChecksums() const;
+
     /// Returns whether a transaction is open. The database itself ends one after some errors, a full disk for instance.
     bool isInTransaction() const;
 

@@ -37,10 +37,9 @@ bool areTexts(const Record& row, std::initializer_list<bool> columns) {
 /// Takes a row over. Which table or index it is of, its columns show, which differ from each other's.
 void takeOver(Record& row, Rows& rows) {
     std::vector<RecordValue>& values = row.values;
-    if (row.isOfTable &&
-        areTexts(row, {false, false, true, false, false, false, false, false, true, true, true, true})) {
-        rows.entries[row.rowId] = {values[1].number, std::move(values[2].text), std::move(values[11].text)};
-    } else if (row.isOfTable && areTexts(row, {false, true, false, false, false, false})) {
+    if (row.isOfTable && areTexts(row, {false, false, true, false, false, false, false, true, true, true, true})) {
+        rows.entries[row.rowId] = {values[1].number, std::move(values[2].text), std::move(values[10].text)};
+    } else if (row.isOfTable && areTexts(row, {false, true, false, false, false})) {
         rows.schemas[row.rowId] = std::move(values[1].text);
     } else if (!row.isOfTable && areTexts(row, {true, false, false})) {
         rows.ids[values[2].number] = {values[1].number, std::move(values[0].text)};

@@ -16,61 +16,49 @@ namespace calljournal {
 
 namespace {
 
-/// The entries of version 1, each with its checksum.
-void copyWithChecksums(soci::session& sql) {
-    std::string schema;
-    std::string id;
-    std::string body;
-    long long place = 0;
-    long long size = 0;
-    PreparedStatement read(sql, "select schema_name, unique_id, place, size, body from entry_of_version_1");
-    PreparedStatement write(sql,
-                            "insert into entry (schema_name, unique_id, place, size, checksum, body) "
-                            "values (:schema, :id, :place, :size, :checksum, :body)");
-    read.start();
-    while (read.fetch(schema, id, place, size, body)) {
-        write.run(schema, id, place, size, checksumOfVersion2(schema, id, place, body), body);
+/// Throws StoreDamage if the query gives another number than 0.
+void refuseLoss(soci::session& sql, const std::string& countOfLosses) {
+    int count = 0;
+    sql << countOfLosses, soci::into(count);
+    if (count != 0) {
+        throw StoreDamage("entries of it are lost");
     }
 }
 
-/// The entries of version 2, schema by schema in their order, without keys: these come of the bodies. Throws StoreDamage
-/// if one is not as it was written, or was lost.
-void copyWithPlaces(soci::session& sql) {
-    int damaged = 0;
-    sql << "select count(*) from schema_total t where entries <> (select count(*) from entry_of_version_2 e where "
-           "e.schema_name = t.schema_name) or checksum <> (select coalesce(sum(e.checksum), 0) from entry_of_version_2 "
-           "e where e.schema_name = t.schema_name)",
-        soci::into(damaged);
+void refuseChange(bool isAsWritten, const std::string& schema) {
+    if (!isAsWritten) {
+        throw StoreDamage("an entry of " + schema + " is not as it was written");
+    }
+}
+
+/// Inserts the entries of version 1 or 2, schema by schema in their order, without keys: these come of the bodies.
+void copyEntries(soci::session& sql, int version) {
     std::string schema;
     EntryRow row;
     long long place = 0;
     long long checksum = 0;
-    PreparedStatement read(sql,
-                           "select s.schema_id, s.schema_name, e.unique_id, e.place, e.checksum, e.body from "
-                           "stored_schema s join entry_of_version_2 e on e.schema_name = s.schema_name "
-                           "order by s.schema_id, e.place");
+    PreparedStatement read(sql, "select s.schema_id, s.schema_name, e.unique_id, e.place, e.body, " +
+                                    std::string(version == 2 ? "e.checksum" : "0") +
+                                    " from stored_schema s join old_entry e on e.schema_name = s.schema_name "
+                                    "order by s.schema_id, e.place");
     PreparedStatement write(sql,
-                            "insert into entry (place, schema_id, unique_id, checksum, added, changed, change_number, "
-                            "is_seen, newest, numbers, name, body) values (:place, :schema, :id, :checksum, 0, 0, 0, "
-                            ":seen, '', '', '', :body)");
+                            "insert into entry (place, schema_id, unique_id, added, changed, change_number, is_seen, "
+                            "newest, numbers, name, body) values (?, ?, ?, 0, 0, 0, ?, '', '', '', ?)");
     read.start();
-    while (read.fetch(row.schemaId, schema, row.id, place, checksum, row.body)) {
-        if (damaged != 0 || checksumOfVersion2(schema, row.id, place, row.body) != checksum) {
-            throw StoreDamage("an entry of " + schema + " is not as it was written");
-        }
+    while (read.fetch(row.schemaId, schema, row.id, place, row.body, checksum)) {
+        refuseChange(version == 1 || checksum == checksumOfVersion2(schema, row.id, place, row.body), schema);
         row.place = std::max(row.place, placesBefore(row.schemaId)) + 1;
-        row.checksum = entryChecksum(schema, row);
-        write.run(row.place, row.schemaId, row.id, row.checksum, row.isSeen, row.body);
+        write.run(row.place, row.schemaId, row.id, row.isSeen, row.body);
     }
 }
 
-/// Version 3 finds entries: by the time of the newest call (`entry_newest` has all that a search for a part of a text
+/// Entries are found by the time of the newest call (`entry_newest` has all that a search for a part of a text
 /// reads), by the keys of numbers, by the beginnings of names, by change. `place` is the order of insertion into a
 /// schema; it may be given again once the last entry was deleted. `removed_entry` keeps what followers of changes have
 /// yet to see. Ids and bodies are bytes, not characters; SQLite keeps any bytes in a text column.
 constexpr const char* createTable[] = {
     "create table entry (place integer primary key, schema_id smallint not null, unique_id text not null, "
-    "checksum bigint not null, added bigint not null, changed bigint not null, change_number bigint not null, "
+    "added bigint not null, changed bigint not null, change_number bigint not null, "
     "is_seen smallint not null, newest text not null, numbers text not null, name text not null, body text not null)",
     "create table entry_number (schema_id smallint not null, number_key text not null, place bigint not null, "
     "primary key (schema_id, number_key, place)) without rowid",
@@ -80,7 +68,7 @@ constexpr const char* createTable[] = {
     "unique_id text not null, added bigint not null, body text not null)",
     "create table setting (name varchar(32) not null primary key, value text not null)",
     "create table stored_schema (schema_id integer primary key, schema_name varchar(32) not null, "
-    "entries bigint not null, unseen bigint not null, bytes bigint not null, checksum bigint not null)",
+    "entries bigint not null, unseen bigint not null, bytes bigint not null)",
 };
 constexpr const char* createIndex[] = {
     "create unique index entry_id on entry (unique_id, schema_id)",
@@ -104,53 +92,65 @@ void createTables(soci::session& sql) {
     carryOut(sql, createIndex);
 }
 
-/// Version 2 has checksums and sums of them, so that nothing is changed or gets lost without notice.
-void addChecksums(soci::session& sql) {
-    constexpr const char* before[] = {
-        "drop index entry_order",
-        "alter table entry rename to entry_of_version_1",
-        "create table entry (unique_id text not null, schema_name varchar(32) not null, place bigint not null, "
-        "size bigint not null, checksum bigint not null, body text not null, primary key (unique_id, schema_name))",
-        "create unique index entry_order on entry (schema_name, place, size)",
-        "create table schema_total (schema_name varchar(32) not null primary key, entries bigint not null, "
-        "checksum bigint not null)",
-    };
-    constexpr const char* after[] = {
-        "insert into schema_total (schema_name, entries, checksum) "
-        "select schema_name, count(*), sum(checksum) from entry group by schema_name",
-        "drop table entry_of_version_1",
-    };
-    carryOut(sql, before);
-    copyWithChecksums(sql);
-    carryOut(sql, after);
-}
-
-void addKeys(soci::session& sql) {
-    constexpr const char* before[] = {"drop index entry_order", "alter table entry rename to entry_of_version_2"};
+/// Makes the tables of those of version 1, which had nothing beside the entries, or 2, which had a checksum for each and
+/// the sum of them for each schema.
+template <int version>
+void takeOverEntries(soci::session& sql) {
+    if (version == 2) {
+        refuseLoss(sql,
+                   "select count(*) from schema_total t where entries <> (select count(*) from entry e where "
+                   "e.schema_name = t.schema_name) or checksum <> (select coalesce(sum(e.checksum), 0) from entry "
+                   "e where e.schema_name = t.schema_name)");
+    }
+    constexpr const char* before[] = {"drop index entry_order", "alter table entry rename to old_entry"};
     constexpr const char* schemas[] = {
-        "insert into stored_schema (schema_name, entries, unseen, bytes, checksum) "
-        "select schema_name, 0, 0, 0, 0 from schema_total order by schema_name"};
+        "insert into stored_schema (schema_name, entries, unseen, bytes) "
+        "select distinct schema_name, 0, 0, 0 from old_entry order by schema_name"};
     constexpr const char* after[] = {
         "update stored_schema set "
         "entries = (select count(*) from entry e where e.schema_id = stored_schema.schema_id), "
         "bytes = (select coalesce(sum(length(cast(e.unique_id as blob)) + length(cast(e.body as blob))), 0) "
-        "from entry e where e.schema_id = stored_schema.schema_id), "
-        "checksum = (select coalesce(sum(e.checksum), 0) from entry e where e.schema_id = stored_schema.schema_id)",
-        "drop table entry_of_version_2",
-        "drop table schema_total",
+        "from entry e where e.schema_id = stored_schema.schema_id)",
+        "drop table old_entry",
+        "drop table if exists schema_total",
     };
     carryOut(sql, before);
     carryOut(sql, createTable);
     carryOut(sql, schemas);
-    copyWithPlaces(sql);
+    copyEntries(sql, version);
     carryOut(sql, after);
     carryOut(sql, createIndex);
 }
 
-/// What makes version N + 1 of version N, at index N - 1.
-constexpr void (*migrations[])(soci::session& sql) = {addChecksums, addKeys};
+/// Version 3 had checksums and sums, too.
+void dropChecksums(soci::session& sql) {
+    refuseLoss(sql,
+               "select count(*) from stored_schema s where entries <> (select count(*) from entry e where "
+               "e.schema_id = s.schema_id) or checksum <> (select coalesce(sum(e.checksum), 0) from entry e where "
+               "e.schema_id = s.schema_id)");
+    refuseLoss(sql, "select count(*) from entry where schema_id not in (select schema_id from stored_schema)");
+    std::string schema;
+    EntryRow row;
+    long long checksum = 0;
+    PreparedStatement read(sql,
+                           "select s.schema_name, e.unique_id, e.place, e.body, e.checksum from entry e "
+                           "join stored_schema s on s.schema_id = e.schema_id");
+    read.start();
+    while (read.fetch(schema, row.id, row.place, row.body, checksum)) {
+        refuseChange(checksum == checksumOfVersion3(schema, row.id, row.place, row.body), schema);
+    }
+    constexpr const char* drop[] = {"alter table entry drop column checksum",
+                                    "alter table stored_schema drop column checksum"};
+    carryOut(sql, drop);
+}
 
-static_assert(std::size(migrations) + 1 == storeVersion, "each version has its migration");
+/// What makes the tables of version N, at index N - 1, those of today. Version 4 has them already, and pages without
+/// checksums.
+constexpr void (*migrations[])(soci::session& sql) = {takeOverEntries<1>, takeOverEntries<2>, dropChecksums};
+
+constexpr int versionWithTables = 4;
+static_assert(std::size(migrations) + 1 == versionWithTables && versionWithTables + 1 == storeVersion,
+              "each version has its migration");
 
 /// Throws StoreError if the file without a table has more pages than its first one and free ones: its tables were lost.
 void refuseWhatHadTables(SqliteConnection& connection) {
@@ -187,27 +187,45 @@ int readVersion(SqliteConnection& connection) {
     return version;
 }
 
-void migrate(SqliteConnection& connection, const std::function<void()>& indexEntries) {
+int versionOf(SqliteConnection& connection) {
+    Transaction look(connection, Transaction::Scope::reading);
+    const int version = readVersion(connection);
+    look.commit();
+    return version;
+}
+
+void setVersion(SqliteConnection& connection, int version) {
+    connection.sql() << "update calljournal_store set version = :version", soci::use(version);
+}
+
+void migrateTables(SqliteConnection& connection, const std::function<void()>& indexEntries) {
     Transaction transaction(connection, Transaction::Scope::writing);
     // Read again: another process may have been faster.
-    int version = readVersion(connection);
-    if (version == 0) {
-        createTables(connection.sql());
+    const int version = readVersion(connection);
+    if (version < versionWithTables) {
+        if (version == 0) {
+            createTables(connection.sql());
+        } else {
+            migrations[version - 1](connection.sql());
+        }
+        setVersion(connection, connection.hasPageChecksums() ? storeVersion : versionWithTables);
+        indexEntries();
     }
-    for (; version > 0 && version < storeVersion; ++version) {
-        migrations[version - 1](connection.sql());
-    }
-    connection.sql() << "update calljournal_store set version = :version", soci::use(storeVersion);
-    indexEntries();
+    transaction.commit();
+}
+
+/// Writes all pages anew, with checksums; that is no part of a transaction.
+void migratePages(SqliteConnection& connection) {
+    connection.execute("vacuum");
+    Transaction transaction(connection, Transaction::Scope::writing);
+    setVersion(connection, storeVersion);
     transaction.commit();
 }
 
 }  // namespace
 
 void prepareStore(SqliteConnection& connection, const std::function<void()>& indexEntries) {
-    Transaction look(connection, Transaction::Scope::reading);
-    const int version = readVersion(connection);
-    look.commit();
+    const int version = versionOf(connection);
     if (connection.isReadOnly()) {
         if (version == 0) {
             throw connection.error("it cannot be written, and has no tables yet; make it writable");
@@ -220,8 +238,14 @@ void prepareStore(SqliteConnection& connection, const std::function<void()>& ind
         return;
     }
     connection.makeDurable();
-    if (version < storeVersion) {
-        migrate(connection, indexEntries);
+    if (version < versionWithTables) {
+        migrateTables(connection, indexEntries);
+    }
+    if (versionOf(connection) < storeVersion) {
+        migratePages(connection);
+    }
+    if (!connection.hasPageChecksums()) {
+        throw connection.damage("its pages have no checksums");
     }
 }
 

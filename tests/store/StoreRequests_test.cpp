@@ -12,7 +12,15 @@ const std::vector<std::string> allSchemas = {"CallLogMissedCalls",    "CallLogDi
 const std::string dialled = "CallLogDialledCalls";
 const std::string missed = "CallLogMissedCalls";
 
-using StoreRequests = StoreTest;
+class StoreRequests : public StoreTest {
+protected:
+    /// Has the store give one id more, and no other.
+    void leaveOneId() {
+        store();
+        closeStore();
+        runSql(file(), "update calljournal_store set next_id = 999999999999999999");
+    }
+};
 
 TEST_F(StoreRequests, ReadsNothingFromAnEmptyStore) {
     EXPECT_EQ(ask("<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"CallLogMissedCalls\">"
@@ -173,16 +181,26 @@ TEST_F(StoreRequests, NeverGivesAnIdThatACallerChose) {
 }
 
 TEST_F(StoreRequests, TakesOnlyDecimalNumbersOfItsOwnRangeForIdsOfItsOwn) {
-    for (const char* id : {"007", "0", "+9", "-9", "9x", "x9", " 9", "1000000000000000000", "9223372036854775807",
-                           "99999999999999999999999999"}) {
+    for (const char* id : {"007", "0", "+9", "-9", "9x", "x9", " 9", "999999999999999999", "1000000000000000000",
+                           "9223372036854775807", "99999999999999999999999999"}) {
         ask(writeRequest(dialled, "<Entry><UniqueId>" + std::string(id) + "</UniqueId></Entry>"));
     }
     EXPECT_EQ(ask(writeRequest(missed, "<Entry><Viewed>True</Viewed></Entry>")),
               envelope(missed, "<Result>ok</Result><UniqueId>1</UniqueId>"));
 }
 
+TEST_F(StoreRequests, GoesOnBehindIdsThatACallerTookOneByOne) {
+    for (const char* id : {"40", "39", "1000000000041", "999999999999999999"}) {
+        ask(writeRequest(dialled, "<Entry><UniqueId>" + std::string(id) + "</UniqueId></Entry>"));
+    }
+    closeStore();
+    runSql(file(), "update entry set unique_id = '42' where unique_id = '39'");
+    EXPECT_EQ(ask(writeRequest(missed, "<Entry><EntryId>x</EntryId></Entry><Entry><EntryId>y</EntryId></Entry>")),
+              envelope(missed, "<Result>ok</Result><UniqueId>41</UniqueId><UniqueId>43</UniqueId>"));
+}
+
 TEST_F(StoreRequests, FailsWhenNoFreeIdIsLeft) {
-    ask(writeRequest(dialled, "<Entry><UniqueId>999999999999999998</UniqueId></Entry>"));
+    leaveOneId();
     EXPECT_EQ(ask(writeRequest(dialled, "<Entry><EntryId>last</EntryId></Entry>")),
               envelope(dialled, "<Result>ok</Result><UniqueId>999999999999999999</UniqueId>"));
     const std::string before = everything();
@@ -453,7 +471,8 @@ TEST_F(StoreRequests, TakesBackJoinedRequestsWhenTheWorkThrows) {
 }
 
 TEST_F(StoreRequests, TakesBackOnlyTheJoinedRequestThatFailed) {
-    ask(writeRequest(missed, "<Entry><UniqueId>999999999999999999</UniqueId></Entry>"));
+    leaveOneId();
+    ask(writeRequest(missed, "<Entry><EntryId>last</EntryId></Entry>"));
     store().exclusively([&] {
         ask(writeRequest(missed, "<Entry><UniqueId>a</UniqueId></Entry>"));
         EXPECT_EQ(ask(writeRequest(missed, "<Entry><UniqueId>b</UniqueId></Entry><Entry><EntryId>x</EntryId></Entry>")),
@@ -461,10 +480,12 @@ TEST_F(StoreRequests, TakesBackOnlyTheJoinedRequestThatFailed) {
         ask(writeRequest(missed, "<Entry><UniqueId>c</UniqueId></Entry>"));
     });
     closeStore();
-    EXPECT_EQ(ask(readRequest(missed)),
-              envelope(missed,
-                       "<Entry><UniqueId>999999999999999999</UniqueId></Entry><Entry><UniqueId>a</UniqueId>"
-                       "</Entry><Entry><UniqueId>c</UniqueId></Entry>"));
+    EXPECT_EQ(
+        ask(readRequest(missed)),
+        envelope(
+            missed,
+            "<Entry><UniqueId>999999999999999999</UniqueId><EntryId>last</EntryId></Entry><Entry><UniqueId>a</UniqueId>"
+            "</Entry><Entry><UniqueId>c</UniqueId></Entry>"));
 }
 
 TEST_F(StoreRequests, KeepEntriesThatComeInTurnsForTwoSchemas) {

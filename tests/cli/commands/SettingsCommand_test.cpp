@@ -169,10 +169,7 @@ TEST_F(Settings, TakeNoValueBesideAnotherRegion) {
 
 TEST_F(Settings, EscapeARegionThatIsNoneInTheStore) {
     done({"settings", "region", "DE"});
-    std::string bytes = readFile(store());
-    const std::size_t at = bytes.find("regionDE");
-    ASSERT_NE(at, std::string::npos);
-    folder_.write("journal.db", bytes.replace(at, 8, "region\x1b["));
+    openStore(store(), indexEntry)->setSetting(regionSetting, "\x1b[");
     EXPECT_EQ(region(), "\\x1b[\n");
     EXPECT_EQ(done({"settings"}), "Name    Value\nregion  \\x1b[\n");
     EXPECT_EQ(done({"settings", "--format", "json"}), "{\"region\":\"\\u001b[\"}\n");

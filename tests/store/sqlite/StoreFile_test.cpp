@@ -58,7 +58,7 @@ TEST_F(StoreFile, MayBeEmptyOrADatabaseWithoutTables) {
 
 TEST_F(StoreFile, RecordsItsVersionAndHasAWriteAheadLog) {
     store();
-    EXPECT_EQ(runSql(file(), "select version from calljournal_store"), "3\n");
+    EXPECT_EQ(runSql(file(), "select version from calljournal_store"), "5\n");
     EXPECT_EQ(runSql(file(), "pragma journal_mode"), "wal\n");
 }
 
