@@ -7,6 +7,7 @@
 #include <sys/types.h>
 #include <vector>
 
+#include "RunSql.h"
 #include "Store.h"
 
 /// The XML declaration that requests and replies begin with.
@@ -46,9 +47,6 @@ private:
 
 /// Opens a store on `url` and returns what the error says; empty if there is none.
 std::string openingError(const std::string& url);
-
-/// Runs `sql` on the SQLite file and returns the values of all rows, each followed by a line feed.
-std::string runSql(const std::string& file, const std::string& sql);
 
 std::string contentOf(const std::string& file);
 void writeFile(const std::string& file, const std::string& content);

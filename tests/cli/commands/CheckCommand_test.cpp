@@ -1,10 +1,10 @@
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <sstream>
 #include <sys/resource.h>
 
 #include "RunCommand.h"
+#include "RunSql.h"
 
 namespace {
 
@@ -603,14 +603,6 @@ TEST_F(Check, KeepsNoFileInMemoryThatIsAStore) {
     rusage children = {};
     ASSERT_EQ(::getrusage(RUSAGE_CHILDREN, &children), 0);
     EXPECT_LT(children.ru_maxrss, megabytes * 1024);
-}
-
-/// Changes a store behind its back.
-void runSql(const std::string& store, const char* statements) {
-    sqlite3* database = nullptr;
-    ASSERT_EQ(::sqlite3_open(store.c_str(), &database), SQLITE_OK);
-    EXPECT_EQ(::sqlite3_exec(database, statements, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
-    ::sqlite3_close(database);
 }
 
 TEST_F(Check, ReportsWhatDoesNotFitInTheIndexOfAStoreAndWhatToDo) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "RunCommand.h"
+#include "RunSql.h"
 
 namespace {
 
@@ -169,7 +170,7 @@ TEST_F(Settings, TakeNoValueBesideAnotherRegion) {
 
 TEST_F(Settings, EscapeARegionThatIsNoneInTheStore) {
     done({"settings", "region", "DE"});
-    openStore(store(), indexEntry)->setSetting(regionSetting, "\x1b[");
+    runSql(store(), "update setting set value = char(27) || '['");
     EXPECT_EQ(region(), "\\x1b[\n");
     EXPECT_EQ(done({"settings"}), "Name    Value\nregion  \\x1b[\n");
     EXPECT_EQ(done({"settings", "--format", "json"}), "{\"region\":\"\\u001b[\"}\n");
