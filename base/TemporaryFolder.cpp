@@ -1,6 +1,5 @@
 #include "TemporaryFolder.h"
 
-#include <cerrno>
 #include <cstdlib>
 #include <system_error>
 
@@ -10,10 +9,9 @@ namespace calljournal {
 
 TemporaryFolder::TemporaryFolder(const std::string& purpose)
     : path_(makeTemporary([&purpose] {
-          const std::filesystem::path folder = std::filesystem::temp_directory_path();
-          std::string pattern = (folder / ("calljournal-" + purpose + "-XXXXXX")).string();
+          std::string pattern = temporaryPattern(purpose);
           if (::mkdtemp(pattern.data()) == nullptr) {
-              throw std::system_error(errno, std::generic_category(), pattern);
+              throwNoTemporary(pattern);
           }
           // Without links, so that it is the name the system knows its files by.
           return std::filesystem::canonical(pattern).string();

@@ -1,5 +1,7 @@
 #include "TemporaryPaths.h"
 
+#include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <set>
 #include <system_error>
@@ -20,7 +22,29 @@ Registry& registry() {
     return all;
 }
 
+/// Where the environment wants temporary files.
+std::filesystem::path temporaryPlace() {
+    for (const char* const variable : {"TMPDIR", "TMP", "TEMP", "TEMPDIR"}) {
+        if (const char* const folder = std::getenv(variable)) {
+            return folder;
+        }
+    }
+    return "/tmp";
+}
+
 }  // namespace
+
+std::string temporaryPattern(const std::string& purpose) {
+    return (temporaryPlace() / ("calljournal-" + purpose + "-XXXXXX")).string();
+}
+
+void throwNoTemporary(const std::string& pattern) {
+    const int reason = errno;
+    throw std::system_error(reason, std::generic_category(),
+                            "no temporary file can be made in " +
+                                std::filesystem::path(pattern).parent_path().string() +
+                                " (set TMPDIR to another folder)");
+}
 
 std::string makeTemporary(const std::function<std::string()>& make) {
     const std::unique_lock<std::mutex> hold = holdTemporaries();

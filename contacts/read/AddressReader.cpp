@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <istream>
 #include <system_error>
@@ -11,6 +12,7 @@
 #include "Charset.h"
 #include "ColumnFinder.h"
 #include "CsvReader.h"
+#include "Files.h"
 #include "LineReader.h"
 #include "Text.h"
 #include "TextStream.h"
@@ -110,6 +112,15 @@ std::string columnLines(const std::vector<RecognisedColumn>& columns) {
     return count < columns.size() ? lines + "  and " + std::to_string(columns.size() - count) + " more\n" : lines;
 }
 
+/// Throws AddressBookError if a device has no end that is worth waiting for. Files have one, and records come and go.
+void refuseEndless(const std::string& path, std::istream& bytes) {
+    std::error_code ignored;
+    if (std::filesystem::is_character_file(path, ignored) && bytes.tellg() != std::istream::pos_type(-1) &&
+        !bytes.ignore(static_cast<std::streamsize>(mostInput) + 1).eof()) {
+        throw AddressBookError(AddressBookError::Reason::file, path + ": " + tooMuchInput());
+    }
+}
+
 }  // namespace
 
 std::string columnTable(const Recognition& recognition) {
@@ -184,6 +195,7 @@ std::unique_ptr<AddressReader> openAddressBook(const std::string& path, const Re
     if (!file->is_open() || file->bad()) {
         throw AddressBookError(AddressBookError::Reason::file, path + ": " + std::generic_category().message(errno));
     }
+    refuseEndless(path, *file);
     seek(*file, 0);
     try {
         std::unique_ptr<AddressReader> reader = openAddressBook(*file, options);

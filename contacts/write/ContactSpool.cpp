@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <functional>
 #include <system_error>
 #include <unistd.h>
@@ -46,9 +45,11 @@ Head headAt(SpoolFile& file, std::uint64_t place) {
 
 SpoolFile::SpoolFile(std::size_t memory) : descriptor_(-1), memory_(memory) {
     const std::unique_lock<std::mutex> hold = holdTemporaries();
-    std::string pattern = (std::filesystem::temp_directory_path() / "calljournal-spool-XXXXXX").string();
+    std::string pattern = temporaryPattern("spool");
     descriptor_ = ::mkstemp(pattern.data());
-    demand(descriptor_ >= 0);
+    if (descriptor_ < 0) {
+        throwNoTemporary(pattern);
+    }
     ::unlink(pattern.c_str());
 }
 
