@@ -20,8 +20,9 @@ enum class OutputFormat { automatic, table, json, xml, vCard };
 
 /// What every command takes.
 struct GlobalOptions {
-    std::string store;  ///< URL or path; empty for the default store.
-    int log = 0;        ///< Log lines up to this level go to standard error.
+    std::string store;          ///< URL or path; empty for the default store.
+    std::string storeVariable;  ///< The environment variable that `store` is from; empty if it is from none.
+    int log = 0;                ///< Log lines up to this level go to standard error.
     OutputFormat format = OutputFormat::automatic;
     std::string region;  ///< ISO 3166-1 code, of --region alone; empty without it.
     bool showXml = false;

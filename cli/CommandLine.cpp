@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -17,14 +19,51 @@ namespace calljournal {
 
 namespace {
 
+/// An option that an environment variable stands in for.
+struct Variable {
+    std::string_view option;
+    const char* name;
+};
+
+constexpr Variable storeVariable = {"--store", "CALLJOURNAL_STORE"};
+constexpr Variable logVariable = {"--log", "CALLJOURNAL_LOG"};
+
+/// Whether the option has its value from the variable.
+bool isUsed(const Variable& variable, int argc, const char* const* argv) {
+    const char* const value = std::getenv(variable.name);
+    const auto isOption = [&](std::string_view argument) {
+        return argument.substr(0, argument.find('=')) == variable.option;
+    };
+    return value != nullptr && *value != '\0' && std::none_of(argv, argv + argc, isOption);
+}
+
+/// Reads the command line. What is wrong with the value of a variable is not said of the option.
+void parse(CLI::App& app, int argc, const char* const* argv, GlobalOptions& globals) {
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ValidationError& error) {
+        const std::string_view sentence = error.what();
+        const std::size_t nameEnd = logVariable.option.size();
+        if (sentence.substr(0, nameEnd) != logVariable.option || !isUsed(logVariable, argc, argv)) {
+            throw;
+        }
+        throw CLI::ValidationError(logVariable.name + std::string(sentence.substr(nameEnd)),
+                                   CLI::ExitCodes::ValidationError);
+    }
+    globals.storeVariable = isUsed(storeVariable, argc, argv) ? storeVariable.name : "";
+}
+
 void addGlobals(CLI::App& app, CommandContext& context) {
     GlobalOptions& globals = context.globals;
     CLI::Option* store = app.add_option("--store", globals.store, "the store, sqlite3://PATH or a path");
-    store->envname("CALLJOURNAL_STORE");
+    store
+        ->check(
+            CLI::Validator([](std::string& url) { return std::string(url.empty() ? "it names no store" : ""); }, ""))
+        ->envname(storeVariable.name);
     context.offers[store] = {fileOffer};
     CLI::Option* log =
         app.add_option("--log", globals.log, "write log lines up to this level, 0 to 9, to standard error");
-    log->check(CLI::Range(0, 9))->envname("CALLJOURNAL_LOG");
+    log->check(CLI::Range(0, 9))->envname(logVariable.name);
     context.offers[log] = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
     addWordOption(app, context, "--format", globals.format,
                   {{"table", OutputFormat::table}, {"json", OutputFormat::json}, {"xml", OutputFormat::xml}},
@@ -53,7 +92,7 @@ ExitCode runCommand(int argc, const char* const* argv, std::istream& in, std::os
     }
 
     try {
-        app.parse(argc, argv);
+        parse(app, argc, argv, context.globals);
         setLogLevel(context.globals.log);
         return context.action();
     } catch (const CLI::ParseError& error) {

@@ -7,6 +7,7 @@
 #include "Salvage.h"
 #include "SqliteSalvage.h"
 #include "SqliteStore.h"
+#include "SqliteUrl.h"
 #include "StoreUrl.h"
 
 namespace calljournal {
@@ -19,13 +20,14 @@ struct Engine {
     std::string_view what;  ///< What its stores are, for people.
     std::string_view form;  ///< How a URL of one is written.
     std::string_view mark;  ///< What the file of one begins with, and other files do not; not empty.
+    std::string (*file)(const std::string& url);  ///< The absolute path of the file that a URL means.
     std::unique_ptr<Store> (*open)(const std::string& url, EntryIndexer indexer, std::chrono::milliseconds timeout);
     Salvage (*salvage)(const std::string& url);
 };
 
 /// A URL without a scheme is one of the first engine's.
 constexpr Engine engines[] = {
-    {"sqlite3", "SQLite files", "sqlite3://PATH or a plain path", "SQLite format 3", openSqliteStore,
+    {"sqlite3", "SQLite files", "sqlite3://PATH or a plain path", "SQLite format 3", sqliteFile, openSqliteStore,
      salvageSqliteStore},
 };
 
@@ -38,6 +40,7 @@ std::string joined(std::string_view Engine::*words) {
     return text;
 }
 
+/// Throws StoreError if there is none for the scheme.
 const Engine& engineOf(const std::string& url) {
     const std::string_view scheme = schemeOf(url);
     for (const Engine& engine : engines) {
@@ -57,6 +60,10 @@ std::unique_ptr<Store> openStore(const std::string& url, EntryIndexer indexer, s
 
 Salvage salvageStore(const std::string& url) {
     return engineOf(url).salvage(url);
+}
+
+std::string storeFile(const std::string& url) {
+    return engineOf(url).file(url);
 }
 
 bool beginsLikeAStore(std::string_view bytes) {

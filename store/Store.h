@@ -83,6 +83,10 @@ inline constexpr std::string_view regionSetting = "region";
 std::unique_ptr<Store> openStore(const std::string& url, EntryIndexer indexer = {},
                                  std::chrono::milliseconds timeout = std::chrono::seconds(30));
 
+/// Returns the absolute path of the file that the store of `url` is in, or would be in. Throws StoreError if no database
+/// is known for the scheme, or if the URL names no file.
+std::string storeFile(const std::string& url);
+
 /// Whether a file that begins with `bytes` can be a store, so that its path is one to open.
 bool beginsLikeAStore(std::string_view bytes);
 

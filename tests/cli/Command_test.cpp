@@ -205,7 +205,7 @@ TEST_F(Command, WritesNothingOfAFileWithOneBadCall) {
     EXPECT_EQ(
         finished.err,
         "calljournal: standard input: line 2: \"lost\" is not one of missed, dialled, received, forwarded, callback\n");
-    EXPECT_EQ(listed({"all"}).size(), 0u);
+    EXPECT_FALSE(std::filesystem::exists(store()));
 }
 
 TEST_F(Command, RefusesACallThatMakesNoSenseAndNamesWhatIsAccepted) {
@@ -237,7 +237,72 @@ TEST_F(Command, RefusesACallThatMakesNoSenseAndNamesWhatIsAccepted) {
     EXPECT_FALSE(std::filesystem::exists(store()));
 }
 
+TEST_F(Command, MakesNoStoreToReadOrChangeWhatIsNotThere) {
+    const std::string missing = folder_.file("no/folder/journal.db");
+    const std::string sentence = "there is no store at " + missing + "; record a call or name another with --store\n";
+    const std::vector<std::string> commands[] = {{"list", "all"}, {"list", "missed", "--follow"},
+                                                 {"viewed", "1"}, {"delete", "missed", "1"},
+                                                 {"settings"},    {"settings", "region"}};
+    for (std::vector<std::string> arguments : commands) {
+        SCOPED_TRACE(arguments[0]);
+        arguments.insert(arguments.begin(), {COMMAND, "--store", missing});
+        const Finished finished = runProgram(arguments);
+        EXPECT_EQ(finished.status, 1);
+        EXPECT_EQ(finished.err, "calljournal: " + sentence);
+        EXPECT_EQ(finished.out, "");
+        arguments.erase(arguments.begin() + 1, arguments.begin() + 3);
+        arguments.insert(arguments.begin(), {"/usr/bin/env", "CALLJOURNAL_STORE=sqlite3://" + missing});
+        EXPECT_EQ(runProgram(arguments).err, "calljournal: CALLJOURNAL_STORE: " + sentence);
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder_.file("no")));
+    const std::string empty = folder_.write("empty", "");
+    EXPECT_EQ(runProgram({COMMAND, "--store", empty, "list", "all"}).status, 1);
+    EXPECT_EQ(readFile(empty), "");
+    EXPECT_EQ(runProgram({COMMAND, "--store", missing, "settings", "region", "DE"}).status, 0);
+    EXPECT_EQ(runProgram({COMMAND, "--store", missing, "settings", "region"}).out, "DE\n");
+}
+
+TEST_F(Command, NamesTheVariableThatIsWrong) {
+    const auto saidOf = [&](std::vector<std::string> words) {
+        words.insert(words.begin(), "/usr/bin/env");
+        return runProgram(words).err;
+    };
+    const std::string hint = "\nRun with --help for more information.\n";
+    EXPECT_EQ(saidOf({"CALLJOURNAL_LOG=12", COMMAND, "list", "all"}),
+              "CALLJOURNAL_LOG: Value 12 not in range 0 to 9" + hint);
+    EXPECT_EQ(saidOf({"CALLJOURNAL_LOG=3", COMMAND, "list", "all", "--log=12"}),
+              "--log: Value 12 not in range 0 to 9" + hint);
+    EXPECT_EQ(
+        saidOf({"CALLJOURNAL_STORE=bad://x", COMMAND, "list", "all"}),
+        "calljournal: CALLJOURNAL_STORE: store bad://x: only SQLite files can be used; write sqlite3://PATH or a plain "
+        "path\n");
+    EXPECT_EQ(saidOf({"CALLJOURNAL_STORE=/", COMMAND, "record", "missed", "--withheld"}),
+              "calljournal: CALLJOURNAL_STORE: store /: it is a directory; name a file in it\n");
+    EXPECT_EQ(saidOf({"CALLJOURNAL_STORE=bad://x", COMMAND, "list", "all", "--store", "/"}),
+              "calljournal: store /: it is a directory; name a file in it\n");
+    const std::string advice = " (set TMPDIR to another folder): ";
+    EXPECT_EQ(saidOf({"TMPDIR=/no/folder", COMMAND, "import", "x.csv"}),
+              "calljournal: no temporary file can be made in /no/folder" + advice + "No such file or directory\n");
+    EXPECT_EQ(saidOf({"TMPDIR=/dev/null", COMMAND, "convert", "x.csv"}),
+              "calljournal: no temporary file can be made in /dev/null" + advice + "Not a directory\n");
+}
+
+TEST_F(Command, TakesAnEmptyStoreForWrongUsage) {
+    const Finished finished = runProgram({COMMAND, "--store", "", "list", "all"});
+    EXPECT_EQ(finished.status, 2);
+    EXPECT_EQ(finished.err, "--store: it names no store\nRun with --help for more information.\n");
+}
+
+TEST_F(Command, SaysThatThereIsNotEnoughMemory) {
+    const Finished finished = runProgram(
+        {"/bin/bash", "-c", "ulimit -v 400000; exec " COMMAND " decode missed < <(head -c 200000000 /dev/zero)"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(finished.err,
+              "calljournal: there is not enough memory for this; close other programs, or give it less at once\n");
+}
+
 TEST_F(Command, SaysThatAnEntryIsNotThere) {
+    done(missed("1", "2024-05-01 10:00:00"));
     const Finished finished = run({"viewed", "7"});
     EXPECT_EQ(finished.status, 1);
     EXPECT_EQ(finished.err, "calljournal: there is no missed entry with the id \"7\"\n");
@@ -329,6 +394,8 @@ TEST_F(Command, EndsAtALimitWhereAnInputHasNoEnd) {
     EXPECT_EQ(runProgram({"/bin/bash", "-c", "exec " COMMAND " decode missed </dev/zero"}).err,
               "calljournal: standard input: " + limit);
     EXPECT_EQ(run({"record", "--from", "/dev/zero"}).err, "calljournal: /dev/zero: " + limit);
+    EXPECT_EQ(run({"convert", "/dev/zero"}).err, "calljournal: /dev/zero: " + limit);
+    EXPECT_EQ(run({"--format", "json", "import", "/dev/zero"}).err, "/dev/zero: " + limit);
 }
 
 TEST_F(Command, FollowsWhatAnotherProcessChanges) {

@@ -44,6 +44,7 @@ std::string taken(const std::string& region) {
 }
 
 TEST_F(Settings, ShowsAllOfThemOrOne) {
+    done({"record", "--from", "-"});
     EXPECT_EQ(done({"settings"}), "Name    Value\nregion  (not set)\n");
     EXPECT_EQ(done({"settings", "--format", "json"}), "{\"region\":null}\n");
     EXPECT_EQ(region(), "(not set)\n");
@@ -111,8 +112,8 @@ TEST_F(Settings, TakeTheRegionOfTheOptionBeforeThatOfTheVariableBeforeThatOfTheL
 
 TEST_F(Settings, TakeNoRegionOverWithoutACall) {
     const std::vector<std::string> environment = {"CALLJOURNAL_REGION=DE"};
-    EXPECT_EQ(run({"list", "all"}, environment).err, "");
     EXPECT_EQ(run({"record", "--from", "-"}, environment).err, "");
+    EXPECT_EQ(run({"list", "all"}, environment).err, "");
     EXPECT_EQ(run({"viewed", "1", "--region", "GB"}).status, 1);
     EXPECT_EQ(region(), "(not set)\n");
 }
@@ -210,6 +211,7 @@ TEST_F(Settings, AreReadAsListsAreWithoutWhatKnowsNumbersAndLetters) {
 }
 
 TEST_F(Settings, SayWhatIsMissingWhereTheProgramIsWithoutWhatItKnowsOfNumbers) {
+    done({"record", "--from", "-"});
     std::filesystem::create_directory(folder_.file("bin"));
     const std::string copy = folder_.file("bin/calljournal");
     std::filesystem::copy_file(COMMAND, copy);
