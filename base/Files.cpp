@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <istream>
+#include <poll.h>
 #include <stdexcept>
 #include <system_error>
 #include <unistd.h>
@@ -49,6 +50,9 @@ bool writeAll(int descriptor, std::string_view bytes) {
         const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
         if (count >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno == EAGAIN) {
+            pollfd wait = {descriptor, POLLOUT, 0};
+            ::poll(&wait, 1, -1);
         } else if (errno != EINTR) {
             return false;
         }

@@ -24,7 +24,7 @@ void readPieces(std::istream& in, const std::function<void(std::string_view)>& u
 /// Returns everything from the stream's present place to its end. Throws as readPieces does, and for more than mostInput.
 std::string readAll(std::istream& in);
 
-/// Writes all of `bytes` to a descriptor, however often a signal interrupts it. Returns false, with the reason in errno,
+/// Writes all of `bytes` to a descriptor, however often a signal interrupts it or a pipe has no room at once. Returns false, with the reason in errno,
 /// if a write fails; some of the bytes may be written then.
 bool writeAll(int descriptor, std::string_view bytes);
 

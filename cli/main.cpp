@@ -30,14 +30,16 @@ ExitCode run(int argc, const char* const* argv, std::ostream& out) {
 
 int main(int argc, char** argv) {
     refuseClosedDescriptors();
-    std::signal(SIGPIPE, SIG_IGN);  // what is not read any more fails as what cannot be written does
+    // What nobody reads, or what is larger than a file may be, fails as all else that cannot be written.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     std::ios::sync_with_stdio(false);
     const TerminalOutput err(std::cerr, STDERR_FILENO);
     StandardOutput out(std::cerr);
     setLogSink([](const std::string& line) { std::cerr << line << std::flush; });
     try {
         const ExitCode code = run(argc, argv, out.stream());
-        out.stream().flush();
+        out.close();
         return code;
     } catch (const OutputError& error) {
         if (error.isUnread()) {

@@ -71,6 +71,13 @@ StandardOutput::~StandardOutput() {
     stream_.exceptions(std::ios::goodbit);
 }
 
+void StandardOutput::close() {
+    stream_.flush();
+    if (::close(STDOUT_FILENO) != 0) {
+        throw OutputError(errno);
+    }
+}
+
 void refuseClosedDescriptors() {
     // The lowest free descriptor is the one that is taken.
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {

@@ -47,17 +47,20 @@ private:
 };
 
 /// The program's standard output, printable where it is a terminal. What cannot be written is thrown by the operation on
-/// the stream that finds out, at the latest by flush(), as OutputError.
+/// the stream that finds out, at the latest by close(), as OutputError.
 class StandardOutput {
 public:
     /// Until the object goes, what `err` gets comes behind what the stream got before.
     explicit StandardOutput(std::ostream& err);
     StandardOutput(const StandardOutput&) = delete;
     StandardOutput& operator=(const StandardOutput&) = delete;
-    /// Writes nothing that fails: flush the stream before.
+    /// Fails without a word; close() does not.
     ~StandardOutput();
 
     std::ostream& stream() { return stream_; }
+
+    /// Writes what is pending and ends the output; some systems say only then that there was no room. Throws OutputError.
+    void close();
 
 private:
     DescriptorBuffer buffer_;

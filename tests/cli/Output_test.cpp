@@ -89,6 +89,12 @@ TEST_F(Output, OfCompletionIsMissedToo) {
     EXPECT_EQ(finished.err, failure("No space left on device"));
 }
 
+TEST_F(Output, IsMissedIfAFileMayNotBeSoLarge) {
+    const std::string line = "ulimit -f 0; exec " COMMAND " --help >" + folder_.file("out");
+    const Finished limited = runProgram({"/bin/bash", "-c", line});
+    EXPECT_EQ(limited.status, 1);
+}
+
 TEST_F(Output, MayEndWhereNobodyReadsOn) {
     for (const std::string& command : commands) {
         SCOPED_TRACE(command);

@@ -73,7 +73,7 @@ protected:
         const Finished whole = run(arguments);
         ASSERT_EQ(whole.status, 0) << whole.err;
         const Files after = left();
-        for (const char* const kind : {"write ", "full ", "sync "}) {
+        for (const char* const kind : {"write ", "full ", "sync ", "close "}) {
             bool isHit = true;
             for (int number = 1; isHit; ++number) {
                 SCOPED_TRACE(kind + std::to_string(number));

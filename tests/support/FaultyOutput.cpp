@@ -1,7 +1,7 @@
 // Loaded in front of a program's libraries, fails one of its writes or synchronisations as a disk would. The variable
 // CALLJOURNAL_FAULT says which: "write 3" is the third write, "full 3" that one, of which half is done, and all after it,
-// "sync 3" the third synchronisation. The file that CALLJOURNAL_FAULT_MARK names is made when it happens. Standard error
-// works.
+// "sync 3" the third synchronisation, "close 1" the end of standard output. The file that CALLJOURNAL_FAULT_MARK names is
+// made when it happens. Standard error works.
 
 #include <atomic>
 #include <cerrno>
@@ -32,18 +32,23 @@ Fault readFault() {
     return fault;
 }
 
+const Fault& theFault() {
+    static const Fault fault = readFault();
+    return fault;
+}
+
 bool isKind(const Fault& fault, const char* kind) {
     return std::strcmp(fault.kind, kind) == 0;
 }
 
 void mark() {
     const char* const file = std::getenv("CALLJOURNAL_FAULT_MARK");
-    ::close(::open(file, O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+    ::syscall(SYS_close, ::open(file, O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
 }
 
 /// Returns how many of `length` bytes are to be written; -1 with errno if that fails.
 ssize_t allowed(int descriptor, std::size_t length) {
-    static const Fault fault = readFault();
+    const Fault& fault = theFault();
     if (descriptor == STDERR_FILENO) {
         return static_cast<ssize_t>(length);
     }
@@ -61,7 +66,7 @@ ssize_t allowed(int descriptor, std::size_t length) {
 }
 
 bool isSynchronised() {
-    static const Fault fault = readFault();
+    const Fault& fault = theFault();
     if (++synchronisations != fault.number || !isKind(fault, "sync")) {
         return true;
     }
@@ -90,6 +95,16 @@ ssize_t pwrite64(int descriptor, const void* bytes, std::size_t length, off64_t 
 
 ssize_t pwrite(int descriptor, const void* bytes, std::size_t length, off_t place) {
     return pwrite64(descriptor, bytes, length, place);
+}
+
+int close(int descriptor) {
+    const Fault& fault = theFault();
+    if (descriptor != STDOUT_FILENO || !isKind(fault, "close") || fault.number != 1) {
+        return static_cast<int>(::syscall(SYS_close, descriptor));
+    }
+    mark();
+    errno = EDQUOT;
+    return -1;
 }
 
 int fsync(int descriptor) {
