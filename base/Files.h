@@ -21,11 +21,12 @@ std::string sizeText(std::uint64_t bytes);
 /// cannot be read or was not opened; `what()` is for a sentence after its name: "cannot be read (Is a directory)".
 void readPieces(std::istream& in, const std::function<void(std::string_view)>& use);
 
-/// Returns everything from the stream's present place to its end. Throws as readPieces does, and for more than mostInput.
+/// Returns everything from the stream's present place to its end. Throws as readPieces does, and for more than
+/// mostInput.
 std::string readAll(std::istream& in);
 
-/// Writes all of `bytes` to a descriptor, however often a signal interrupts it or a pipe has no room at once. Returns false, with the reason in errno,
-/// if a write fails; some of the bytes may be written then.
+/// Writes all of `bytes` to a descriptor, however often a signal interrupts it or a pipe has no room at once. Returns
+/// false, with the reason in errno, if a write fails; some of the bytes may be written then.
 bool writeAll(int descriptor, std::string_view bytes);
 
 }  // namespace calljournal

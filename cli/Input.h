@@ -14,8 +14,8 @@ inline std::string inputName(const std::string& path) {
     return path == "-" ? "standard input" : path;
 }
 
-/// Returns what `read` makes of the file `path`, or of `in` if that is "-". A ValueError or std::runtime_error of `read`
-/// gets the input's name in front.
+/// Returns what `read` makes of the file `path`, or of `in` if that is "-". A ValueError or std::runtime_error of
+/// `read` gets the input's name in front.
 template <class Read>
 auto readInput(const std::string& path, std::istream& in, Read read) {
     try {

@@ -15,8 +15,8 @@ enum class MissingStore { isRefused, isMade };
 /// An opened store with the journal on top.
 class Session {
 public:
-    /// Opens the store of `options`; throws StoreError, also if it is not there and `missing` refuses that. Requests and
-    /// replies go to `xmlTrace` if they are to be shown.
+    /// Opens the store of `options`; throws StoreError, also if it is not there and `missing` refuses that. Requests
+    /// and replies go to `xmlTrace` if they are to be shown.
     Session(const GlobalOptions& options, MissingStore missing, std::ostream& xmlTrace);
 
     Journal& journal() { return journal_; }

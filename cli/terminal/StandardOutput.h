@@ -46,8 +46,8 @@ private:
     std::string pending_;
 };
 
-/// The program's standard output, printable where it is a terminal. What cannot be written is thrown by the operation on
-/// the stream that finds out, at the latest by close(), as OutputError.
+/// The program's standard output, printable where it is a terminal. What cannot be written is thrown by the operation
+/// on the stream that finds out, at the latest by close(), as OutputError.
 class StandardOutput {
 public:
     /// Until the object goes, what `err` gets comes behind what the stream got before.
@@ -59,7 +59,8 @@ public:
 
     std::ostream& stream() { return stream_; }
 
-    /// Writes what is pending and ends the output; some systems say only then that there was no room. Throws OutputError.
+    /// Writes what is pending and ends the output; some systems say only then that there was no room. Throws
+    /// OutputError.
     void close();
 
 private:
