@@ -145,7 +145,7 @@ TEST_F(StoreDamage, OfWhatEntriesAreFoundByIsReportedOrWithoutEffect) {
     std::mt19937 random(20261122);
     SCOPED_TRACE("seed 20261122");
     int reported = 0;
-    for (int round = 0; round < rounds(150); ++round) {
+    for (unsigned round = 0; round < rounds(150); ++round) {
         std::string content = sound;
         char& byte = content[random() % content.size()];
         byte = static_cast<char>(byte ^ (1 << random() % 8));
