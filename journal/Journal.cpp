@@ -38,18 +38,14 @@ Journal::Journal(Store& store) : store_(store), recorder_(store) {
 
 void Journal::forEachEntry(EntryQuery query, const std::function<bool(AnyEntry& entry)>& visit) {
     query.limit = query.limit == 0 ? entriesPerPage : std::min(query.limit, entriesPerPage);
-    std::vector<FoundEntry> page;
-    do {
-        page = store_.find(query);
+    for (auto page = store_.find(query); !page.empty(); page = store_.find(query)) {
         for (AnyEntry& entry : readPage(page)) {
             if (!visit(entry)) {
                 return;
             }
         }
-        if (!page.empty()) {
-            query.after = page.back().cursor;
-        }
-    } while (page.size() == query.limit);
+        query.after = page.back().cursor;
+    }
 }
 
 std::vector<AnyEntry> Journal::readPage(const std::vector<FoundEntry>& page) {

@@ -121,9 +121,7 @@ private:
         EntryQuery query = queryOfKind<Item>();
         query.name = indexedName(party.getFirstname(), party.getSurname());
         query.limit = namesPerPage;
-        std::vector<FoundEntry> page;
-        do {
-            page = store_.find(query);
+        for (auto page = store_.find(query); !page.empty(); page = store_.find(query)) {
             for (const FoundEntry& found : page) {
                 const std::optional<Item> item = storedEntry<Item>(found.text);
                 if (item && nameOf(*item) == nameOf(party) && !callsOf(*item).empty()) {
@@ -131,7 +129,7 @@ private:
                 }
                 query.after = found.cursor;
             }
-        } while (page.size() == query.limit);
+        }
         return std::nullopt;
     }
 

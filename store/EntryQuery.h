@@ -43,7 +43,8 @@ struct EntryQuery {
     std::string until;       ///< Newest call at or before this time.
     std::optional<bool> isSeen;
     std::optional<EntryCursor> after;  ///< Behind this place: the cursor of the last entry of the page before.
-    std::size_t limit = 0;             ///< At most so many, the size of a page; 0 for all.
+    std::size_t limit = 0;             ///< At most so many, the size of a page; 0 for all. A page of long entries ends
+                                       ///< earlier, with the first 16 MB of them; the one behind the last is empty.
 };
 
 /// An entry as it is stored.

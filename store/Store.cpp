@@ -1,7 +1,10 @@
 #include "Store.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <limits>
 #include <utility>
 
 #include "Salvage.h"
@@ -14,6 +17,9 @@ namespace calljournal {
 
 namespace {
 
+/// Readers take no longer text at once.
+constexpr std::size_t longestReply = std::numeric_limits<std::int32_t>::max();
+
 /// A database that stores can be kept in.
 struct Engine {
     std::string_view scheme;
@@ -21,14 +27,16 @@ struct Engine {
     std::string_view form;  ///< How a URL of one is written.
     std::string_view mark;  ///< What the file of one begins with, and other files do not; not empty.
     std::string (*file)(const std::string& url);  ///< The absolute path of the file that a URL means.
-    std::unique_ptr<Store> (*open)(const std::string& url, EntryIndexer indexer, std::chrono::milliseconds timeout);
+    std::unique_ptr<Store> (*open)(const std::string& url, EntryIndexer indexer, std::chrono::milliseconds timeout,
+                                   std::size_t longestReply);
+    std::unique_ptr<Store> (*openCopy)(const std::string& url, EntryIndexer indexer, std::size_t longestReply);
     Salvage (*salvage)(const std::string& url);
 };
 
 /// A URL without a scheme is one of the first engine's.
 constexpr Engine engines[] = {
     {"sqlite3", "SQLite files", "sqlite3://PATH or a plain path", "SQLite format 3", sqliteFile, openSqliteStore,
-     salvageSqliteStore},
+     openSqliteCopy, salvageSqliteStore},
 };
 
 /// What can be opened, for the sentence on a scheme that cannot.
@@ -55,7 +63,11 @@ const Engine& engineOf(const std::string& url) {
 }  // namespace
 
 std::unique_ptr<Store> openStore(const std::string& url, EntryIndexer indexer, std::chrono::milliseconds timeout) {
-    return engineOf(url).open(url, std::move(indexer), timeout);
+    return engineOf(url).open(url, std::move(indexer), timeout, longestReply);
+}
+
+std::unique_ptr<Store> openStoreCopy(const std::string& url, EntryIndexer indexer) {
+    return engineOf(url).openCopy(url, std::move(indexer), longestReply);
 }
 
 Salvage salvageStore(const std::string& url) {

@@ -30,6 +30,7 @@ public:
     ///     read_request                  one <Entry> for each stored entry, in order of first insertion
     ///     any of them, not carried out  <Result>failed</Result><Reason>why, for people</Reason>
     ///
+    /// A read request whose reply would be longer than 2^31 - 1 bytes fails; no reader could take it.
     /// A request is done whole or not at all, and is on disk when the reply says "ok". What a request must look like is
     /// in StoreRequest.h. An entry keeps its bytes; only its id is always put in front, and a missed call's `Picture`
     /// is served as `PictureClip`. An entry that comes without an id gets the next decimal number, from 1, that no
@@ -86,6 +87,11 @@ std::unique_ptr<Store> openStore(const std::string& url, EntryIndexer indexer = 
 /// Returns the absolute path of the file that the store of `url` is in, or would be in. Throws StoreError if no database
 /// is known for the scheme, or if the URL names no file.
 std::string storeFile(const std::string& url);
+
+/// Opens a copy of the store of `url` in a temporary folder, which goes with the object: whatever is done with it leaves
+/// the store, its folder and its version as they are. Errors name the store. Throws StoreError as openStore does, or if
+/// the store cannot be copied, since another process writes it all the time, for instance.
+std::unique_ptr<Store> openStoreCopy(const std::string& url, EntryIndexer indexer = {});
 
 /// Whether a file that begins with `bytes` can be a store, so that its path is one to open.
 bool beginsLikeAStore(std::string_view bytes);

@@ -79,7 +79,7 @@ bool report(const std::string& file, const std::string& text, const std::string&
 }
 
 bool reportStore(const std::string& path, std::ostream& out) {
-    const std::unique_ptr<Store> store = openStore(path, indexEntry);
+    const std::unique_ptr<Store> store = openStoreCopy(path, indexEntry);
     bool isFine = true;
     for (const KindDescriptor& kind : kindDescriptors()) {
         const std::string name = nameOf(path) + ": " + std::string(kind.schema);

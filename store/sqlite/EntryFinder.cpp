@@ -16,6 +16,9 @@ constexpr long long mostSorted = 200;
 /// A page has room for so many entries at once.
 constexpr std::size_t mostReserved = 500;
 
+/// A page ends behind the entry with which its texts are this long.
+constexpr std::size_t mostOfPage = std::size_t{16} << 20U;
+
 /// Changes are read by pages of so many.
 constexpr long long mostChanges = 1000;
 
@@ -98,9 +101,9 @@ PreparedStatement& EntryFinder::start(const std::string& sql) {
 template <class Use>
 void EntryFinder::forEachRow(const RowColumns& columns, const std::string& from, Use use) {
     PreparedStatement& query = start(columns.select + from);
-    while (columns.fetch(query, row_)) {
-        use();
+    while (columns.fetch(query, row_) && use()) {
     }
+    query.reset();
 }
 
 void EntryFinder::bind(const EntryQuery& query) {
@@ -171,7 +174,10 @@ std::vector<std::string> EntryFinder::whereFound(const EntryQuery& query) {
 
 void EntryFinder::readEntry(FoundEntry& entry) {
     place_ = entry.cursor.place;
-    forEachRow(servedColumns, "from entry e where e.place = :place", [&] { entry = foundEntry(entry.schema); });
+    forEachRow(servedColumns, "from entry e where e.place = :place", [&] {
+        entry = foundEntry(entry.schema);
+        return true;
+    });
 }
 
 std::vector<FoundEntry> EntryFinder::find(const EntryQuery& query) {
@@ -180,6 +186,8 @@ std::vector<FoundEntry> EntryFinder::find(const EntryQuery& query) {
     const bool isMixed = query.schemas.size() > 1;
     std::vector<FoundEntry> found;
     found.reserve(std::min(query.limit, mostReserved));
+    std::size_t size = 0;
+    const auto isFull = [&] { return query.limit > 0 && size >= mostOfPage; };
     for (const std::string& schema : query.schemas) {
         schemaId_ = table_.total(schema).id;
         if (schemaId_ == 0) {
@@ -193,9 +201,14 @@ std::vector<FoundEntry> EntryFinder::find(const EntryQuery& query) {
                     found.push_back({schema, {}, {}, {row_.time, row_.place}});
                 } else {
                     found.push_back(foundEntry(schema));
+                    size += found.back().text.size();
                 }
                 ++count;
+                return !isFull();
             });
+            if (isFull()) {
+                break;
+            }
         }
     }
     if (!std::is_sorted(found.begin(), found.end(), comesBefore)) {
@@ -204,8 +217,12 @@ std::vector<FoundEntry> EntryFinder::find(const EntryQuery& query) {
     if (query.limit > 0 && found.size() > query.limit) {
         found.resize(query.limit);
     }
-    if (isMixed) {
-        std::for_each(found.begin(), found.end(), [&](FoundEntry& entry) { readEntry(entry); });
+    for (std::size_t i = 0; isMixed && i < found.size(); ++i) {
+        readEntry(found[i]);
+        size += found[i].text.size();
+        if (isFull()) {
+            found.resize(i + 1);
+        }
     }
     return found;
 }
@@ -224,6 +241,7 @@ void EntryFinder::appendChanged(std::uint64_t since, std::vector<NumberedChange>
                                    : row_.changed >= first ? EntryAction::changed
                                                            : EntryAction::seen;
         changes.push_back({row_.number, {action, foundEntry(schema)}});
+        return true;
     });
 }
 

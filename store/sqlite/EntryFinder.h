@@ -42,7 +42,8 @@ private:
     /// Returns what finds the wanted entries of those at the places that `keys` selects. The bodies are read last, of the
     /// page alone.
     std::string amongKeys(const std::string& keys, const std::string& conditions);
-    /// Calls `use` for each row that the query gives in row_; `from` is what follows the columns.
+    /// Calls `use` for each row that the query gives in row_, until that returns false; `from` is what follows the
+    /// columns.
     template <class Use>
     void forEachRow(const RowColumns& columns, const std::string& from, Use use);
     FoundEntry foundEntry(const std::string& schema) const;

@@ -126,8 +126,8 @@ void createPrivateFile(const std::string& file) {
 
 }  // namespace
 
-SqliteConnection::SqliteConnection(std::string file, std::chrono::milliseconds timeout)
-    : file_(std::move(file)), timeout_(timeout) {
+SqliteConnection::SqliteConnection(std::string file, std::string name, std::chrono::milliseconds timeout)
+    : file_(std::move(file)), name_(std::move(name)), timeout_(timeout) {
     const int folderError = makeFolders(folderOf(file_));
     if (folderError != 0) {
         throw error("its folder cannot be created (" + systemMessage(folderError) + "); name another file");
@@ -275,7 +275,7 @@ void SqliteConnection::refuseIfMoved() const {
 }
 
 StoreError SqliteConnection::error(const std::string& problem) const {
-    return StoreError("store " + file_ + ": " + problem);
+    return StoreError("store " + name_ + ": " + problem);
 }
 
 StoreError SqliteConnection::error(const soci::soci_error& failure) const {
@@ -302,6 +302,13 @@ StoreError SqliteConnection::error(const soci::soci_error& failure) const {
                          "); look for a full disk, a quota, a limit on file sizes or a broken disk");
         case SQLITE_CANTOPEN:
             return error("it cannot be opened; give access to the file and its folder");
+        case SQLITE_NOMEM:
+            return error("there is not enough memory");
+        case SQLITE_ERROR:
+        case SQLITE_MISMATCH:
+        case SQLITE_CONSTRAINT:
+            // Not what a statement of this program does with the tables that it made.
+            return damage(failure.get_error_message());
         default:
             return error(std::string("the database says \"") + sqlite_api::sqlite3_errstr(codeOf(failure)) + "\" (" +
                          failure.get_error_message() + "); please report this");

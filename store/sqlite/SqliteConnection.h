@@ -13,17 +13,17 @@ namespace calljournal {
 /// A SOCI session on one SQLite file, and all that is SQLite's own: opening, durability, locking, and what its errors
 /// mean.
 ///
-///     SqliteConnection connection("/users/ann/journal.db", std::chrono::seconds(30));
+///     SqliteConnection connection("/users/ann/journal.db", "/users/ann/journal.db", std::chrono::seconds(30));
 ///     connection.makeDurable();
 ///     connection.sql() << "insert into ...";
 ///
 /// One thread at a time; not to be used in a forked child.
 class SqliteConnection {
 public:
-    /// Opens `file`, an absolute path, and creates it and its folders as needed. Nothing is written into an existing
+    /// Opens `file`, an absolute path that errors call `name`, and creates it and its folders as needed. Nothing is written into an existing
     /// file. A file that cannot be written is opened for reading. Work that another process holds up fails
     /// after `timeout`. Throws StoreError.
-    SqliteConnection(std::string file, std::chrono::milliseconds timeout);
+    SqliteConnection(std::string file, std::string name, std::chrono::milliseconds timeout);
     ~SqliteConnection();
     SqliteConnection(const SqliteConnection&) = delete;
     SqliteConnection& operator=(const SqliteConnection&) = delete;
@@ -73,6 +73,7 @@ private:
     static int wait(void* connection, int attempt);
 
     std::string file_;
+    std::string name_;
     std::chrono::milliseconds timeout_;
     std::chrono::steady_clock::time_point waitBegin_;
     std::unique_ptr<soci::session> session_;

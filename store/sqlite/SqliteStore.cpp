@@ -2,10 +2,15 @@
 
 #include <algorithm>
 #include <exception>
+#include <filesystem>
+#include <new>
 #include <soci/soci.h>
 #include <stdexcept>
 #include <string_view>
+#include <thread>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 #include "ClientUtils.h"
 #include "EntryBody.h"
@@ -16,6 +21,7 @@
 #include "StoreRequest.h"
 #include "StoreSchema.h"
 #include "StoreWords.h"
+#include "TemporaryFolder.h"
 
 namespace calljournal {
 
@@ -29,6 +35,11 @@ constexpr std::size_t envelopeSize = 128;
 
 /// A longer reply grows as it comes. What a damaged file says of its size is not to be believed.
 constexpr std::size_t largestReserve = std::size_t{1} << 30U;
+
+constexpr int mostCopies = 50;
+constexpr std::chrono::milliseconds pauseBetweenCopies{20};
+
+constexpr char noMemory[] = "there is not enough memory for this request";
 
 /// Appends an entry as readers get it.
 void appendEntry(std::string_view schema, std::string_view id, std::string_view body, std::string& reply) {
@@ -54,8 +65,17 @@ std::string failedReply(std::string_view schema, const std::string& reason) {
 
 class SqliteStore : public Store {
 public:
-    SqliteStore(const std::string& file, EntryIndexer indexer, std::chrono::milliseconds timeout)
-        : connection_(file, timeout), indexer_(std::move(indexer)) {
+    SqliteStore(const std::string& file, EntryIndexer indexer, std::chrono::milliseconds timeout,
+                std::size_t longestReply)
+        : SqliteStore(nullptr, file, file, std::move(indexer), timeout, longestReply) {}
+
+    /// Uses `file`, which errors call `name`; `folder`, which it is in, goes with the store.
+    SqliteStore(std::unique_ptr<TemporaryFolder> folder, const std::string& file, const std::string& name,
+                EntryIndexer indexer, std::chrono::milliseconds timeout, std::size_t longestReply)
+        : folder_(std::move(folder)),
+          connection_(file, name, timeout),
+          indexer_(std::move(indexer)),
+          longestReply_(longestReply) {
         guarded([this] {
             prepareStore(connection_, [this] { index(); });
             indexNewEntries();
@@ -73,10 +93,13 @@ public:
                 [&] { return scanned.action == StoreAction::read ? read(scanned.schema) : change(scanned); });
         } catch (const StoreError& failure) {
             return failedReply(scanned.schema, failure.what());
-        } catch (const std::exception&) {
-            // Memory, or no text can be as long as the reply would be, which is less than memory where addresses are
-            // short.
-            return failedReply(scanned.schema, "there is not enough memory for this request");
+        } catch (const std::bad_alloc&) {
+            return failedReply(scanned.schema, noMemory);
+        } catch (const std::length_error&) {
+            // No text can be as long as the reply would be, which is less than memory where addresses are short.
+            return failedReply(scanned.schema, noMemory);
+        } catch (const std::exception& failure) {
+            return failedReply(scanned.schema, failure.what());
         }
     }
 
@@ -152,8 +175,13 @@ private:
         reply.reserve(std::min(static_cast<std::size_t>(total.bytes) +
                                    static_cast<std::size_t>(total.entries) * tagsPerEntry + envelopeSize,
                                largestReserve));
-        entries().forEach(schema,
-                          [&](std::string_view id, std::string_view body) { appendEntry(schema, id, body, reply); });
+        entries().forEach(schema, [&](std::string_view id, std::string_view body) {
+            appendEntry(schema, id, body, reply);
+            if (reply.size() + envelopeSize > longestReply_) {
+                throw connection_.error("its " + std::string(schema) + " are more than one reply can hold (" +
+                                        std::to_string(longestReply_) + " bytes); read them by pages");
+            }
+        });
         return reply.append(closeTag(text::SCHEMA));
     }
 
@@ -291,19 +319,64 @@ private:
         }
     }
 
+    std::unique_ptr<TemporaryFolder> folder_;
     SqliteConnection connection_;
     EntryIndexer indexer_;
+    std::size_t longestReply_;
     std::unique_ptr<EntryTable> table_;
     std::unique_ptr<EntryFinder> finder_;
     std::uint64_t ownChanges_ = 0;
     bool isExclusive_ = false;
 };
 
+/// A file, and what differs when it was written.
+using FileState = std::tuple<std::string, std::uintmax_t, std::filesystem::file_time_type>;
+
+/// The files that a store consists of. What else is beside them is made anew when it is opened.
+std::vector<FileState> filesOf(const std::string& file) {
+    std::vector<FileState> files;
+    for (const std::string& path : {file, file + "-wal"}) {
+        if (std::filesystem::exists(path)) {
+            files.emplace_back(path, std::filesystem::file_size(path), std::filesystem::last_write_time(path));
+        }
+    }
+    return files;
+}
+
+/// Copies the files of a store; false if one was written meanwhile.
+bool copyFiles(const std::string& file, const std::filesystem::path& target) {
+    const auto files = filesOf(file);
+    for (const auto& [path, size, time] : files) {
+        std::filesystem::copy_file(path, target.string() + path.substr(file.size()),
+                                   std::filesystem::copy_options::overwrite_existing);
+    }
+    return filesOf(file) == files;
+}
+
 }  // namespace
 
-std::unique_ptr<Store> openSqliteStore(const std::string& url, EntryIndexer indexer,
-                                       std::chrono::milliseconds timeout) {
-    return std::make_unique<SqliteStore>(sqliteFile(url), std::move(indexer), timeout);
+std::unique_ptr<Store> openSqliteStore(const std::string& url, EntryIndexer indexer, std::chrono::milliseconds timeout,
+                                       std::size_t longestReply) {
+    return std::make_unique<SqliteStore>(sqliteFile(url), std::move(indexer), timeout, longestReply);
+}
+
+std::unique_ptr<Store> openSqliteCopy(const std::string& url, EntryIndexer indexer, std::size_t longestReply) {
+    const std::string file = sqliteFile(url);
+    auto folder = std::make_unique<TemporaryFolder>("store");
+    const std::filesystem::path copy = folder->path() / "journal.db";
+    try {
+        for (int attempt = 1; !copyFiles(file, copy); ++attempt) {
+            if (attempt == mostCopies) {
+                throw StoreError("store " + file + ": another process writes it all the time; try again later");
+            }
+            std::this_thread::sleep_for(pauseBetweenCopies);
+        }
+    } catch (const std::filesystem::filesystem_error& failure) {
+        throw StoreError("store " + file + ": it cannot be copied to " + folder->path().string() + " (" +
+                         failure.code().message() + "); make room there, or name another folder in TMPDIR");
+    }
+    return std::make_unique<SqliteStore>(std::move(folder), copy.string(), file, std::move(indexer),
+                                         std::chrono::seconds(1), longestReply);
 }
 
 }  // namespace calljournal

@@ -388,6 +388,30 @@ TEST_F(StoreFind, TakesTheFirstOfTwoMarksOfHavingBeenSeen) {
     EXPECT_TRUE(found().checkIndex().empty());
 }
 
+TEST_F(StoreFind, EndsAPageOfLongEntriesEarlier) {
+    const std::string filling(6U << 20U, 'x');
+    for (const std::string& schema : {dialled, missed}) {
+        for (const char* time : {"1", "2", "3", "4", "5"}) {
+            write(schema, entry(schema + time, "1", time, filling));
+        }
+    }
+    for (const auto& schemas : {std::vector<std::string>{dialled}, std::vector<std::string>{dialled, missed}}) {
+        EntryQuery query;
+        query.schemas = schemas;
+        query.limit = 100;
+        std::vector<std::size_t> sizes;
+        for (auto page = found().find(query); !page.empty(); page = found().find(query)) {
+            sizes.push_back(page.size());
+            query.after = page.back().cursor;
+        }
+        EXPECT_EQ(sizes,
+                  schemas.size() == 1 ? (std::vector<std::size_t>{3, 2}) : (std::vector<std::size_t>{3, 3, 3, 1}));
+        query.limit = 0;
+        query.after.reset();
+        EXPECT_EQ(found().find(query).size(), 5 * schemas.size());
+    }
+}
+
 TEST_F(StoreFind, IsTakenBackWithTheRest) {
     write(dialled, entry("a", "1", "1"));
     try {

@@ -1,8 +1,10 @@
 #include <filesystem>
+#include <set>
 #include <sqlite3.h>
 #include <string>
 #include <sys/stat.h>
 
+#include "SqliteStore.h"
 #include "StoreTest.h"
 
 namespace {
@@ -223,6 +225,94 @@ TEST_F(StoreFile, IsRefusedWhereItCannotHaveAWriteAheadLog) {
     const NoSharedMemory fileSystem;
     EXPECT_EQ(openingError(file()),
               "store " + file() + ": its file system cannot carry a write-ahead log; name a file on a local disk");
+}
+
+TEST_F(StoreFile, IsForItsUserAloneInAnyFolder) {
+    std::filesystem::permissions(folder(), std::filesystem::perms(0777));
+    ask(writeRequest(dialled, "<Entry><EntryId>x</EntryId></Entry>"));
+    for (const char* name : {"journal.db", "journal.db-wal", "journal.db-shm"}) {
+        struct stat status = {};
+        ASSERT_EQ(stat(file(name).c_str(), &status), 0) << name;
+        EXPECT_EQ(status.st_mode & 0777U, 0600U) << name;
+    }
+}
+
+TEST_F(StoreFile, IsDamagedWithoutATable) {
+    store();
+    closeStore();
+    runSql(file(), "drop table entry");
+    EXPECT_EQ(
+        ask(readRequest(dialled)),
+        failed(dialled, "store " + file() +
+                            ": it is damaged (no such table: entry); move it away, and save what the sqlite3 tool "
+                            "can still .recover from it"));
+}
+
+// A reader that got an empty list would take every caller for a new one.
+TEST_F(StoreFile, RefusesAReplyThatIsTooLong) {
+    ask(writeRequest(dialled, "<Entry><EntryId>" + std::string(700, 'x') + "</EntryId></Entry>"));
+    const std::string whole = ask(readRequest(dialled));
+    closeStore();
+    const auto replyOf = [&](std::size_t longest) {
+        return calljournal::openSqliteStore(file(), {}, std::chrono::seconds(1), longest)
+            ->processRequest(readRequest(dialled));
+    };
+    EXPECT_EQ(replyOf(2000), whole);
+    EXPECT_EQ(replyOf(800), failed(dialled, "store " + file() + ": its " + dialled +
+                                                " are more than one reply can hold (800 bytes); read them by pages"));
+}
+
+/// The names and bytes of all files in the folder.
+std::string folderContent(const std::string& folder) {
+    std::set<std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        files.insert(entry.path().filename().string() + "\n" + contentOf(entry.path().string()));
+    }
+    std::string all;
+    for (const std::string& file : files) {
+        all += file;
+    }
+    return all;
+}
+
+class StoreCopy : public StoreFile {
+protected:
+    static constexpr const char* anEntry = "<Entry><UniqueId>a</UniqueId></Entry>";
+
+    void leaveALog() {
+        Child child([&](const Child::Say& say) {
+            say(ask(writeRequest(dialled, anEntry)).find("ok") != std::string::npos ? "ok" : "failed");
+            pause();
+        });
+        EXPECT_EQ(child.nextLine(), "ok");
+        child.kill();
+        child.endedWell();
+    }
+};
+
+TEST_F(StoreCopy, LeavesFolderAndBytesAsTheyAre) {
+    leaveALog();
+    const std::string before = folderContent(folder());
+    {
+        const auto copy = calljournal::openStoreCopy(file());
+        EXPECT_EQ(copy->processRequest(readRequest(dialled)), envelope(dialled, anEntry));
+        EXPECT_NE(copy->processRequest(deleteRequest(dialled, anEntry)).find("ok"), std::string::npos);
+    }
+    EXPECT_TRUE(folderContent(folder()) == before);
+}
+
+TEST_F(StoreCopy, IsBroughtUpToDateAloneAndNamesTheStore) {
+    runSql(file(), contentOf(VERSIONS "/version2.sql"));
+    const std::string before = folderContent(folder());
+    EXPECT_NE(calljournal::openStoreCopy(file())->processRequest(readRequest(dialled)).find("Hara"), std::string::npos);
+    EXPECT_TRUE(folderContent(folder()) == before);
+    runSql(file(), "delete from entry");
+    try {
+        calljournal::openStoreCopy(file());
+        FAIL();
+    } catch (const calljournal::StoreError& error) {
+        EXPECT_EQ(std::string(error.what()).substr(0, file().size() + 21), "store " + file() + ": it is damaged");
+    }
 }
 
 TEST_F(StoreFile, IsFoundDamagedWhenItIs) {
