@@ -4,6 +4,7 @@
 #include <clocale>
 #include <cwchar>
 #include <fmt/format.h>
+#include <iterator>
 
 #include "Utf8.h"
 
@@ -11,13 +12,37 @@ namespace calljournal {
 
 namespace {
 
-/// Marks that turn the direction of what follows: a name could rearrange a whole line with them.
-bool turnsDirection(char32_t c) {
-    return (c >= 0x202a && c <= 0x202e) || (c >= 0x2066 && c <= 0x2069) || c == 0x200e || c == 0x200f || c == 0x061c;
-}
+struct Range {
+    char32_t first;
+    char32_t last;
+};
 
-bool isControl(char32_t c) {
-    return c < 0x20 || (c >= 0x7f && c < 0xa0) || c == 0x2028 || c == 0x2029;
+/// The joiners U+200C and U+200D are none of them: words of many scripts, and emoji, have them.
+constexpr Range escapedRanges[] = {
+    {0x0000, 0x001f},    // control characters
+    {0x007f, 0x009f},    // delete, further control characters
+    {0x00ad, 0x00ad},    // soft hyphen
+    {0x061c, 0x061c},    // Arabic letter mark
+    {0x200b, 0x200b},    // zero width space
+    {0x200e, 0x200f},    // left-to-right and right-to-left mark
+    {0x2028, 0x202e},    // line and paragraph separator, embeddings and overrides of the direction
+    {0x2060, 0x206f},    // word joiner, invisible operators, isolates of the direction
+    {0xfeff, 0xfeff},    // byte-order mark
+    {0xe0000, 0xe007f},  // tags
+};
+
+std::string escapeOf(char32_t codePoint) {
+    const auto number = static_cast<unsigned>(codePoint);
+    switch (codePoint) {
+        case '\n':
+            return "\\n";
+        case '\t':
+            return "\\t";
+        default:
+            return codePoint < 0xa0      ? fmt::format("\\x{:02x}", number)
+                   : codePoint < 0x10000 ? fmt::format("\\u{:04x}", number)
+                                         : fmt::format("\\U{:08x}", number);
+    }
 }
 
 /// Whether `text` is printable ASCII, as most cells are: one byte a column, and nothing to escape.
@@ -36,6 +61,11 @@ std::size_t columnsOf(char32_t codePoint) {
 
 }  // namespace
 
+bool isShownAsEscape(char32_t codePoint) {
+    return std::any_of(std::begin(escapedRanges), std::end(escapedRanges),
+                       [&](const Range& range) { return codePoint >= range.first && codePoint <= range.last; });
+}
+
 std::string printable(std::string_view text) {
     if (isPlain(text)) {
         return std::string(text);
@@ -46,14 +76,8 @@ std::string printable(std::string_view text) {
         const Utf8Character c = characterAt(text);
         if (!c.isValid) {
             shown += fmt::format("\\x{:02x}", static_cast<unsigned char>(text[0]));
-        } else if (c.codePoint == '\n') {
-            shown += "\\n";
-        } else if (c.codePoint == '\t') {
-            shown += "\\t";
-        } else if (isControl(c.codePoint) && c.codePoint < 0x100) {
-            shown += fmt::format("\\x{:02x}", static_cast<unsigned>(c.codePoint));
-        } else if (isControl(c.codePoint) || turnsDirection(c.codePoint)) {
-            shown += fmt::format("\\u{:04x}", static_cast<unsigned>(c.codePoint));
+        } else if (isShownAsEscape(c.codePoint)) {
+            shown += escapeOf(c.codePoint);
         } else {
             shown += text.substr(0, c.length);
         }

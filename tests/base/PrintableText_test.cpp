@@ -22,6 +22,29 @@ TEST(Printable, ShowsCharactersThatTurnTheDirectionOfWriting) {
     EXPECT_EQ(printable("\u2066x\u2069\u200f\u2028"), "\\u2066x\\u2069\\u200f\\u2028");
 }
 
+TEST(Printable, ShowsCharactersThatNobodySees) {
+    EXPECT_EQ(printable("A\u200bn\u00adn\u2060\u2064\ufeff"), "A\\u200bn\\u00adn\\u2060\\u2064\\ufeff");
+    EXPECT_EQ(printable("Ann\U000e0041\U000e007f"), "Ann\\U000e0041\\U000e007f");
+}
+
+TEST(Printable, KeepsWhatJoinsAndParts) {
+    for (const std::string text : {"می\u200cخواهم", "क्\u200dष", "\U0001f469\u200d\U0001f680", "\u00a0", "❤\ufe0f"}) {
+        EXPECT_EQ(printable(text), text);
+    }
+}
+
+TEST(Printable, ShowsEachRangeToItsEndsAndNoFurther) {
+    struct {
+        char32_t first;
+        char32_t last;
+    } const ranges[] = {{0x7f, 0x9f},     {0xad, 0xad},     {0x61c, 0x61c},   {0x200b, 0x200b},  {0x200e, 0x200f},
+                        {0x2028, 0x202e}, {0x2060, 0x206f}, {0xfeff, 0xfeff}, {0xe0000, 0xe007f}};
+    for (const auto& range : ranges) {
+        EXPECT_TRUE(isShownAsEscape(range.first) && isShownAsEscape(range.last)) << std::hex << range.first;
+        EXPECT_FALSE(isShownAsEscape(range.first - 1) || isShownAsEscape(range.last + 1)) << std::hex << range.first;
+    }
+}
+
 TEST(Printable, ShowsBytesThatAreNotUtf8) {
     EXPECT_EQ(printable("\xfc"), "\\xfc");
     EXPECT_EQ(printable("\xc3"), "\\xc3");

@@ -513,6 +513,11 @@ TEST_F(Command, ShowsLogLinesOnATerminalWithoutWhatDrivesIt) {
     EXPECT_EQ(shown.find("\u202e"), std::string::npos) << shown;
 }
 
+TEST_F(Command, ShowsInTablesWhatNobodySees) {
+    done({"record", "missed", "--number", "1", "--surname", "Ann\u200b\u2060"});
+    EXPECT_NE(done({"--format", "table", "list", "missed"}).find(R"(Ann\u200b\u2060)"), std::string::npos);
+}
+
 TEST_F(Command, TheTourShowsEachStep) {
     const Finished tour = runProgram({COMMAND, "demo"});
     EXPECT_EQ(tour.status, 0) << tour.err;
