@@ -16,6 +16,7 @@ struct OrderedKeys : nlohmann::ordered_map<Key, Value, Less, Allocator> {
 using Json = nlohmann::basic_json<OrderedKeys>;
 
 /// Writes `json` as text, one line or indented. Bytes that are not UTF-8 become U+FFFD, since JSON has no other form.
+/// Characters that isShownAsEscape() names are escapes, of which a reader makes the same characters.
 std::string jsonText(const Json& json, bool indented);
 
 /// Appends `text` to `json` as jsonText() writes it, quickly for texts that stay as they are.

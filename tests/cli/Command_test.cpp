@@ -513,6 +513,22 @@ TEST_F(Command, ShowsLogLinesOnATerminalWithoutWhatDrivesIt) {
     EXPECT_EQ(shown.find("\u202e"), std::string::npos) << shown;
 }
 
+const std::string drivingText = "a\x1b[2J\x7f\u009b31m\u00ad\u202e\u200b\U000e0041\xff";
+
+TEST_F(Command, WritesJsonThatDrivesNoTerminalAndReadsItBack) {
+    const std::string name = drivingText.substr(0, drivingText.size() - 1);
+    const std::string inJson = R"("a\u001b[2J\u007f\u009b31m\u00ad\u202e\u200b\udb40\udc41")";
+    done({"record", "missed", "--number", "1", "--surname", name, "--time", "2024-05-01 10:00:00"});
+    const std::string json = done({"--format", "json", "list", "missed"});
+    EXPECT_NE(json.find("\"Surname\":" + inJson), std::string::npos) << json;
+
+    const std::string entry = R"({"Surname":)" + inJson + '}';
+    EXPECT_EQ(done({"encode", "missed"}, entry), done({"encode", "missed"}, Json{{"Surname", name}}.dump()));
+    done({"record", "missed", "--from", "-"}, R"({"Number":"2","Surname":)" + inJson + '}');
+    EXPECT_EQ(listed({"missed"})[0]["Surname"], name);
+    EXPECT_NE(done({"--format", "xml", "list", "missed"}).find("<Surname>" + name + "</Surname>"), std::string::npos);
+}
+
 TEST_F(Command, ShowsInTablesWhatNobodySees) {
     done({"record", "missed", "--number", "1", "--surname", "Ann\u200b\u2060"});
     EXPECT_NE(done({"--format", "table", "list", "missed"}).find(R"(Ann\u200b\u2060)"), std::string::npos);
