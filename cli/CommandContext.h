@@ -38,8 +38,9 @@ inline constexpr char fileOffer[] = "<file>";
 /// called once the whole command line is read. `context` must outlive `app`.
 struct CommandContext {
     std::istream& in;
-    std::ostream& out;  ///< Data.
-    std::ostream& err;  ///< Diagnostics.
+    std::ostream& out;    ///< Data.
+    std::ostream& err;    ///< Diagnostics.
+    std::ostream& trace;  ///< Requests to the store and their replies.
     GlobalOptions globals;
     std::function<ExitCode()> action;
     /// What completion offers for the value of an option: words, or fileOffer alone; nothing for a text.

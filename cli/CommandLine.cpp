@@ -76,8 +76,9 @@ void addGlobals(CLI::App& app, CommandContext& context) {
 
 }  // namespace
 
-ExitCode runCommand(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err) {
-    CommandContext context{in, out, err, {}, {}, {}};
+ExitCode runCommand(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err,
+                    std::ostream& trace) {
+    CommandContext context{in, out, err, trace, {}, {}, {}};
     CLI::App app("Call journal and contacts import of a desk phone, on a PC", "calljournal");
     app.set_version_flag("--version", "calljournal " CALLJOURNAL_VERSION);
     app.require_subcommand(1);

@@ -13,9 +13,9 @@ namespace {
 using namespace calljournal;
 
 /// Says on standard error what the command throws, other than OutputError.
-ExitCode run(int argc, const char* const* argv, std::ostream& out) {
+ExitCode run(int argc, const char* const* argv, std::ostream& out, std::ostream& trace) {
     try {
-        return runCommand(argc, argv, std::cin, out, std::cerr);
+        return runCommand(argc, argv, std::cin, out, std::cerr, trace);
     } catch (const OutputError&) {
         throw;
     } catch (const std::bad_alloc&) {
@@ -34,11 +34,15 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     std::ios::sync_with_stdio(false);
-    const TerminalOutput err(std::cerr, STDERR_FILENO);
+    std::ostream trace(std::cerr.rdbuf());
+    const PrintableOutput messages(std::cerr);
     StandardOutput out(std::cerr);
+    trace.tie(std::cerr.tie());
+    trace << std::unitbuf;
+    const TerminalOutput shownTrace(trace, STDERR_FILENO);
     setLogSink([](const std::string& line) { std::cerr << line << std::flush; });
     try {
-        const ExitCode code = run(argc, argv, out.stream());
+        const ExitCode code = run(argc, argv, out.stream(), trace);
         out.close();
         return code;
     } catch (const OutputError& error) {

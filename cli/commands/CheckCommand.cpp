@@ -132,7 +132,7 @@ ExitCode checkFiles(const CheckOptions& options, std::istream& in, std::ostream&
         try {
             code = checkFile(path, options, in, out) ? code : exitRefused;
         } catch (const std::runtime_error& error) {
-            printError(err, nameOf(path) + ": " + printable(error.what()));
+            printError(err, inputName(path) + ": " + error.what());
             code = exitRefused;
         }
     }

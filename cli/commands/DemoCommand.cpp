@@ -92,7 +92,7 @@ ExitCode runLine(const std::vector<std::string>& arguments, std::istream& in, st
     for (const std::string& argument : arguments) {
         argv.push_back(argument.c_str());
     }
-    return runCommand(static_cast<int>(argv.size()), argv.data(), in, out, out);
+    return runCommand(static_cast<int>(argv.size()), argv.data(), in, out, out, out);
 }
 
 ExitCode takeTour(const CommandContext& context) {

@@ -23,7 +23,7 @@ void addEntryChange(CLI::App& command, CommandContext& context, EntryChange chan
     command.add_flag("--notify", options->notify, "print the notifications to observers");
     command.callback([&context, options, change = std::move(change)] {
         context.action = [&context, options, change] {
-            Session session(context.globals, MissingStore::isRefused, context.err);
+            Session session(context.globals, MissingStore::isRefused, context.trace);
             refuseOtherRegion(session.journal(), context.globals);
             PrintingObserver observer(context.out);
             if (options->notify) {

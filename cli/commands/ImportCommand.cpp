@@ -229,7 +229,7 @@ private:
 
     /// Says something about the file: to people below its contacts, else beside the data.
     void tell(const std::string& sentence) {
-        (isForPeople() ? context_.out : context_.err) << shownName_ << ": " << sentence << '\n';
+        (isForPeople() ? context_.out : context_.err) << shownName_ << ": " << printable(sentence) << '\n';
     }
 
     const std::string& file_;

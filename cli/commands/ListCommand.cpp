@@ -107,7 +107,7 @@ void addListCommand(CLI::App& app, CommandContext& context) {
             options->filter.kinds = {options->kind};
         }
         context.action = [&context, options] {
-            Session session(context.globals, MissingStore::isRefused, context.err);
+            Session session(context.globals, MissingStore::isRefused, context.trace);
             if (context.globals.format == OutputFormat::automatic) {
                 context.globals.format = isTerminal() ? OutputFormat::table : OutputFormat::json;
             }

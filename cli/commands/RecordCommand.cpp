@@ -64,7 +64,7 @@ void recordAll(const NewCalls& calls, const RecordOptions& options, const Comman
     std::ostringstream out;
     std::ostringstream err;
     PrintingObserver observer(out);
-    Session session(context.globals, MissingStore::isMade, context.err);
+    Session session(context.globals, MissingStore::isMade, context.trace);
     if (options.notify) {
         session.journal().addObserver(observer);
     }

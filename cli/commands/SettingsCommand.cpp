@@ -74,13 +74,13 @@ void set(const std::string& name, const std::string& value, const CommandContext
     const Setting& setting = *std::find_if(std::begin(knownSettings), std::end(knownSettings),
                                            [&](const Setting& known) { return known.name == name; });
     setting.check(value, context.globals);
-    Session session(context.globals, MissingStore::isMade, context.err);
+    Session session(context.globals, MissingStore::isMade, context.trace);
     setting.change(value, session.journal(), context.globals, context.out);
 }
 
 /// Shows the value of one setting, or names and values of all if `name` is empty.
 void show(const std::string& name, const CommandContext& context) {
-    Session session(context.globals, MissingStore::isRefused, context.err);
+    Session session(context.globals, MissingStore::isRefused, context.trace);
     TextTable table({{"Name", false, false}, {"Value", true, false}});
     Json json = Json::object();
     std::string shown;

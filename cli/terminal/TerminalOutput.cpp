@@ -40,16 +40,19 @@ int PrintableLines::sync() {
     return passOn(pending_.size()) ? target_.pubsync() : -1;
 }
 
-TerminalOutput::TerminalOutput(std::ostream& stream, int descriptor) : stream_(stream), before_(stream.rdbuf()) {
-    if (::isatty(descriptor) != 0) {
-        lines_ = std::make_unique<PrintableLines>(*before_);
-        stream_.rdbuf(lines_.get());
-    }
+PrintableOutput::PrintableOutput(std::ostream& stream) : stream_(stream), before_(stream.rdbuf()), lines_(*before_) {
+    stream_.rdbuf(&lines_);
 }
 
-TerminalOutput::~TerminalOutput() {
+PrintableOutput::~PrintableOutput() {
     stream_.flush();
     stream_.rdbuf(before_);
+}
+
+TerminalOutput::TerminalOutput(std::ostream& stream, int descriptor) {
+    if (::isatty(descriptor) != 0) {
+        printable_.emplace(stream);
+    }
 }
 
 }  // namespace calljournal

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <memory>
+#include <optional>
 #include <ostream>
 #include <streambuf>
 #include <string>
@@ -27,19 +27,27 @@ private:
     std::string pending_;
 };
 
-/// Has a stream show printable lines for as long as the object lives, if `descriptor`, where the stream ends, is a
-/// terminal. Files and pipes get the bytes as they are.
-class TerminalOutput {
+/// Has a stream show printable lines for as long as the object lives.
+class PrintableOutput {
 public:
-    TerminalOutput(std::ostream& stream, int descriptor);
-    ~TerminalOutput();
-    TerminalOutput(const TerminalOutput&) = delete;
-    TerminalOutput& operator=(const TerminalOutput&) = delete;
+    explicit PrintableOutput(std::ostream& stream);
+    ~PrintableOutput();
+    PrintableOutput(const PrintableOutput&) = delete;
+    PrintableOutput& operator=(const PrintableOutput&) = delete;
 
 private:
     std::ostream& stream_;
     std::streambuf* before_;
-    std::unique_ptr<PrintableLines> lines_;
+    PrintableLines lines_;
+};
+
+/// Does the same if `descriptor`, where the stream ends, is a terminal. Files and pipes get the bytes as they are.
+class TerminalOutput {
+public:
+    TerminalOutput(std::ostream& stream, int descriptor);
+
+private:
+    std::optional<PrintableOutput> printable_;
 };
 
 }  // namespace calljournal

@@ -514,6 +514,32 @@ TEST_F(Command, ShowsLogLinesOnATerminalWithoutWhatDrivesIt) {
 }
 
 const std::string drivingText = "a\x1b[2J\x7f\u009b31m\u00ad\u202e\u200b\U000e0041\xff";
+const std::string shownText = R"(a\x1b[2J\x7f\x9b31m\u00ad\u202e\u200b\U000e0041\xff)";
+
+TEST_F(Command, ShowsLogLinesInAFileWithoutWhatDrivesATerminal) {
+    const Finished finished =
+        run({"--log", "6", "record", "missed", "--number", "1", "--surname", drivingText, "--show-xml"});
+    const std::string end = "</Surname>";
+    EXPECT_NE(finished.err.find(shownText.substr(5) + end), std::string::npos) << finished.err;
+    // Requests and replies are for programs, too.
+    EXPECT_NE(finished.err.find(drivingText.substr(2) + end), std::string::npos) << finished.err;
+}
+
+TEST_F(Command, ShowsMessagesInAFileWithoutWhatDrivesATerminal) {
+    done(missed("1", "2024-05-01 10:00:00"));
+    EXPECT_EQ(run({"check", drivingText + "\n"}).err,
+              "calljournal: " + shownText + "\\n: cannot be read (No such file or directory)\n");
+    EXPECT_EQ(run({"import", drivingText}).err, shownText + ": CSV_FILE_ERROR (6): No such file or directory\n");
+    for (const auto& arguments : {std::vector<std::string>{"viewed", drivingText},
+                                  {"list", "missed", "--since", drivingText},
+                                  {"convert", drivingText},
+                                  {"encode", drivingText}}) {
+        const Finished finished = run(arguments);
+        EXPECT_NE(finished.status, 0) << arguments[0];
+        EXPECT_NE(finished.err.find(R"([2J\x7f\x9b31m)"), std::string::npos) << finished.err;
+        EXPECT_EQ(finished.err.find_first_of("\x1b\x7f\x9b\xff"), std::string::npos) << finished.err;
+    }
+}
 
 TEST_F(Command, WritesJsonThatDrivesNoTerminalAndReadsItBack) {
     const std::string name = drivingText.substr(0, drivingText.size() - 1);
