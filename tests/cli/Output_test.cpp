@@ -73,6 +73,13 @@ TEST_F(Output, IsMissedByEveryCommandIfTheDiskIsFull) {
     }
 }
 
+TEST_F(Output, IsMissedIfItsFileGetsTooLarge) {
+    const std::string line = "ulimit -f 1; exec " COMMAND " --help >" + folder_.file("out");
+    const Finished finished = runProgram({"/bin/bash", "-c", line});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(finished.err, failure("File too large"));
+}
+
 TEST_F(Output, IsMissedByEveryCommandIfItIsClosed) {
     for (const std::string& command : commands) {
         SCOPED_TRACE(command);

@@ -349,4 +349,12 @@ TEST_F(ImportCommand, LeavesNothingWhenItIsInterrupted) {
     EXPECT_TRUE(fs::is_empty(temporary_));
 }
 
+TEST_F(ImportCommand, RefusesAFileThatGetsTooLargeToCopy) {
+    const std::string file = folder_.write("contacts.csv", good_ + std::string(10000, '\n'));
+    const Finished finished =
+        runProgram({"/bin/bash", "-c", "ulimit -f 1; TMPDIR=" + temporary_ + " exec " COMMAND " import " + file});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_EQ(finished.err, file + ": cannot be copied to a temporary folder: File too large\n");
+}
+
 }  // namespace
