@@ -16,7 +16,7 @@ namespace {
 sigset_t endingSignals() {
     sigset_t set;
     sigemptyset(&set);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGALRM, SIGTERM, SIGXCPU}) {
         struct sigaction action = {};
         ::sigaction(signal, nullptr, &action);
         if (action.sa_handler != SIG_IGN) {

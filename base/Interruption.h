@@ -5,8 +5,8 @@
 
 namespace calljournal {
 
-/// While the object lives, a signal that ends the process (Ctrl-C, a closed terminal, a plain kill) ends it without
-/// leaving temporary files, at once, whatever it is doing.
+/// While the object lives, a signal that ends the process (Ctrl-C or Ctrl-\, a closed terminal, a plain kill, a time
+/// limit) ends it without leaving temporary files, at once, whatever it is doing.
 ///
 /// It has to be made before other threads are, which take over what signals they leave alone.
 class Interruption {

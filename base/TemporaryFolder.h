@@ -6,11 +6,11 @@
 namespace calljournal {
 
 /// A folder for this user alone that goes with the object, whatever is in it, and when a signal ends the process (see
-/// TemporaryPaths.h).
+/// TemporaryPaths.h). If the process is killed before that, the next object of any process of the user removes it.
 class TemporaryFolder {
 public:
-    /// Throws std::system_error if none can be made. `purpose` becomes a part of its name.
-    explicit TemporaryFolder(const std::string& purpose);
+    /// Throws std::system_error if none can be made.
+    TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder();
@@ -18,6 +18,9 @@ public:
     const std::filesystem::path& path() const { return path_; }
 
 private:
+    std::string make(const std::string& pattern);
+
+    int lock_ = -1;  ///< The folder itself, locked: it is in use.
     std::filesystem::path path_;
 };
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "CommandLine.h"
+#include "Interruption.h"
 #include "TemporaryFolder.h"
 
 namespace calljournal {
@@ -98,7 +99,8 @@ ExitCode runLine(const std::vector<std::string>& arguments, std::istream& in, st
 ExitCode takeTour(const CommandContext& context) {
     std::ostream& out = context.out;
     const std::string examples = exampleFolder().string();
-    const TemporaryFolder folder("demo");
+    const Interruption interruption;
+    const TemporaryFolder folder;
     // Where the files are is of no interest to the reader.
     for (const Step& step : tour(examples)) {
         out << "\n# " << step.says << "\n$ calljournal";

@@ -105,7 +105,7 @@ public:
         if (options_.files.size() > 1 && isForPeople()) {
             context_.out << "== " << shownName_ << '\n';
         }
-        const TemporaryFolder folder("import");
+        const TemporaryFolder folder;
         const std::string source = options_.convert ? (folder.path() / "converted.csv").string() : file_;
         if (options_.convert && !convertTo(source)) {
             return false;

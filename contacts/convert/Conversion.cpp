@@ -47,7 +47,6 @@ Conversion::Conversion(ConversionOptions options, ConversionReport& report)
     : options_(std::move(options)),
       limit_(limitOf(options_)),
       report_(report),
-      folder_("convert"),
       files_(filesOptions()),
       table_(spool_),
       duplicates_(options_.region) {}

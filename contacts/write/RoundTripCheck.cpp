@@ -44,7 +44,6 @@ RoundTripCheck::RoundTripCheck(unsigned limit, unsigned existing, Place place)
     : limit_(limit),
       existing_(existing),
       place_(std::move(place)),
-      folder_("check"),
       files_(mostFiles),
       file_(files_.toFill()),
       thread_([this] { work(); }) {}

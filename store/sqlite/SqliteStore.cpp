@@ -362,7 +362,7 @@ std::unique_ptr<Store> openSqliteStore(const std::string& url, EntryIndexer inde
 
 std::unique_ptr<Store> openSqliteCopy(const std::string& url, EntryIndexer indexer, std::size_t longestReply) {
     const std::string file = sqliteFile(url);
-    auto folder = std::make_unique<TemporaryFolder>("store");
+    auto folder = std::make_unique<TemporaryFolder>();
     const std::filesystem::path copy = folder->path() / "journal.db";
     try {
         for (int attempt = 1; !copyFiles(file, copy); ++attempt) {

@@ -43,7 +43,7 @@ std::string makeFile(const ::TemporaryFolder& folder, const std::string& name) {
 
 TEST(TemporaryPaths, GoBeforeASignalIsPassedOn) {
     const ::TemporaryFolder folder;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGALRM, SIGTERM, SIGXCPU}) {
         const std::string gone = makeFile(folder, "gone");
         const std::string delivered = makeFile(folder, "delivered");
         forgetTemporary(delivered);

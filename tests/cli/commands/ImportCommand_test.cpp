@@ -3,6 +3,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -337,16 +338,70 @@ TEST_F(ImportCommand, ImportsTheExamplesOrSaysWhy) {
               known);
 }
 
-TEST_F(ImportCommand, LeavesNothingWhenItIsInterrupted) {
-    const std::string pipe = folder_.file("pipe");
-    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-    // Somebody might still write to it, so the import waits.
-    const int writer = ::open(pipe.c_str(), O_RDWR);
-    const Finished finished = interruptProgram({"/usr/bin/env", "TMPDIR=" + temporary_, COMMAND, "import", pipe},
-                                               SIGINT, [this] { return !fs::is_empty(temporary_); });
-    ::close(writer);
-    EXPECT_EQ(finished.status, 128 + SIGINT) << finished.err;
+/// An import that waits in the middle: somebody might still write to the pipe that it reads.
+class WaitingImport : public ImportCommand {
+protected:
+    WaitingImport() {
+        ::mkfifo(pipe_.c_str(), 0600);
+        writer_ = ::open(pipe_.c_str(), O_RDWR);
+    }
+    ~WaitingImport() override { ::close(writer_); }
+
+    /// Sends the import a signal once it has copied what came, and after `meanwhile`.
+    Finished end(
+        int signal, const std::function<void()>& meanwhile = [] {}) const {
+        const std::string begin = tamberHeader + tamberRow("Adams", "1");
+        EXPECT_EQ(::write(writer_, begin.data(), begin.size()), static_cast<ssize_t>(begin.size()));
+        return interruptProgram({"/usr/bin/env", "TMPDIR=" + temporary_, COMMAND, "import", pipe_}, signal, [&] {
+            if (copies().empty()) {
+                return false;
+            }
+            meanwhile();
+            return true;
+        });
+    }
+
+    /// The copies with contacts that are there.
+    std::vector<fs::path> copies() const {
+        std::vector<fs::path> found;
+        for (const fs::directory_entry& folder : fs::directory_iterator(temporary_)) {
+            std::error_code none;
+            const fs::path copy = folder.path() / "contacts.csv";
+            if (fs::file_size(copy, none) > 0 && !none) {
+                found.push_back(copy);
+            }
+        }
+        return found;
+    }
+
+    const std::string pipe_ = folder_.file("pipe");
+    int writer_ = -1;
+};
+
+TEST_F(WaitingImport, LeavesNothingWhenItIsInterrupted) {
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGALRM, SIGTERM, SIGXCPU}) {
+        const Finished finished = end(signal);
+        EXPECT_EQ(finished.status, 128 + signal) << finished.err;
+        EXPECT_TRUE(fs::is_empty(temporary_)) << signal;
+    }
+}
+
+TEST_F(WaitingImport, LeavesAFolderForItsUserAloneWhenItIsKilledWhichTheNextImportRemoves) {
+    EXPECT_EQ(end(SIGKILL).status, 128 + SIGKILL);
+    ASSERT_EQ(copies().size(), 1U);
+    const fs::path left = copies().front().parent_path();
+    EXPECT_EQ(fs::status(left).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(run({folder_.write("contacts.csv", good_)}).status, 0);
     EXPECT_TRUE(fs::is_empty(temporary_));
+}
+
+TEST_F(WaitingImport, KeepsItsFolderWhileAnotherImportRuns) {
+    const Finished finished = end(SIGTERM, [this] {
+        const std::vector<fs::path> before = copies();
+        EXPECT_EQ(run({folder_.write("contacts.csv", good_)}).status, 0);
+        EXPECT_EQ(copies(), before);
+    });
+    EXPECT_EQ(finished.status, 128 + SIGTERM) << finished.err;
 }
 
 TEST_F(ImportCommand, RefusesAFileThatGetsTooLargeToCopy) {

@@ -105,7 +105,7 @@ TEST(SpoolFile, ThrowsIfThereIsNoRoom) {
     for (const char* folder : {"/proc/nonexistent", "/proc"}) {
         ::setenv("TMPDIR", folder, 1);
         EXPECT_THROW(SpoolFile(), std::system_error) << folder;
-        EXPECT_THROW(TemporaryFolder("test"), std::system_error) << folder;
+        EXPECT_THROW(TemporaryFolder(), std::system_error) << folder;
         ::unsetenv("TMPDIR");
     }
 }
