@@ -15,6 +15,7 @@
 #include "Files.h"
 #include "FindingView.h"
 #include "Input.h"
+#include "Interruption.h"
 #include "KindDescriptor.h"
 #include "Kinds.h"
 #include "MessageCheck.h"
@@ -79,6 +80,7 @@ bool report(const std::string& file, const std::string& text, const std::string&
 }
 
 bool reportStore(const std::string& path, std::ostream& out) {
+    const Interruption interruption;
     const std::unique_ptr<Store> store = openStoreCopy(path, indexEntry);
     bool isFine = true;
     for (const KindDescriptor& kind : kindDescriptors()) {
