@@ -2,34 +2,15 @@
 // changes of the files that a closed or a killed process left.
 
 #include <algorithm>
-#include <filesystem>
-#include <unistd.h>
+#include <string>
 
 #include "DamagedJournal.h"
 #include "Fuzz.h"
+#include "TemporaryFolder.h"
 
 namespace {
 
 constexpr std::size_t pageSize = 4096;
-
-/// The folder of the journal, gone at the end of the program.
-class Folder {
-public:
-    Folder() : path_(std::filesystem::temp_directory_path() / ("damage_fuzz_" + std::to_string(getpid()))) {
-        std::filesystem::create_directories(path_);
-    }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    ~Folder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-
-    std::string path() const { return path_.string(); }
-
-private:
-    std::filesystem::path path_;
-};
 
 std::size_t number(Input& input) {
     const std::size_t high = input.byte();
@@ -55,8 +36,8 @@ void change(std::string& content, std::size_t size, Input& input) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const Folder folder;
-    static DamagedJournal journal(folder.path());
+    static const calljournal::TemporaryFolder folder;
+    static DamagedJournal journal(folder.path().string());
     static const DamagedJournal::Answers closedAnswers = journal.answersOf(journal.closed());
     static const DamagedJournal::Answers killedAnswers = journal.answersOf(journal.killed());
     Input input(data, size);

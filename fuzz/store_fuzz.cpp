@@ -2,15 +2,14 @@
 // else. An input is a number of requests, one a line.
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <set>
-#include <unistd.h>
 #include <utility>
 
 #include "EntryBody.h"
 #include "Store.h"
 #include "StoreRequest.h"
+#include "TemporaryFolder.h"
 #include "TokenText.h"
 
 namespace {
@@ -146,32 +145,14 @@ std::string requestOf(Input line) {
                    reason == "read_request" && text.empty() ? text : "<Entry>" + text + "</Entry>");
 }
 
-/// The folder of one store, gone at the end of the program.
-class StoreFolder {
-public:
-    StoreFolder() : path_(std::filesystem::temp_directory_path() / ("store_fuzz_" + std::to_string(getpid()))) {
-        std::filesystem::create_directories(path_);
-    }
-    StoreFolder(const StoreFolder&) = delete;
-    StoreFolder& operator=(const StoreFolder&) = delete;
-    ~StoreFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-
-    std::string file() const { return (path_ / "journal.db").string(); }
-
-private:
-    std::filesystem::path path_;
-};
-
 struct Rollback {};
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const StoreFolder folder;
-    static const std::unique_ptr<calljournal::Store> opened = calljournal::openStore(folder.file());
+    static const calljournal::TemporaryFolder folder;
+    static const std::unique_ptr<calljournal::Store> opened =
+        calljournal::openStore((folder.path() / "journal.db").string());
     calljournal::Store& store = *opened;
     // Each input meets an empty store, without the cost of a new one.
     try {
