@@ -1,5 +1,6 @@
 #include "Files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <istream>
 #include <poll.h>
@@ -12,6 +13,19 @@ namespace calljournal {
 namespace {
 
 constexpr std::size_t pieceSize = 65536;
+
+/// Returns how many bytes there are from the stream's present place to its end; 0 where that is not known, as of a pipe.
+std::uint64_t sizeAhead(std::istream& in) {
+    const std::istream::pos_type here = in ? in.tellg() : std::istream::pos_type(-1);
+    if (here < 0) {
+        return 0;
+    }
+    in.seekg(0, std::ios::end);
+    const std::istream::pos_type end = in.tellg();
+    in.clear();
+    in.seekg(here);
+    return end < here ? 0 : static_cast<std::uint64_t>(end - here);
+}
 
 }  // namespace
 
@@ -36,8 +50,9 @@ void readPieces(std::istream& in, const std::function<void(std::string_view)>& u
 
 std::string readAll(std::istream& in) {
     std::string text;
+    const std::uint64_t most = std::max(mostInput, sizeAhead(in));
     readPieces(in, [&](std::string_view piece) {
-        if (text.size() + piece.size() > mostInput) {
+        if (text.size() + piece.size() > most) {
             throw std::runtime_error(tooMuchInput());
         }
         text += piece;

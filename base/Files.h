@@ -8,7 +8,7 @@
 
 namespace calljournal {
 
-/// As much as is read of one input, so that one without an end, such as /dev/zero, has one.
+/// As much as is read of an input whose size is not known, so that one without an end, such as /dev/zero, has one.
 constexpr std::uint64_t mostInput = std::uint64_t{256} << 20;
 
 /// What is wrong with an input of more than `most` bytes, for a sentence after its name.
@@ -22,7 +22,7 @@ std::string sizeText(std::uint64_t bytes);
 void readPieces(std::istream& in, const std::function<void(std::string_view)>& use);
 
 /// Returns everything from the stream's present place to its end. Throws as readPieces does, and for more than
-/// mostInput.
+/// mostInput where the size is not known before.
 std::string readAll(std::istream& in);
 
 /// Writes all of `bytes` to a descriptor, however often a signal interrupts it or a pipe has no room at once. Returns

@@ -29,7 +29,7 @@ run(${CMAKE_COMMAND} --install ${build} --prefix ${stage})
 
 # What is installed is the whole list without the host's part and the command.
 file(READ ${CMAKE_CURRENT_LIST_DIR}/installed-files.txt whole)
-string(REGEX REPLACE "(bin/|share/|include/calljournal/Host|LIBDIR/[a-z/]*-host)[^\n]*\n" "" alone "${whole}")
+string(REGEX REPLACE "(bin/|share/|include/calljournal/Host|LIBDIR/calljournal/|LIBDIR/[a-z/]*-host)[^\n]*\n" "" alone "${whole}")
 file(WRITE ${WORK_DIR}/installed-files-alone.txt "${alone}")
 list_files(files ${stage})
 string(REGEX REPLACE "share/[^\n]*\n" "" files "${files}")
