@@ -120,7 +120,8 @@ PageFile::PageFile(const std::string& path) : database_(path, std::ios::binary),
             [this](void* buffer, std::int64_t size, std::int64_t offset) { return readAt(log_, buffer, size, offset); },
             sizeOf(log_));
     }
-    const auto inFile = static_cast<std::uint32_t>((sizeOf(database_) + pageSize - 1) / pageSize);
+    const auto inFile =
+        static_cast<std::uint32_t>((sizeOf(database_) + std::int64_t{pageSize} - 1) / std::int64_t{pageSize});
     pageCount_ = std::max(inFile, inLog_.empty() ? 0 : inLog_.rbegin()->first);
 }
 
