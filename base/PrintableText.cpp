@@ -22,12 +22,20 @@ constexpr Range escapedRanges[] = {
     {0x0000, 0x001f},    // control characters
     {0x007f, 0x009f},    // delete, further control characters
     {0x00ad, 0x00ad},    // soft hyphen
+    {0x034f, 0x034f},    // grapheme joiner
     {0x061c, 0x061c},    // Arabic letter mark
+    {0x115f, 0x1160},    // Hangul fillers
+    {0x17b4, 0x17b5},    // Khmer inherent vowels
+    {0x180e, 0x180e},    // Mongolian vowel separator
     {0x200b, 0x200b},    // zero width space
     {0x200e, 0x200f},    // left-to-right and right-to-left mark
     {0x2028, 0x202e},    // line and paragraph separator, embeddings and overrides of the direction
     {0x2060, 0x206f},    // word joiner, invisible operators, isolates of the direction
+    {0x3164, 0x3164},    // Hangul filler
     {0xfeff, 0xfeff},    // byte-order mark
+    {0xffa0, 0xffa0},    // halfwidth Hangul filler
+    {0xfff9, 0xfffb},    // annotations
+    {0x1d173, 0x1d17a},  // musical formats
     {0xe0000, 0xe007f},  // tags
 };
 

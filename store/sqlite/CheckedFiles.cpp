@@ -26,8 +26,10 @@ constexpr std::int64_t databaseHeaderSize = 100;
 struct CheckedFile : sqlite3_file {
     sqlite3_file* system = nullptr;
     CheckedFile* database = nullptr;  ///< Of a log: the file that its pages are for; else the file itself.
+    CheckedFile* log = nullptr;       ///< Of a database: the log, if one is open.
 
-    int pageSize = 0;              ///< Of a database whose pages have checksums; else 0.
+    int checkedSize = 0;           ///< Of a database whose pages have checksums: their size; else 0.
+    int writtenSize = 0;           ///< The same of one whose pages get checksums from now on.
     std::unique_ptr<char[]> room;  ///< For a frame of the log.
 
     /// Of a log: the header that was written last, and where the last write ended.
@@ -75,11 +77,23 @@ std::uint64_t numberOfPage(sqlite3_int64 offset, int size) {
     return static_cast<std::uint64_t>(offset / size) + 1;
 }
 
+/// Makes room for what pages of this size need to get checksums.
+void giveChecksums(CheckedFile& database, int size) {
+    if (database.writtenSize != size) {
+        database.room.reset(new (std::nothrow) char[static_cast<std::size_t>(log::frameHeaderSize + size)]);
+        database.writtenSize = size;
+    }
+}
+
+bool reservesChecksum(const char* firstPage) {
+    return static_cast<unsigned char>(firstPage[reservedAt]) == pageChecksumSize;
+}
+
 /// Learns from the first page of a database whether the pages have checksums.
 void learn(CheckedFile& database, const char* firstPage, int size) {
-    if (static_cast<unsigned char>(firstPage[reservedAt]) == pageChecksumSize && database.pageSize != size) {
-        database.room.reset(new (std::nothrow) char[static_cast<std::size_t>(log::frameHeaderSize + size)]);
-        database.pageSize = size;
+    if (reservesChecksum(firstPage)) {
+        giveChecksums(database, size);
+        database.checkedSize = size;
     }
 }
 
@@ -89,7 +103,7 @@ int readPage(CheckedFile& database, char* page, int size, sqlite3_int64 offset) 
     if (code == SQLITE_OK && offset == 0) {
         learn(database, page, size);
     }
-    if (database.pageSize == 0 || (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ)) {
+    if (database.checkedSize == 0 || (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ)) {
         return code;
     }
     // SQLite would take what is missing at the end for zeros.
@@ -100,18 +114,18 @@ int readPage(CheckedFile& database, char* page, int size, sqlite3_int64 offset) 
 int readDatabase(sqlite3_file* file, void* buffer, int size, sqlite3_int64 offset) {
     CheckedFile& database = checked(file);
     // The header alone is read to find out whether the page that begins with it has changed.
-    if (offset + size <= databaseHeaderSize || (database.pageSize == 0 && !isPageSize(size))) {
+    if (offset + size <= databaseHeaderSize || (database.checkedSize == 0 && !isPageSize(size))) {
         return database.read(buffer, size, offset);
     }
-    if (database.pageSize == 0 || database.pageSize == size) {
+    if (database.checkedSize == 0 || database.checkedSize == size) {
         return readPage(database, static_cast<char*>(buffer), size, offset);
     }
     // Some versions read a part of a page where that is enough for them, never of two.
     if (!database.room) {
         return SQLITE_IOERR_NOMEM;
     }
-    const sqlite3_int64 begin = offset % database.pageSize;
-    const int code = readPage(database, database.room.get(), database.pageSize, offset - begin);
+    const sqlite3_int64 begin = offset % database.checkedSize;
+    const int code = readPage(database, database.room.get(), database.checkedSize, offset - begin);
     if (code == SQLITE_OK) {
         std::memcpy(buffer, database.room.get() + begin, static_cast<std::size_t>(size));
     }
@@ -124,7 +138,8 @@ int writeDatabase(sqlite3_file* file, const void* buffer, int size, sqlite3_int6
     if (offset == 0 && isPageSize(size)) {
         learn(database, page, size);
     }
-    if (database.pageSize != size) {
+    // With a log, pages come from there, with their checksums; it may still have some from before the others had any.
+    if (database.log != nullptr || database.checkedSize != size) {
         return database.write(buffer, size, offset);
     }
     if (!database.room) {
@@ -143,7 +158,11 @@ log::Reader readerOf(const CheckedFile& file) {
 int checkLog(const CheckedFile& log) {
     sqlite3_int64 size = 0;
     const int code = log.system->pMethods->xFileSize(log.system, &size);
-    return code == SQLITE_OK && log::hasLostTransactions(readerOf(log), size) ? SQLITE_IOERR_DATA : code;
+    try {
+        return code == SQLITE_OK && log::hasLostTransactions(readerOf(log), size) ? SQLITE_IOERR_DATA : code;
+    } catch (const std::bad_alloc&) {
+        return SQLITE_IOERR_NOMEM;
+    }
 }
 
 int readLog(sqlite3_file* file, void* buffer, int size, sqlite3_int64 offset) {
@@ -179,8 +198,11 @@ int writeLogPage(CheckedFile& log, const char* page, int size, sqlite3_int64 off
     if (!isBehindHeader && log.read(log.frameHeader.data(), headerSize, offset - headerSize) != SQLITE_OK) {
         return SQLITE_IOERR_WRITE;
     }
-    copyWithChecksum(bytesOf(page, size), log::pageNumber(log.frameHeader.data()),
-                     std::copy(log.frameHeader.begin(), log.frameHeader.end(), room));
+    const std::uint32_t number = log::pageNumber(log.frameHeader.data());
+    if (number == 1 && !reservesChecksum(page)) {
+        return SQLITE_IOERR_WRITE;  // there is no room for checksums after all
+    }
+    copyWithChecksum(bytesOf(page, size), number, std::copy(log.frameHeader.begin(), log.frameHeader.end(), room));
     if (!isBehindHeader) {
         // A page that a transaction changes again after it was written out is written over; the headers from the first
         // such page on follow at the commit.
@@ -195,10 +217,7 @@ int writeLogPage(CheckedFile& log, const char* page, int size, sqlite3_int64 off
 int writeLog(sqlite3_file* file, const void* buffer, int size, sqlite3_int64 offset) {
     CheckedFile& log = checked(file);
     const auto* bytes = static_cast<const char*>(buffer);
-    if (log::isPage(size, offset) && offset == log.writtenEnd && log::pageNumber(log.frameHeader.data()) == 1) {
-        learn(*log.database, bytes, size);
-    }
-    const bool isPage = log.database->pageSize == size && log::isPage(size, offset);
+    const bool isPage = log.database->writtenSize == size && log::isPage(size, offset);
     const int code = isPage ? writeLogPage(log, bytes, size, offset) : log.write(buffer, size, offset);
     if (size == log::frameHeaderSize) {
         std::copy(bytes, bytes + size, log.frameHeader.begin());
@@ -212,6 +231,9 @@ int writeLog(sqlite3_file* file, const void* buffer, int size, sqlite3_int64 off
 
 int closeFile(sqlite3_file* file) {
     sqlite3_file* system = systemFile(file);
+    if (checked(file).database->log == file) {
+        checked(file).database->log = nullptr;
+    }
     const int code = system->pMethods->xClose(system);
     checked(file).~CheckedFile();
     return code;
@@ -242,8 +264,18 @@ int checkReservedLock(sqlite3_file* file, int* isLocked) {
 }
 
 int controlFile(sqlite3_file* file, int operation, void* argument) {
+    CheckedFile& database = checked(file);
     if (operation == areChecksumsThere) {
-        *static_cast<int*>(argument) = checked(file).pageSize != 0 ? 1 : 0;
+        *static_cast<int*>(argument) = database.checkedSize != 0 ? 1 : 0;
+        return SQLITE_OK;
+    }
+    if (operation == beginChecksums) {
+        giveChecksums(database, *static_cast<int*>(argument));
+        return SQLITE_OK;
+    }
+    if (operation == endChecksums) {
+        database.checkedSize = *static_cast<int*>(argument) != 0 ? database.writtenSize : database.checkedSize;
+        database.writtenSize = database.checkedSize;
         return SQLITE_OK;
     }
     return systemFile(file)->pMethods->xFileControl(systemFile(file), operation, argument);
@@ -258,7 +290,8 @@ int deviceCharacteristics(sqlite3_file* file) {
 #ifdef SQLITE_IOCAP_SUBPAGE_READ
     characteristics &= ~SQLITE_IOCAP_SUBPAGE_READ;  // a part of a page cannot be checked
 #endif
-    return characteristics;
+    // Else a page of the log may be written in two pieces.
+    return characteristics | SQLITE_IOCAP_POWERSAFE_OVERWRITE;
 }
 
 int mapSharedMemory(sqlite3_file* file, int region, int size, int extend, void volatile** memory) {
@@ -266,6 +299,11 @@ int mapSharedMemory(sqlite3_file* file, int region, int size, int extend, void v
 }
 
 int lockSharedMemory(sqlite3_file* file, int offset, int count, int flags) {
+    constexpr int writeLock = 0;
+    CheckedFile* log = checked(file).log;
+    if (log != nullptr && offset == writeLock && (flags & SQLITE_SHM_UNLOCK) != 0) {
+        log->firstRewritten = INT64_MAX;  // others write from now on
+    }
     return systemFile(file)->pMethods->xShmLock(systemFile(file), offset, count, flags);
 }
 
@@ -317,9 +355,15 @@ int openFile(sqlite3_vfs* /*vfs*/, const char* name, sqlite3_file* file, int fla
     auto* opened = new (file) CheckedFile;
     opened->system = reinterpret_cast<sqlite3_file*>(opened + 1);
     opened->database = isLog ? &checked(sqlite3_database_file_object(name)) : opened;
+    if (isLog) {
+        opened->database->log = opened;
+    }
     const int code = system->xOpen(system, name, opened->system, flags, openFlags);
     // SQLite closes a file that has methods, also after a failure.
     const sqlite3_io_methods* found = opened->system->pMethods;
+    if (found == nullptr && isLog) {
+        opened->database->log = nullptr;
+    }
     opened->pMethods = found == nullptr ? nullptr
                        : isLog          ? methods<readLog, writeLog>(found->iVersion)
                                         : methods<readDatabase, writeDatabase>(found->iVersion);

@@ -54,7 +54,8 @@ public:
     }
 
     std::string_view take(std::uint64_t size) {
-        const std::string_view taken = bytes_.substr(0, size);
+        const std::string_view taken =
+            bytes_.substr(0, static_cast<std::size_t>(std::min<std::uint64_t>(size, bytes_.size())));
         bytes_.remove_prefix(taken.size());
         return taken;
     }
@@ -89,10 +90,10 @@ RecordValue takeValue(std::uint64_t type, Scanner& body) {
 
 std::vector<RecordValue> valuesOf(std::string_view payload) {
     Scanner whole(payload);
-    const std::uint64_t headerSize = whole.varint();
+    const auto headerSize = static_cast<std::size_t>(std::min<std::uint64_t>(whole.varint(), payload.size()));
     Scanner types(payload.substr(0, headerSize));
     types.varint();
-    Scanner body(payload.substr(std::min<std::size_t>(headerSize, payload.size())));
+    Scanner body(payload.substr(headerSize));
     std::vector<RecordValue> values;
     while (!types.rest().empty()) {
         values.push_back(takeValue(types.varint(), body));
@@ -108,7 +109,7 @@ std::int64_t sizeOf(std::ifstream& file) {
 bool readAt(std::ifstream& file, void* buffer, std::int64_t size, std::int64_t offset) {
     file.clear();
     file.seekg(offset);
-    file.read(static_cast<char*>(buffer), size);
+    file.read(static_cast<char*>(buffer), static_cast<std::streamsize>(size));
     return static_cast<bool>(file);
 }
 
@@ -116,13 +117,22 @@ bool readAt(std::ifstream& file, void* buffer, std::int64_t size, std::int64_t o
 
 PageFile::PageFile(const std::string& path) : database_(path, std::ios::binary), log_(path + "-wal", std::ios::binary) {
     if (log_.is_open()) {
-        inLog_ = log::committedPages(
-            [this](void* buffer, std::int64_t size, std::int64_t offset) { return readAt(log_, buffer, size, offset); },
-            sizeOf(log_));
+        const auto read = [this](void* buffer, std::int64_t size, std::int64_t offset) {
+            return readAt(log_, buffer, size, offset);
+        };
+        const std::int64_t size = sizeOf(log_);
+        inLog_ = log::committedPages(read, size);
+        hasDamagedLog_ = log::hasLostTransactions(read, size);
     }
-    const auto inFile =
-        static_cast<std::uint32_t>((sizeOf(database_) + std::int64_t{pageSize} - 1) / std::int64_t{pageSize});
-    pageCount_ = std::max(inFile, inLog_.empty() ? 0 : inLog_.rbegin()->first);
+    const std::int64_t inFile = (sizeOf(database_) + std::int64_t{pageSize} - 1) / std::int64_t{pageSize};
+    for (std::int64_t number = 1; number <= inFile; ++number) {
+        numbers_.push_back(static_cast<std::uint32_t>(number));
+    }
+    for (const auto& [number, offset] : inLog_) {
+        if (number > inFile) {
+            numbers_.push_back(number);
+        }
+    }
 }
 
 std::string PageFile::page(std::uint32_t number) {
@@ -137,40 +147,44 @@ std::string PageFile::page(std::uint32_t number) {
     return page;
 }
 
-std::vector<bool> PageFile::freePages() {
-    std::vector<bool> free(pageCount_ + std::size_t{1});
-    // A damaged page ends the list; one that comes twice would never end it.
-    for (std::uint64_t trunk = numberAt(page(1), freeListAt, 4); trunk != 0 && trunk < free.size() && !free[trunk];) {
-        free[trunk] = true;
-        const std::string list = page(static_cast<std::uint32_t>(trunk));
-        const std::uint64_t count = std::min<std::uint64_t>(numberAt(list, 4, 4), usableSize / 4);
+std::set<std::uint32_t> PageFile::freePages(bool& isWhole) {
+    std::set<std::uint32_t> free;
+    std::string list = page(1);
+    isWhole = !list.empty();
+    // Each page of the list names the next one first; one that comes twice would never end it.
+    auto trunk = static_cast<std::uint32_t>(numberAt(list, freeListAt, 4));
+    while (trunk != 0 && free.insert(trunk).second) {
+        list = page(trunk);
+        isWhole = isWhole && !list.empty();
+        const auto count = std::min<std::uint64_t>(numberAt(list, 4, 4), usableSize / 4);
         for (std::size_t i = 0; i < count; ++i) {
-            const std::uint64_t leaf = numberAt(list, 8 + 4 * i, 4);
-            if (leaf < free.size()) {
-                free[leaf] = true;
-            }
+            free.insert(static_cast<std::uint32_t>(numberAt(list, 8 + 4 * i, 4)));
         }
-        trunk = numberAt(list, 0, 4);
+        trunk = static_cast<std::uint32_t>(numberAt(list, 0, 4));
     }
     return free;
 }
 
 /// Returns the payload of `size` bytes that begins at `at` of a page, where at most `mostHere` of it are; empty if the
 /// rest of it is on a page that is not whole.
-std::string PageFile::payload(const std::string& page, std::size_t at, std::size_t size, std::size_t mostHere) {
-    const std::size_t here = leastOnPage + (size - leastOnPage) % (usableSize - 4);
-    const std::size_t sizeHere = size <= mostHere ? size : here <= mostHere ? here : leastOnPage;
+std::string PageFile::payload(const std::string& page, std::size_t at, std::uint64_t size, std::size_t mostHere) {
+    if (size > std::uint64_t{numbers_.size()} * usableSize) {
+        return {};
+    }
+    const auto whole = static_cast<std::size_t>(size);
+    const std::size_t here = leastOnPage + (whole - leastOnPage) % (usableSize - 4);
+    const std::size_t sizeHere = whole <= mostHere ? whole : here <= mostHere ? here : leastOnPage;
     if (at + sizeHere > usableSize) {
         return {};
     }
     std::string payload = page.substr(at, sizeHere);
-    std::uint64_t next = payload.size() < size ? numberAt(page, at + sizeHere, 4) : 0;
-    while (payload.size() < size) {
+    std::uint64_t next = payload.size() < whole ? numberAt(page, at + sizeHere, 4) : 0;
+    while (payload.size() < whole) {
         const std::string overflow = this->page(static_cast<std::uint32_t>(next));
         if (overflow.empty()) {
             return {};
         }
-        payload.append(overflow, 4, std::min(size - payload.size(), usableSize - 4));
+        payload.append(overflow, 4, std::min(whole - payload.size(), usableSize - 4));
         next = numberAt(overflow, 0, 4);
     }
     return payload;
@@ -186,9 +200,10 @@ std::vector<Record> PageFile::records(std::uint32_t number, int& broken) {
         return records;
     }
     const std::size_t cellsAt = begin + (kind == interiorIndexPage ? 12 : 8);
-    const std::uint64_t count = numberAt(page, begin + 3, 2);
+    const std::uint64_t count = std::min<std::uint64_t>(numberAt(page, begin + 3, 2), (usableSize - cellsAt) / 2);
     for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t at = numberAt(page, cellsAt + 2 * i, 2) + (kind == interiorIndexPage ? 4U : 0U);
+        const std::size_t at =
+            static_cast<std::size_t>(numberAt(page, cellsAt + 2 * i, 2)) + (kind == interiorIndexPage ? 4U : 0U);
         Scanner cell(std::string_view(page).substr(std::min(at, page.size())));
         const std::uint64_t size = cell.varint();
         Record record;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <fstream>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,16 +27,20 @@ struct Record {
 /// that is damaged. The format: https://sqlite.org/fileformat2.html
 class PageFile {
 public:
-    /// Throws std::ios_base::failure if the file cannot be read.
+    /// Opens the file; one that cannot be read has no pages.
     explicit PageFile(const std::string& path);
 
-    std::uint32_t pageCount() const { return pageCount_; }
+    /// The numbers of all pages, ascending.
+    const std::vector<std::uint32_t>& numbers() const { return numbers_; }
+
+    /// Returns whether the log has lost transactions that were complete.
+    bool hasDamagedLog() const { return hasDamagedLog_; }
 
     /// Returns whether the page is as it was written.
     bool isWhole(std::uint32_t number) { return !page(number).empty(); }
 
-    /// Returns the numbers of pages that hold nothing, as far as the list of them is whole.
-    std::vector<bool> freePages();
+    /// Returns the numbers of pages that hold nothing; `isWhole` says whether their list could be read to its end.
+    std::set<std::uint32_t> freePages(bool& isWhole);
 
     /// Returns the whole rows on a page, none if it is not one of a table or an index. Those that go on on a page that
     /// is damaged are counted in `broken`.
@@ -43,12 +48,13 @@ public:
 
 private:
     std::string page(std::uint32_t number);
-    std::string payload(const std::string& page, std::size_t at, std::size_t size, std::size_t mostHere);
+    std::string payload(const std::string& page, std::size_t at, std::uint64_t size, std::size_t mostHere);
 
     std::ifstream database_;
     std::ifstream log_;
     std::map<std::uint32_t, std::int64_t> inLog_;
-    std::uint32_t pageCount_ = 0;
+    bool hasDamagedLog_ = false;
+    std::vector<std::uint32_t> numbers_;
 };
 
 }  // namespace calljournal

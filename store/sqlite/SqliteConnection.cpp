@@ -225,6 +225,22 @@ bool SqliteConnection::hasPageChecksums() const {
     return areThere == 1;
 }
 
+void SqliteConnection::givePageChecksums() {
+    sqlite3* handle = handleOf(*session_);
+    int pageSize = 0;
+    *session_ << "pragma page_size", soci::into(pageSize);
+    sqlite_api::sqlite3_file_control(handle, "main", beginChecksums, &pageSize);
+    int isDone = 0;
+    try {
+        execute("vacuum");
+        isDone = 1;
+    } catch (...) {
+        sqlite_api::sqlite3_file_control(handle, "main", endChecksums, &isDone);
+        throw;
+    }
+    sqlite_api::sqlite3_file_control(handle, "main", endChecksums, &isDone);
+}
+
 bool SqliteConnection::isInTransaction() const {
     return sqlite_api::sqlite3_get_autocommit(handleOf(*session_)) == 0;
 }
@@ -317,7 +333,8 @@ StoreError SqliteConnection::error(const soci::soci_error& failure) const {
 
 StoreError SqliteConnection::damage(const std::string& what) const {
     return error("it is damaged" + (what.empty() ? what : " (" + what + ")") +
-                 "; move it away, and save what the sqlite3 tool can still .recover from it");
+                 "; move it away, with the files beside it, and put a copy in its place; salvageStore() reads what is "
+                 "whole of it");
 }
 
 Transaction::Transaction(SqliteConnection& connection, Scope scope) : connection_(connection), scope_(scope) {

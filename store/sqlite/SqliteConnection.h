@@ -35,6 +35,9 @@ public:
     /// Returns whether each page of the file has a checksum; known once the file was read or written.
     bool hasPageChecksums() const;
 
+    /// Writes all pages anew, with checksums. Not in a transaction; throws soci::soci_error, with the file as it was.
+    void givePageChecksums();
+
     /// Returns whether a transaction is open. The database itself ends one after some errors, a full disk for instance.
     bool isInTransaction() const;
 

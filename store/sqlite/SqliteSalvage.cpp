@@ -1,8 +1,11 @@
 #include "SqliteSalvage.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <initializer_list>
 #include <map>
+#include <set>
+#include <system_error>
 #include <utility>
 
 #include "PageFile.h"
@@ -19,7 +22,8 @@ using Place = std::int64_t;
 /// What the rows say that were found on any page.
 struct Rows {
     struct Entry {
-        std::int64_t schemaId;
+        std::int64_t schemaId = 0;
+        std::int64_t change = 0;  ///< The number of its last change.
         std::string id;
         std::string body;
     };
@@ -38,7 +42,11 @@ bool areTexts(const Record& row, std::initializer_list<bool> columns) {
 void takeOver(Record& row, Rows& rows) {
     std::vector<RecordValue>& values = row.values;
     if (row.isOfTable && areTexts(row, {false, false, true, false, false, false, false, true, true, true, true})) {
-        rows.entries[row.rowId] = {values[1].number, std::move(values[2].text), std::move(values[10].text)};
+        // A page that is no longer in use may have an older version.
+        Rows::Entry& entry = rows.entries[row.rowId];
+        if (entry.change <= values[5].number) {
+            entry = {values[1].number, values[5].number, std::move(values[2].text), std::move(values[10].text)};
+        }
     } else if (row.isOfTable && areTexts(row, {false, true, false, false, false})) {
         rows.schemas[row.rowId] = std::move(values[1].text);
     } else if (!row.isOfTable && areTexts(row, {true, false, false})) {
@@ -54,13 +62,15 @@ std::string counted(int count, const std::string& what) {
 
 Salvage salvageSqliteStore(const std::string& url) {
     const std::string file = sqliteFile(url);
-    PageFile pages(file);
-    const std::vector<bool> free = pages.freePages();
+    std::error_code ignored;                                                    // a file that is not there has no pages
+    PageFile pages(std::filesystem::weakly_canonical(file, ignored).string());  // the log is beside no link
+    bool isFreeListWhole = true;
+    const std::set<std::uint32_t> free = pages.freePages(isFreeListWhole);
     Rows rows;
     int damaged = 0;
     int broken = 0;
-    for (std::uint32_t number = 1; number <= pages.pageCount(); ++number) {
-        if (free[number]) {
+    for (const std::uint32_t number : pages.numbers()) {
+        if (free.count(number) != 0) {
             continue;
         }
         damaged += pages.isWhole(number) ? 0 : 1;
@@ -68,7 +78,8 @@ Salvage salvageSqliteStore(const std::string& url) {
             takeOver(row, rows);
         }
     }
-    if (pages.pageCount() == 0 || damaged == static_cast<int>(pages.pageCount())) {
+    const auto pageCount = static_cast<int>(pages.numbers().size());
+    if (damaged == pageCount) {
         throw StoreError("store " + file + ": nothing of it is as this version writes it");
     }
     const auto schemaName = [&](std::int64_t id) {
@@ -81,8 +92,13 @@ Salvage salvageSqliteStore(const std::string& url) {
         salvage.entries.push_back({schemaName(entry.schemaId), std::move(entry.id), std::move(entry.body)});
     }
     if (damaged > 0) {
-        salvage.losses.push_back(counted(damaged, "page") + " of " + std::to_string(pages.pageCount()) +
-                                 " cannot be read");
+        salvage.losses.push_back(counted(damaged, "page") + " of " + std::to_string(pageCount) + " cannot be read");
+    }
+    if (pages.hasDamagedLog()) {
+        salvage.losses.emplace_back("the write-ahead log is damaged, and with it some of the last changes");
+    }
+    if (!isFreeListWhole) {
+        salvage.losses.emplace_back("the list of free pages cannot be read, so deleted entries may be among these");
     }
     if (broken > 0) {
         salvage.losses.push_back(counted(broken, "row") + " cannot be read to the end");

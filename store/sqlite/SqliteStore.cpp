@@ -343,14 +343,22 @@ std::vector<FileState> filesOf(const std::string& file) {
     return files;
 }
 
-/// Copies the files of a store; false if one was written meanwhile.
+/// Copies the files of a store; false if one was written or removed meanwhile.
 bool copyFiles(const std::string& file, const std::filesystem::path& target) {
-    const auto files = filesOf(file);
-    for (const auto& [path, size, time] : files) {
-        std::filesystem::copy_file(path, target.string() + path.substr(file.size()),
-                                   std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::remove(target.string() + "-wal");  // of an earlier attempt
+    try {
+        const auto files = filesOf(file);
+        for (const auto& [path, size, time] : files) {
+            std::filesystem::copy_file(path, target.string() + path.substr(file.size()),
+                                       std::filesystem::copy_options::overwrite_existing);
+        }
+        return filesOf(file) == files;
+    } catch (const std::filesystem::filesystem_error& failure) {
+        if (failure.code() != std::errc::no_such_file_or_directory || !std::filesystem::exists(file)) {
+            throw;
+        }
+        return false;
     }
-    return filesOf(file) == files;
 }
 
 }  // namespace
@@ -365,7 +373,9 @@ std::unique_ptr<Store> openSqliteCopy(const std::string& url, EntryIndexer index
     auto folder = std::make_unique<TemporaryFolder>();
     const std::filesystem::path copy = folder->path() / "journal.db";
     try {
-        for (int attempt = 1; !copyFiles(file, copy); ++attempt) {
+        // The log is beside the file itself, not beside a link to it.
+        const std::string itself = std::filesystem::canonical(file).string();
+        for (int attempt = 1; !copyFiles(itself, copy); ++attempt) {
             if (attempt == mostCopies) {
                 throw StoreError("store " + file + ": another process writes it all the time; try again later");
             }

@@ -216,7 +216,9 @@ void migrateTables(SqliteConnection& connection, const std::function<void()>& in
 
 /// Writes all pages anew, with checksums; that is no part of a transaction.
 void migratePages(SqliteConnection& connection) {
-    connection.execute("vacuum");
+    if (!connection.hasPageChecksums()) {
+        connection.givePageChecksums();
+    }
     Transaction transaction(connection, Transaction::Scope::writing);
     setVersion(connection, storeVersion);
     transaction.commit();
@@ -235,14 +237,14 @@ void prepareStore(SqliteConnection& connection, const std::function<void()>& ind
                                    std::to_string(version) +
                                    "); make it writable, so that it can be brought up to date");
         }
-        return;
-    }
-    connection.makeDurable();
-    if (version < versionWithTables) {
-        migrateTables(connection, indexEntries);
-    }
-    if (versionOf(connection) < storeVersion) {
-        migratePages(connection);
+    } else {
+        connection.makeDurable();
+        if (version < versionWithTables) {
+            migrateTables(connection, indexEntries);
+        }
+        if (versionOf(connection) < storeVersion) {
+            migratePages(connection);
+        }
     }
     if (!connection.hasPageChecksums()) {
         throw connection.damage("its pages have no checksums");

@@ -10,6 +10,7 @@ namespace calljournal::log {
 namespace {
 
 constexpr std::int64_t smallestPage = 512;
+constexpr std::int64_t largestPage = 65536;
 
 std::uint32_t numberAt(const unsigned char* bytes) {
     return std::uint32_t{bytes[0]} << 24U | std::uint32_t{bytes[1]} << 16U | std::uint32_t{bytes[2]} << 8U | bytes[3];
@@ -61,7 +62,8 @@ struct Header {
     bool isRight() const {
         Sum sum = {isBigEndian()};
         sum.add(bytes.data(), 24);
-        return sum == this->sum();
+        const std::int64_t size = pageSize();
+        return sum == this->sum() && size >= smallestPage && size <= largestPage && (size & (size - 1)) == 0;
     }
 
     bool isEmpty() const {
@@ -83,11 +85,16 @@ struct FrameHeader {
     /// Returns whether the frame is of the log as it is now, not of one that was written over.
     bool isOf(const Header& header) const { return std::equal(&bytes[8], &bytes[16], &header.bytes[16]); }
 
-    /// Returns whether the frame is as it was written behind one with the sum `before`.
-    bool isRight(Sum before, const unsigned char* page, std::size_t size) const {
+    /// Returns what the frame's sum is to be behind one with the sum `before`.
+    Sum sumBehind(Sum before, const unsigned char* page, std::size_t size) const {
         before.add(bytes.data(), sumBegin);
         before.add(page, size);
-        return before == sum(before.isBigEndian);
+        return before;
+    }
+
+    /// Returns whether the frame is as it was written behind one with the sum `before`.
+    bool isRight(const Sum& before, const unsigned char* page, std::size_t size) const {
+        return sumBehind(before, page, size) == sum(before.isBigEndian);
     }
 };
 
@@ -112,20 +119,27 @@ std::optional<Header> readHeader(const Reader& read, std::int64_t size) {
 }
 
 /// Calls `use` with each frame, whether its checksum goes on from the frame before, and its place, until that returns
-/// false.
+/// false. Where the frame before is not right, that may be its page, or the checksum that it has.
 template <typename Use>
 void forEachFrame(const Reader& read, std::int64_t size, const Header& header, const Use& use) {
     std::vector<unsigned char> page(static_cast<std::size_t>(header.pageSize()));
     FrameHeader frame;
-    Sum before = header.sum();
+    Sum before = header.sum();    // that the frame has
+    Sum computed = header.sum();  // that it is to have
     const std::int64_t step = frameHeaderSize + header.pageSize();
     for (std::int64_t offset = headerSize; offset + step <= size; offset += step) {
         if (!read(frame.bytes.data(), frameHeaderSize, offset) ||
-            !read(page.data(), header.pageSize(), offset + frameHeaderSize) ||
-            !use(frame, frame.isRight(before, page.data(), page.size()), offset)) {
+            !read(page.data(), header.pageSize(), offset + frameHeaderSize)) {
             return;
         }
-        before = frame.sum(header.isBigEndian());
+        const Sum sum = frame.sum(header.isBigEndian());
+        const Sum next = frame.sumBehind(before, page.data(), page.size());
+        const bool goesOn = next == sum || frame.isRight(computed, page.data(), page.size());
+        if (!use(frame, goesOn, offset)) {
+            return;
+        }
+        before = sum;
+        computed = goesOn ? sum : next;
     }
 }
 
@@ -179,8 +193,9 @@ bool hasLostTransactions(const Reader& read, std::int64_t size) {
         // Of the first frame that is not right, what tells which log it is of may be what is not right.
         const bool mayCommit = frame.isCommit() && (isOfThisLog || (isWhole && goesOn));
         isWhole = isWhole && goesOn && isOfThisLog;
-        // Nothing is written behind a commit before that is on the disk.
-        hasLostCommit = hasLostCommit || (!isWhole && mayCommit);
+        // Nothing is written behind a commit before that is on the disk. What does not go on from a commit is what an
+        // earlier transaction left, which was taken back.
+        hasLostCommit = (hasLostCommit && goesOn) || (!isWhole && mayCommit);
         return !isBehindLostCommit;
     });
     return isBehindLostCommit;
@@ -192,16 +207,17 @@ std::map<std::uint32_t, std::int64_t> committedPages(const Reader& read, std::in
     if (!header || !header->isRight()) {
         return committed;
     }
+    const bool isWhole = !hasLostTransactions(read, size);
     std::map<std::uint32_t, std::int64_t> written;
     forEachFrame(read, size, *header, [&](const FrameHeader& frame, bool goesOn, std::int64_t offset) {
-        if (!goesOn || !frame.isOf(*header)) {
-            return false;
+        const bool isRight = goesOn && frame.isOf(*header);
+        if (isRight) {
+            written[frame.pageNumber()] = offset + frameHeaderSize;
         }
-        written[frame.pageNumber()] = offset + frameHeaderSize;
-        if (frame.isCommit()) {
+        if (isRight && frame.isCommit()) {
             committed = written;
         }
-        return true;
+        return isRight || !isWhole;
     });
     return committed;
 }

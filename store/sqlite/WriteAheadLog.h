@@ -36,8 +36,9 @@ bool seal(const Reader& read, char* frame, std::int64_t size, std::int64_t offse
 /// interrupted.
 bool hasLostTransactions(const Reader& read, std::int64_t size);
 
-/// Returns the pages of the complete transactions at the beginning of a log of `size` bytes, by their numbers: where in
-/// the log the last version of each begins.
+/// Returns the pages of the complete transactions of a log of `size` bytes, by their numbers: where in the log the last
+/// version of each begins. Of a log that has lost some, these are all frames that go on from another, up to the last
+/// commit among them.
 std::map<std::uint32_t, std::int64_t> committedPages(const Reader& read, std::int64_t size);
 
 }  // namespace log

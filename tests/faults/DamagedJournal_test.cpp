@@ -47,9 +47,9 @@ protected:
         const DamagedJournal::Answers right = journal_.answersOf(sound);
         ASSERT_NE(right.recorded.find("Party 7"), std::string::npos);
         ASSERT_NE(right.listAfterBoth, right.listAfterRecord);
-        int reported = 0;
-        const int count = rounds(250);
-        for (int round = 0; round < count; ++round) {
+        unsigned reported = 0;
+        const unsigned count = rounds(250);
+        for (unsigned round = 0; round < count; ++round) {
             StoreFiles damaged = sound;
             change(damaged, random);
             const DamagedJournal::Judgement judgement = journal_.judge(damaged, right);

@@ -11,7 +11,6 @@
 
 #include "EntryIndex.h"
 #include "Store.h"
-#include "StoreCheck.h"
 
 namespace {
 
@@ -70,7 +69,7 @@ Answer remove(const std::string& file) {
 /// Returns whether nothing is wrong.
 bool check(const std::string& file) {
     try {
-        return calljournal::checkIndex(*calljournal::openStoreCopy(file, calljournal::indexEntry)).empty();
+        return calljournal::openStoreCopy(file, calljournal::indexEntry)->checkIndex().empty();
     } catch (const calljournal::StoreError&) {
         return false;
     }

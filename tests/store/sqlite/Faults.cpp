@@ -21,7 +21,7 @@ int synchronise(int descriptor) {
 
 /// Returns whether the next write fails, and sets errno if it does.
 bool writeFails() {
-    if (disk.writeError == 0 || disk.writesLeft-- > 0) {
+    if (disk.writeError == 0 || disk.writesLeft-- > 0 || disk.errorsLeft-- <= 0) {
         return false;
     }
     ++disk.failedOperations;
@@ -54,6 +54,7 @@ void installFaultyDisk() {
 void repairDisk() {
     disk.syncError = 0;
     disk.writeError = 0;
+    disk.errorsLeft = INT_MAX;
     disk.failedOperations = 0;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <climits>
 
 /// Faults of the disk under SQLite, and what was asked of it.
 struct Disk {
@@ -8,6 +9,7 @@ struct Disk {
     int syncError = 0;          ///< errno of every further synchronisation; 0: it works.
     int writeError = 0;         ///< errno of writes; 0: they work.
     int writesLeft = 0;         ///< How many still work before writeError.
+    int errorsLeft = INT_MAX;   ///< How many fail then; those behind work again.
     int failedOperations = 0;
 };
 

@@ -28,7 +28,8 @@ protected:
 
     std::string damage(const std::string& what) const {
         return "store " + file() + ": it is damaged (" + what +
-               "); move it away, and save what the sqlite3 tool can still .recover from it";
+               "); move it away, with the files beside it, and put a copy in its place; salvageStore() reads what is "
+               "whole of it";
     }
 
     /// Writes `content` as the store's file, opens it and asks for all entries: each reply must be `before`'s or say
@@ -55,12 +56,12 @@ protected:
 
     /// Has isReported() look at `count` files that `change` makes of the sound one.
     template <class Change>
-    void expectNothingSilent(int count, Change change) {
+    void expectNothingSilent(unsigned count, Change change) {
         const std::string before[] = {ask(readRequest(dialled)), ask(readRequest(received))};
         closeStore();
         const std::string sound = contentOf(file());
-        int reported = 0;
-        for (int round = 0; round < count && !HasFailure(); ++round) {
+        unsigned reported = 0;
+        for (unsigned round = 0; round < count && !HasFailure(); ++round) {
             SCOPED_TRACE("round " + std::to_string(round));
             std::string content = sound;
             change(content);

@@ -241,11 +241,10 @@ TEST_F(StoreFile, IsDamagedWithoutATable) {
     store();
     closeStore();
     runSql(file(), "drop table entry");
-    EXPECT_EQ(
-        ask(readRequest(dialled)),
-        failed(dialled, "store " + file() +
-                            ": it is damaged (no such table: entry); move it away, and save what the sqlite3 tool "
-                            "can still .recover from it"));
+    EXPECT_EQ(ask(readRequest(dialled)),
+              failed(dialled, "store " + file() +
+                                  ": it is damaged (no such table: entry); move it away, with the files beside it, and "
+                                  "put a copy in its place; salvageStore() reads what is whole of it"));
 }
 
 // A reader that got an empty list would take every caller for a new one.
@@ -301,6 +300,30 @@ TEST_F(StoreCopy, LeavesFolderAndBytesAsTheyAre) {
     EXPECT_TRUE(folderContent(folder()) == before);
 }
 
+TEST_F(StoreCopy, OfALinkHasTheLogOfTheFile) {
+    leaveALog();
+    std::filesystem::create_directory(file("links"));
+    std::filesystem::create_symlink(file(), file("links/journal.db"));
+    EXPECT_EQ(calljournal::openStoreCopy(file("links/journal.db"))->processRequest(readRequest(dialled)),
+              envelope(dialled, anEntry));
+}
+
+TEST_F(StoreCopy, IsWholeWhileOthersWriteAndClose) {
+    ask(writeRequest(dialled, anEntry));
+    closeStore();
+    Child child([&](const Child::Say& say) {
+        say("begin");
+        for (int i = 0; i < 300; ++i) {
+            calljournal::openStore(file())->processRequest(writeRequest(dialled, anEntry));
+        }
+    });
+    EXPECT_EQ(child.nextLine(), "begin");
+    for (int i = 0; i < 40; ++i) {
+        ASSERT_EQ(calljournal::openStoreCopy(file())->processRequest(readRequest(dialled)), envelope(dialled, anEntry));
+    }
+    EXPECT_TRUE(child.endedWell());
+}
+
 TEST_F(StoreCopy, IsBroughtUpToDateAloneAndNamesTheStore) {
     runSql(file(), contentOf(VERSIONS "/version2.sql"));
     const std::string before = folderContent(folder());
@@ -326,8 +349,8 @@ TEST_F(StoreFile, IsFoundDamagedWhenItIs) {
     content.replace(8192, content.size() - 8192, content.size() - 8192, '\xa5');
     writeFile(file(), content);
     const std::string damage = "store " + file() +
-                               ": it is damaged (a page of it is not as it was written); move it away, and save what "
-                               "the sqlite3 tool can still .recover from it";
+                               ": it is damaged (a page of it is not as it was written); move it away, with the files "
+                               "beside it, and put a copy in its place; salvageStore() reads what is whole of it";
     EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage));
     EXPECT_EQ(ask(readRequest(dialled)), failed(dialled, damage));
 }
