@@ -111,7 +111,7 @@ DamagedJournal::DamagedJournal(std::string folder) : folder_(std::move(folder)) 
             for (int party = 0; party < 10; ++party) {
                 journal.record<MissedCallItem>({missedCall(party, 5)});
             }
-            const std::size_t size = std::filesystem::file_size(file() + "-wal");
+            const auto size = static_cast<std::size_t>(std::filesystem::file_size(file() + "-wal"));
             journal.record<MissedCallItem>({missedCall(0, 6)});
             // What the system does not do for a process that ends so is what it does not do for one that is killed.
             _exit(write(ends[1], &size, sizeof size) == sizeof size ? 0 : 1);
