@@ -9,6 +9,8 @@ namespace calljournal::log {
 namespace {
 
 constexpr std::size_t pageSize = 512;
+constexpr std::size_t frameSize = static_cast<std::size_t>(frameHeaderSize) + pageSize;
+constexpr auto framesAt = static_cast<std::size_t>(headerSize);
 
 void put(std::string& bytes, std::size_t at, std::uint32_t number) {
     for (std::size_t i = 0; i < 4; ++i) {
@@ -27,7 +29,7 @@ std::uint32_t numberAt(const std::string& bytes, std::size_t at) {
 /// A log in memory, of big-endian sums.
 class Log {
 public:
-    explicit Log(std::uint32_t size = pageSize) : bytes_(headerSize, '\0') {
+    explicit Log(std::uint32_t size = pageSize) : bytes_(framesAt, '\0') {
         put(bytes_, 0, 0x377f0683);
         put(bytes_, 4, 3007000);
         put(bytes_, 8, size);
@@ -58,8 +60,8 @@ public:
     /// Writes frames from frame `index` on; the last one commits if wanted.
     void write(std::size_t index, std::size_t count, bool isCommit, char letter) {
         for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t offset = headerSize + (index + i) * (frameHeaderSize + pageSize);
-            std::string frame(frameHeaderSize + pageSize, letter);
+            const std::size_t offset = framesAt + (index + i) * frameSize;
+            std::string frame(frameSize, letter);
             put(frame, 0, static_cast<std::uint32_t>(i + 1));
             put(frame, 4, isCommit && i + 1 == count ? 9 : 0);
             put(frame, 8, 77);
@@ -81,7 +83,7 @@ public:
     }
 
     std::size_t pages() const { return committedPages(reader(), static_cast<std::int64_t>(bytes_.size())).size(); }
-    std::size_t frameAt(std::size_t index) const { return headerSize + index * (frameHeaderSize + pageSize); }
+    std::size_t frameAt(std::size_t index) const { return framesAt + index * frameSize; }
 
 private:
     std::string bytes_;
