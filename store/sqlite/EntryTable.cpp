@@ -1,8 +1,6 @@
 #include "EntryTable.h"
 
 #include <algorithm>
-#include <iterator>
-#include <limits>
 #include <tuple>
 
 #include "EntryBody.h"
